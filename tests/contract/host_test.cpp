@@ -27,7 +27,7 @@ SavedElement ReadTree(const std::string& bytes) {
     }
 }
 
-std::vector<Record> ItemsOf(const SavedElement& document, const std::string& container) {
+Records ItemsOf(const SavedElement& document, const std::string& container) {
     try {
         return RecordsBelow(document, container);
     } catch (const std::runtime_error& error) {
@@ -156,8 +156,8 @@ SavedElement HostTest::SavedMain() const { return ReadTree(UserMainText()); }
 
 SavedElement HostTest::SavedPrinter(const std::string& name) const { return ReadTree(UserPrinterText(name)); }
 
-std::vector<Record> HostTest::SavedItems(const std::string& container) const { return ItemsOf(SavedMain(), container); }
+Records HostTest::SavedItems(const std::string& container) const { return ItemsOf(SavedMain(), container); }
 
-std::vector<Record> HostTest::SavedPrinterItems(const std::string& name, const std::string& container) const {
+Records HostTest::SavedPrinterItems(const std::string& name, const std::string& container) const {
     return ItemsOf(SavedPrinter(name), container);
 }

@@ -14,6 +14,8 @@
 #include <string>
 #include <vector>
 
+using Records = std::vector<Record>;
+
 /// A whole document with these containers below its document element "Cordelbox".
 std::string Document(const std::string& containers);
 
@@ -31,6 +33,8 @@ std::filesystem::path InstallFolder();
 std::filesystem::path PreparePerUserRoot();
 SemaphoreHandle NewHostSemaphore();
 void DeleteHostSemaphore(SemaphoreHandle semaphore);
+void TakeHostSemaphore(SemaphoreHandle semaphore);
+void GiveHostSemaphore(SemaphoreHandle semaphore);
 
 /// While it lives, the file can be read and not written by this process.
 class CReadOnlyFile {
@@ -104,8 +108,8 @@ protected:
     SavedElement SavedMain() const;
     SavedElement SavedPrinter(const std::string& name) const;
     /// The children of the first such container in the per-user copy.
-    std::vector<Record> SavedItems(const std::string& container) const;
-    std::vector<Record> SavedPrinterItems(const std::string& name, const std::string& container) const;
+    Records SavedItems(const std::string& container) const;
+    Records SavedPrinterItems(const std::string& name, const std::string& container) const;
 
     PoolOwner m_owner{};
 

@@ -1,14 +1,15 @@
 // The host's surroundings on a POSIX system: the per-user root lies in a folder beside the test program.
 
 #include "host_test.h"
+#include "unprivileged_posix.h"
 
 #include <fcntl.h>
 #include <semaphore.h>
 #include <sys/file.h>
-#include <sys/prctl.h>
 #include <unistd.h>
 
 #include <cstdlib>
+#include <optional>
 #include <stdexcept>
 
 namespace fs = std::filesystem;
@@ -36,34 +37,35 @@ void DeleteHostSemaphore(SemaphoreHandle semaphore) {
     }
 }
 
-// The superuser may write everything, so permissions count only once the tests act as another user.
+void TakeHostSemaphore(SemaphoreHandle semaphore) {
+    while (::sem_wait(semaphore) != 0) {
+    }
+}
+
+void GiveHostSemaphore(SemaphoreHandle semaphore) { ::sem_post(semaphore); }
+
 struct CReadOnlyFile::State {
-    fs::path path;
-    fs::perms permissions{};
-    bool bSuperuser = false;
+    explicit State(const fs::path& file) : path(file), permissions(fs::status(file).permissions()) {
+        constexpr fs::perms write = fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write;
+        fs::permissions(path, write, fs::perm_options::remove);
+    }
+    ~State() {
+        unprivileged.reset();
+        fs::permissions(path, permissions);
+    }
+    State(const State&) = delete;
+    State& operator=(const State&) = delete;
+
+    const fs::path path;
+    const fs::perms permissions;
+    std::optional<CUnprivileged> unprivileged;
 };
 
-CReadOnlyFile::CReadOnlyFile(const fs::path& path) : m_pState(std::make_unique<State>()) {
-    constexpr fs::perms write = fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write;
-    m_pState->path = path;
-    m_pState->permissions = fs::status(path).permissions();
-    fs::permissions(path, write, fs::perm_options::remove);
-    constexpr uid_t nobody = 65534;
-    m_pState->bSuperuser = ::geteuid() == 0;
-    if (m_pState->bSuperuser && ::seteuid(nobody) != 0) {
-        throw std::runtime_error("no change of user");
-    }
+CReadOnlyFile::CReadOnlyFile(const fs::path& path) : m_pState(std::make_unique<State>(path)) {
+    m_pState->unprivileged.emplace();
 }
 
-CReadOnlyFile::~CReadOnlyFile() {
-    if (m_pState->bSuperuser) {
-        if (::seteuid(0) != 0) {
-            std::abort();
-        }
-        ::prctl(PR_SET_DUMPABLE, 1); // cleared by the change of user; the leak checker needs it
-    }
-    fs::permissions(m_pState->path, m_pState->permissions);
-}
+CReadOnlyFile::~CReadOnlyFile() = default;
 
 struct CLockedFile::State {
     int nFile = -1;
