@@ -1,0 +1,44 @@
+// Folders and the existence test, by the system's 8-bit functions.
+
+#include "platform/folders.h"
+
+#include "file_handle.h"
+
+#include <shlobj.h>
+#include <shlwapi.h>
+
+namespace platform {
+
+const char kPathSeparator = '\\';
+
+AnsiString HostFolder() {
+    char path[kPathSize] = {};
+    const DWORD length = ::GetModuleFileNameA(nullptr, path, kPathSize);
+    if (length == 0 || length >= kPathSize) {
+        return AnsiString();
+    }
+    ::PathRemoveFileSpecA(path);
+    return AnsiString(path);
+}
+
+AnsiString ApplicationDataFolder() {
+    char path[kPathSize] = {};
+    if (::SHGetSpecialFolderPathA(nullptr, path, CSIDL_APPDATA, FALSE) == FALSE) {
+        return AnsiString();
+    }
+    return AnsiString(path);
+}
+
+void ToNativeSeparators(char*) noexcept {} // relative paths are written with the target's separator already
+
+bool IsPresentAndWritable(const char* path) noexcept {
+    const CFileHandle file(
+        ::CreateFileA(path, GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    BY_HANDLE_FILE_INFORMATION information;
+    // The attributes are asked too: a privileged process may be let into a read-only file.
+    return file && ::GetFileType(file.Get()) == FILE_TYPE_DISK &&
+           ::GetFileInformationByHandle(file.Get(), &information) != FALSE &&
+           (information.dwFileAttributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY)) == 0;
+}
+
+} // namespace platform

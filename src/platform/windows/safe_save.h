@@ -1,0 +1,16 @@
+// Replacing a file in one step.
+
+#pragma once
+
+#include <string_view>
+
+namespace platform {
+
+/// Replaces the contents of a file that exists, by way of a temporary file in the same folder: whoever opens the file,
+/// at any time and after any end of this process, finds the old contents or the new ones. Attributes and permissions
+/// are kept, and a link stays a link. Only where the folder takes no new file is the file itself written to, after its
+/// space is reserved. Temporary files that killed processes left in the folder are removed.
+/// False: the file is as it was, unless writing in place failed.
+bool ReplaceContents(const char* path, std::string_view contents) noexcept;
+
+} // namespace platform
