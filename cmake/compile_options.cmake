@@ -1,0 +1,21 @@
+# Warnings, hardening and instrumentation for everything that is built here.
+
+add_library(cordelbox_warnings INTERFACE)
+target_compile_options(cordelbox_warnings INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+
+if(CORDELBOX_SANITIZE)
+    add_compile_options(-fsanitize=${CORDELBOX_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=${CORDELBOX_SANITIZE})
+elseif(CORDELBOX_COVERAGE)
+    add_compile_options(--coverage -O0)
+    add_link_options(--coverage)
+else()
+    add_compile_options(-fstack-protector-strong)
+    if(NOT CMAKE_BUILD_TYPE STREQUAL "Debug")
+        add_compile_options(-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
+    endif()
+    if(NOT WIN32)
+        add_compile_options(-fstack-clash-protection -fcf-protection)
+        add_link_options(LINKER:-z,relro LINKER:-z,now LINKER:-z,noexecstack)
+    endif()
+endif()

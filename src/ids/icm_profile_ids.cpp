@@ -1,0 +1,54 @@
+// The lowest free slot for an ICM profile.
+//
+// The slots of a kind are the characters of one text, the first for slot 1: "0" and "1" may be used, "2" is in use.
+
+#include "cordelbox.h"
+#include "platform/bounded_text.h"
+#include "platform/code_page.h"
+#include "store/collected_values.h"
+#include "store/module_state.h"
+
+#include <algorithm>
+#include <string>
+
+namespace {
+
+struct ProfileKind {
+    uint32_t kind;
+    const char* element;
+    const char* profileType;
+};
+
+constexpr ProfileKind kKinds[] = {{0, "RGBSource", "0"}, {2, "PrinterProfile", "2"}, {3, "LinkedProfile", "3"}};
+
+constexpr char kInUse = '2';
+
+/// Marks the slots of the listed profiles of a kind; an ID that is no slot is ignored.
+void MarkListed(std::string& slots, const char* profileType) {
+    for (const AnsiString& fileId : CCollectedValues("Files", "FileID")) {
+        CXmlQuery query("Files", "ID");
+        query.AddPair("FileID", fileId);
+        query.AddPair("ProfileType", profileType);
+        if (ReadAttribute(State().currentDocument, &query) != 0) {
+            continue;
+        }
+        const int32_t slot = platform::LenientInteger(query.FirstValue().c_str());
+        if (slot >= 1 && static_cast<std::size_t>(slot) <= slots.size()) {
+            slots[static_cast<std::size_t>(slot) - 1] = kInUse;
+        }
+    }
+}
+
+} // namespace
+
+int32_t GetAvailICMID(uint32_t kind) noexcept {
+    const auto* const known = std::find_if(std::begin(kKinds), std::end(kKinds),
+                                           [kind](const ProfileKind& entry) { return entry.kind == kind; });
+    if (known == std::end(kKinds)) {
+        return 0;
+    }
+    std::string slots = GetAttrValue(known->element, "IDArray").c_str();
+    MarkListed(slots, known->profileType);
+    const std::size_t free = std::min(platform::FindCharacter(slots, '0'), platform::FindCharacter(slots, '1'));
+    return free != std::string::npos ? static_cast<int32_t>(free) + 1 : 0;
+}

@@ -1,0 +1,96 @@
+// What the engine needs of an XML DOM, and no more: one interface, implemented once per target.
+//
+// Texts are the DOM's own (UTF-16 on Windows, UTF-8 elsewhere). Nodes are cheap handles that stay valid until
+// the node is removed or the document goes. Every operation that can fail throws DomError and then leaves the
+// tree as it was, unless it says otherwise; none of them locks.
+
+#pragma once
+
+#include "dom_types.h" // per target: DomChar, DomText, DomNode
+
+#include <exception>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+/// The one error of the DOM. Made without memory of its own: running out of memory is one of its reasons.
+class DomError : public std::exception {
+public:
+    /// `reason` is a literal.
+    explicit DomError(const char* reason) noexcept : m_pReason(reason) {}
+    const char* what() const noexcept override { return m_pReason; }
+
+private:
+    const char* m_pReason;
+};
+
+using DomView = std::basic_string_view<DomChar>;
+
+// DomChar: one unit of the DOM's text.
+//
+// DomText: text that the DOM handed out. Movable, not necessarily copyable; `View()` reads it. It may borrow from
+// the tree: an attribute's text is valid until that attribute is set or its element removed.
+//
+// DomNode: handle of a node. Copyable; a default-built one is empty; converts to bool explicitly.
+
+struct DomAttribute {
+    DomText baseName; // without the namespace prefix
+    DomText text;
+};
+
+/// A new attribute, to be written: a valid XML name, and text that XML can hold.
+struct DomPair {
+    DomView name;
+    DomView text;
+};
+
+/// One document of the DOM.
+class DomDocument {
+public:
+    /// An empty document, or null when the DOM cannot be had on this thread.
+    static std::unique_ptr<DomDocument> Create() noexcept;
+
+    ~DomDocument();
+    DomDocument(const DomDocument&) = delete;
+    DomDocument& operator=(const DomDocument&) = delete;
+
+    /// Loads the file synchronously, without validation, without reading anything external, and without text
+    /// that is only white space. False: there is no document in that file (missing, unreadable, malformed).
+    /// Throws DomError when the load call itself failed, as opposed to the document.
+    bool Load(const char* path);
+
+    /// Replaces the file, which exists, by the whole document, in one step (see the target's save).
+    void Save(const char* path);
+
+    /// The first element in document order below the document element with this whole tag name, prefix included;
+    /// empty when there is none. `tagName` is a valid XML name.
+    DomNode FirstElementNamed(DomView tagName);
+
+    /// Children of a node in document order, of every kind; empty after the last.
+    DomNode FirstChild(const DomNode& node);
+    DomNode NextSibling(const DomNode& node);
+
+    /// Appends the node's attributes to `attributes`, in order. False, and nothing appended, when the node is
+    /// of a kind that has none (a comment, text, a processing instruction, a CDATA section).
+    bool ListAttributes(const DomNode& node, std::vector<DomAttribute>& attributes);
+
+    /// Tag name of an element, prefix included. Of another node something that is no XML name.
+    DomText TagName(const DomNode& node);
+
+    bool HasChildren(const DomNode& node);
+
+    /// Sets the text of the attribute at `index`, in the order of ListAttributes, to text that XML can hold.
+    /// Returns the text as the tree now holds it.
+    DomText SetAttributeText(const DomNode& element, std::size_t index, DomView text);
+
+    /// Appends an element "Item" without namespace as the last child of `container`, with these attributes in
+    /// this order; a repeated name keeps its first place and its last text. All or nothing.
+    DomNode AppendItem(const DomNode& container, const std::vector<DomPair>& attributes);
+
+    void RemoveChild(const DomNode& container, const DomNode& child);
+
+private:
+    struct Native; // the target's own state
+    explicit DomDocument(std::unique_ptr<Native> native) noexcept;
+    std::unique_ptr<Native> m_pNative;
+};

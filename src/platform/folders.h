@@ -1,0 +1,29 @@
+// Where the host and the user live in the file system.
+
+#pragma once
+
+#include "cordelbox.h"
+
+namespace platform {
+
+/// Longest path that the library handles, in bytes, the terminating zero included.
+inline constexpr std::size_t kPathSize = 260;
+
+/// '\' on Windows, '/' elsewhere.
+extern const char kPathSeparator;
+
+/// Folder of the host's executable (of the process, not of this library); ends in a separator only when it is a
+/// root. Empty when it cannot be had or is too long.
+AnsiString HostFolder();
+
+/// The per-user root for roaming application data; it need not exist. Empty when there is none.
+AnsiString ApplicationDataFolder();
+
+/// Rewrites the separators of a relative path, in place, to those of the target.
+void ToNativeSeparators(char* path) noexcept;
+
+/// True when the path is a regular file that can be opened for reading and writing and that no other program
+/// holds open to the exclusion of others.
+bool IsPresentAndWritable(const char* path) noexcept;
+
+} // namespace platform

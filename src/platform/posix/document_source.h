@@ -1,0 +1,36 @@
+// The bytes of a document on disk, as UTF-8.
+
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+/// Largest document that is loaded, in bytes on disk and again as UTF-8.
+inline constexpr std::size_t kMaxDocumentBytes = std::size_t{256} << 20;
+
+/// Reads a document in pieces. UTF-8 is passed on as it is; any other encoding that the document declares, or shows by
+/// a byte order mark, is converted whole when the source is opened.
+class CDocumentSource {
+public:
+    CDocumentSource() = default;
+    ~CDocumentSource();
+    CDocumentSource(const CDocumentSource&) = delete;
+    CDocumentSource& operator=(const CDocumentSource&) = delete;
+
+    /// False: no regular file that can be read, too large, or not in the encoding that it declares.
+    bool Open(const char* path);
+
+    /// Number of bytes as UTF-8.
+    std::size_t Size() const noexcept { return m_nSize; }
+
+    /// Reads `size` bytes from `offset` on into `buffer`. False when they cannot be had.
+    bool Read(std::size_t offset, char* buffer, std::size_t size) const noexcept;
+
+private:
+    bool Convert(const char* encoding);
+
+    int m_nFile = -1;
+    std::size_t m_nSize = 0;
+    bool m_bConverted = false;
+    std::string m_strConverted;
+};

@@ -1,0 +1,179 @@
+// The DOM off Windows: Expat reads, pugixml holds the tree and writes it.
+
+#include "platform/dom.h"
+
+#include "document_source.h"
+#include "safe_save.h"
+#include "tree_builder.h"
+
+#include <cstring>
+#include <new>
+#include <string>
+
+struct DomDocument::Native {
+    pugi::xml_document m_tree;
+    std::size_t m_nLastSize = 0; // of the document as text, as last seen: what a save needs to reserve
+};
+
+namespace {
+
+constexpr const char* kItemName = "Item";
+
+void Require(bool done) {
+    if (!done) {
+        throw DomError("the document has no memory left");
+    }
+}
+
+/// The part of an attribute's name after its namespace prefix.
+std::string_view BaseName(const char* name) noexcept {
+    const char* const colon = std::strchr(name, ':');
+    return colon != nullptr ? colon + 1 : name;
+}
+
+/// The node after `node` in document order, inside `root`.
+pugi::xml_node NextNode(pugi::xml_node node, pugi::xml_node root) noexcept {
+    if (!node.first_child().empty()) {
+        return node.first_child();
+    }
+    for (; node != root; node = node.parent()) {
+        if (!node.next_sibling().empty()) {
+            return node.next_sibling();
+        }
+    }
+    return {};
+}
+
+/// Takes a new child back unless it is kept.
+class CNewChild {
+public:
+    CNewChild(pugi::xml_node parent, const char* name) : m_parent(parent), m_child(m_parent.append_child(name)) {
+        Require(!m_child.empty());
+    }
+    ~CNewChild() {
+        if (!m_bKept) {
+            m_parent.remove_child(m_child);
+        }
+    }
+    CNewChild(const CNewChild&) = delete;
+    CNewChild& operator=(const CNewChild&) = delete;
+    pugi::xml_node Node() const noexcept { return m_child; }
+    pugi::xml_node Keep() noexcept {
+        m_bKept = true;
+        return m_child;
+    }
+
+private:
+    pugi::xml_node m_parent;
+    pugi::xml_node m_child;
+    bool m_bKept = false;
+};
+
+/// Collects what the tree writes. The writer cannot pass an exception through pugixml and notes a failure instead.
+class CTextWriter : public pugi::xml_writer {
+public:
+    explicit CTextWriter(std::size_t expected) { m_strText.reserve(expected); }
+    void write(const void* data, std::size_t size) override {
+        try {
+            m_strText.append(static_cast<const char*>(data), size);
+        } catch (const std::bad_alloc&) {
+            m_bWhole = false;
+        }
+    }
+    bool IsWhole() const noexcept { return m_bWhole; }
+    const std::string& Text() const noexcept { return m_strText; }
+
+private:
+    std::string m_strText;
+    bool m_bWhole = true;
+};
+
+} // namespace
+
+DomDocument::DomDocument(std::unique_ptr<Native> native) noexcept : m_pNative(std::move(native)) {}
+DomDocument::~DomDocument() = default;
+
+std::unique_ptr<DomDocument> DomDocument::Create() noexcept {
+    try {
+        return std::unique_ptr<DomDocument>(new DomDocument(std::make_unique<Native>()));
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
+
+bool DomDocument::Load(const char* path) {
+    try {
+        CDocumentSource source;
+        if (!source.Open(path) || !BuildTree(source, m_pNative->m_tree)) {
+            return false;
+        }
+        m_pNative->m_nLastSize = source.Size();
+        return true;
+    } catch (const std::bad_alloc&) {
+        throw DomError("out of memory while loading a document");
+    }
+}
+
+void DomDocument::Save(const char* path) {
+    CTextWriter writer(m_pNative->m_nLastSize + m_pNative->m_nLastSize / 8);
+    m_pNative->m_tree.save(writer, "  ", pugi::format_indent | pugi::format_no_declaration, pugi::encoding_utf8);
+    Require(writer.IsWhole());
+    m_pNative->m_nLastSize = writer.Text().size();
+    if (!platform::ReplaceContents(path, writer.Text())) {
+        throw DomError("the document could not be saved");
+    }
+}
+
+DomNode DomDocument::FirstElementNamed(DomView tagName) {
+    const pugi::xml_node root = m_pNative->m_tree.document_element();
+    pugi::xml_node node = NextNode(root, root);
+    while (!node.empty() && (node.type() != pugi::node_element || tagName != node.name())) {
+        node = NextNode(node, root);
+    }
+    return node;
+}
+
+DomNode DomDocument::FirstChild(const DomNode& node) { return node.first_child(); }
+
+DomNode DomDocument::NextSibling(const DomNode& node) { return node.next_sibling(); }
+
+bool DomDocument::ListAttributes(const DomNode& node, std::vector<DomAttribute>& attributes) {
+    if (node.type() != pugi::node_element) {
+        return false;
+    }
+    for (const pugi::xml_attribute attribute : node.attributes()) {
+        attributes.push_back({DomText(BaseName(attribute.name())), DomText(attribute.value())});
+    }
+    return true;
+}
+
+DomText DomDocument::TagName(const DomNode& node) { return DomText(node.name()); }
+
+bool DomDocument::HasChildren(const DomNode& node) { return !node.first_child().empty(); }
+
+DomText DomDocument::SetAttributeText(const DomNode& element, std::size_t index, DomView text) {
+    pugi::xml_attribute attribute = element.first_attribute();
+    for (; index > 0; --index) {
+        attribute = attribute.next_attribute();
+    }
+    Require(attribute.set_value(std::string(text).c_str()));
+    return DomText(attribute.value());
+}
+
+DomNode DomDocument::AppendItem(const DomNode& container, const std::vector<DomPair>& attributes) {
+    CNewChild item(container, kItemName);
+    for (const DomPair& pair : attributes) {
+        const std::string name(pair.name);
+        pugi::xml_attribute attribute = item.Node().attribute(name.c_str());
+        if (attribute.empty()) {
+            attribute = item.Node().append_attribute(name.c_str());
+        }
+        Require(!attribute.empty() && attribute.set_value(std::string(pair.text).c_str()));
+    }
+    return item.Keep();
+}
+
+void DomDocument::RemoveChild(const DomNode& container, const DomNode& child) {
+    pugi::xml_node parent = container;
+    Require(parent.remove_child(child));
+}

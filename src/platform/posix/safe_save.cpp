@@ -1,0 +1,151 @@
+#include "safe_save.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <new>
+#include <string>
+
+namespace platform {
+
+namespace {
+
+class CFile {
+public:
+    explicit CFile(int descriptor = -1) noexcept : m_nDescriptor(descriptor) {}
+    ~CFile() {
+        if (IsOpen()) {
+            close(m_nDescriptor);
+        }
+    }
+    CFile(CFile&& other) noexcept : m_nDescriptor(other.m_nDescriptor) { other.m_nDescriptor = -1; }
+    CFile& operator=(CFile&& other) noexcept {
+        std::swap(m_nDescriptor, other.m_nDescriptor);
+        return *this;
+    }
+    bool IsOpen() const noexcept { return m_nDescriptor >= 0; }
+    int Descriptor() const noexcept { return m_nDescriptor; }
+
+private:
+    int m_nDescriptor;
+};
+
+bool WriteAll(int file, std::string_view contents) noexcept {
+    while (!contents.empty()) {
+        const ssize_t written = write(file, contents.data(), contents.size());
+        if (written < 0 && errno == EINTR) {
+            continue;
+        }
+        if (written <= 0) {
+            return false;
+        }
+        contents.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return true;
+}
+
+/// True when opening the temporary file failed because the folder takes no new file there, as opposed to a shortage
+/// (a full disk, say) in which writing in place would destroy what there is.
+bool FolderTakesNoFile(int error) noexcept {
+    return error == EACCES || error == EPERM || error == EROFS || error == ENAMETOOLONG || error == EISDIR ||
+           error == ELOOP;
+}
+
+/// Opens the temporary file and locks it against other processes that save the same document. The lock is of the kind
+/// that does not meet the shared lock of the existence test, since the file takes the document's place while it is
+/// held.
+CFile OpenTemporary(const std::string& path, int& error) noexcept {
+    for (;;) {
+        CFile file(open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, S_IRUSR | S_IWUSR));
+        if (!file.IsOpen()) {
+            error = errno;
+            return file;
+        }
+        struct flock lock = {};
+        lock.l_type = F_WRLCK;
+        lock.l_whence = SEEK_SET;
+        while (fcntl(file.Descriptor(), F_OFD_SETLKW, &lock) != 0) {
+            if (errno != EINTR) {
+                error = errno;
+                return CFile();
+            }
+        }
+        struct stat opened = {};
+        struct stat named = {};
+        if (fstat(file.Descriptor(), &opened) != 0) {
+            error = errno;
+            return CFile();
+        }
+        if (stat(path.c_str(), &named) == 0 && named.st_ino == opened.st_ino && named.st_dev == opened.st_dev) {
+            return file;
+        }
+        // Another process has put this very file in the document's place meanwhile.
+    }
+}
+
+bool FillTemporary(int file, std::string_view contents, const struct stat& original) noexcept {
+    // Ownership first: changing it may clear permission bits. Without the right to change it the file is the user's
+    // own.
+    if (fchown(file, original.st_uid, original.st_gid) != 0 && errno == EIO) {
+        return false;
+    }
+    return ftruncate(file, 0) == 0 && WriteAll(file, contents) && fchmod(file, original.st_mode & 07777) == 0 &&
+           fsync(file) == 0;
+}
+
+bool WriteInPlace(const char* path, std::string_view contents) noexcept {
+    const CFile file(open(path, O_WRONLY | O_CLOEXEC));
+    const auto size = static_cast<off_t>(contents.size());
+    return file.IsOpen() && posix_fallocate(file.Descriptor(), 0, size) == 0 && WriteAll(file.Descriptor(), contents) &&
+           ftruncate(file.Descriptor(), size) == 0 && fsync(file.Descriptor()) == 0;
+}
+
+/// Makes the rename itself durable. The document is whole without it, so a failure is not one of the save.
+void FlushFolder(const std::string& folder) noexcept {
+    const CFile file(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (file.IsOpen()) {
+        fsync(file.Descriptor());
+    }
+}
+
+bool ReplaceTarget(const std::string& target, std::string_view contents) {
+    struct stat original = {};
+    if (stat(target.c_str(), &original) != 0) {
+        return false;
+    }
+    const std::size_t separator = target.rfind('/');
+    const std::string folder = target.substr(0, separator + 1);
+    const std::string temporary = folder + "." + target.substr(separator + 1) + ".saving";
+    int error = 0;
+    const CFile file = OpenTemporary(temporary, error);
+    if (!file.IsOpen()) {
+        return FolderTakesNoFile(error) && WriteInPlace(target.c_str(), contents);
+    }
+    if (!FillTemporary(file.Descriptor(), contents, original) || rename(temporary.c_str(), target.c_str()) != 0) {
+        unlink(temporary.c_str());
+        return false;
+    }
+    FlushFolder(folder);
+    return true;
+}
+
+} // namespace
+
+bool ReplaceContents(const char* path, std::string_view contents) noexcept {
+    const std::unique_ptr<char, void (*)(void*)> target(realpath(path, nullptr), std::free);
+    if (target == nullptr) {
+        return false;
+    }
+    try {
+        return ReplaceTarget(target.get(), contents);
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
+}
+
+} // namespace platform

@@ -1,0 +1,18 @@
+// Reads a document with Expat into a pugixml tree.
+
+#pragma once
+
+#include <pugixml.hpp>
+
+class CDocumentSource;
+
+/// Deepest nesting of elements that is loaded.
+inline constexpr int kMaxElementDepth = 1000;
+
+/// Entity expansion may multiply a document by this much once its expanded text exceeds the threshold in bytes.
+inline constexpr float kMaxEntityAmplification = 100.0F;
+inline constexpr unsigned long long kEntityExpansionThreshold = 8ULL << 20;
+
+/// Fills the empty `tree` from `source`: everything but text that is only white space. False when the document is
+/// malformed or beyond a limit. Throws std::bad_alloc.
+bool BuildTree(const CDocumentSource& source, pugi::xml_document& tree);

@@ -1,0 +1,89 @@
+#include "store/node_readers.h"
+
+#include "platform/code_page.h"
+#include "store/locked_pass.h"
+#include "store/module_state.h"
+#include "store/row_filter.h"
+
+namespace {
+
+void Deliver(CXmlAttribute& attributes, const CRowTable& table, const RowCell& cell) {
+    if (attributes.Add(table.Name(cell.name), platform::ToAnsi(cell.text.View())) != 0) {
+        throw std::bad_alloc();
+    }
+}
+
+/// Delivers cells of all rows one by one, so that an error leaves what came before it.
+template <class Choose>
+int32_t DeliverFromAllRows(CXmlQuery& query, const CRowTable& table, Choose isChosen) {
+    query.m_attrs.Clear();
+    query.m_nCount = 0;
+    for (RowNumber row = 0; row < table.RowCount(); ++row) {
+        if (row == table.FirstBareRow()) {
+            throw DomError("a child of the container has no attributes");
+        }
+        for (const RowCell& cell : table.Cells(row)) {
+            if (table.IsLive(row) && isChosen(cell)) {
+                Deliver(query.m_attrs, table, cell);
+                ++query.m_nCount;
+            }
+        }
+    }
+    return query.m_nCount != 0 ? 0 : 1;
+}
+
+/// Replaces the query's pairs by some of a row's cells, all or none.
+void DeliverRow(CXmlQuery& query, const CRowTable& table, std::span<const RowCell> cells) {
+    CXmlAttribute delivered;
+    for (const RowCell& cell : cells) {
+        Deliver(delivered, table, cell);
+    }
+    query.m_attrs.Swap(delivered);
+    query.m_nCount = query.m_attrs.Count();
+}
+
+} // namespace
+
+int32_t ReadAttribute(CXmlObject* document, CXmlQuery* query) noexcept {
+    return RunOnContainer(document, query, [&](CDocumentTables&, CRowTable& table) {
+        const NameNumber wanted = table.FindName(platform::CDomArgument(query->m_strAttr).View());
+        if (wanted == kNoName) {
+            return 1;
+        }
+        const RowNumber row = CRowFilter(table, *query).FindFirst(table, wanted);
+        if (row == kNoRow) {
+            return 1;
+        }
+        DeliverRow(*query, table, {table.FindCell(row, wanted), 1});
+        return 0;
+    });
+}
+
+int32_t ListAllAttributes(CXmlObject* document, CXmlQuery* query) noexcept {
+    return RunOnContainer(document, query, [&](CDocumentTables&, const CRowTable& table) {
+        return DeliverFromAllRows(*query, table, [](const RowCell&) { return true; });
+    });
+}
+
+int32_t CollectAttribute(CXmlQuery* query) noexcept {
+    return RunOnContainer(State().currentDocument, query, [&](CDocumentTables&, const CRowTable& table) {
+        if (query->m_nCount != 0) {
+            return 1;
+        }
+        return DeliverFromAllRows(*query, table,
+                                  [&](const RowCell& cell) { return table.Name(cell.name) == query->m_strAttr; });
+    });
+}
+
+int32_t ReadChild(CXmlQuery* query) noexcept {
+    return RunOnContainer(State().currentDocument, query, [&](CDocumentTables&, CRowTable& table) {
+        const CRowFilter filter =
+            query->m_nCount == 0 ? CRowFilter(table, query->m_strAttr, query->m_strValue) : CRowFilter(table, *query);
+        const RowNumber row = filter.FindFirst(table, kNoName);
+        if (row == kNoRow) {
+            return 1;
+        }
+        DeliverRow(*query, table, table.Cells(row));
+        return 0;
+    });
+}

@@ -1,0 +1,148 @@
+#include "store/row_table.h"
+
+#include "platform/code_page.h"
+
+#include <new>
+
+namespace {
+
+/// More indexes than the exports ever use on one container: beyond them the oldest goes, so that a host that filters on
+/// ever new attributes does not fill the memory.
+constexpr std::size_t kMaxIndexes = 16;
+
+} // namespace
+
+CRowTable::CRowTable(DomDocument& dom, DomNode container) : m_container(std::move(container)) {
+    for (DomNode child = dom.FirstChild(m_container); child; child = dom.NextSibling(child)) {
+        Append(dom, child);
+    }
+}
+
+NameNumber CRowTable::FindName(DomView name) const noexcept {
+    const auto found = m_names.find(name);
+    return found != m_names.end() ? found->second : kNoName;
+}
+
+const RowCell* CRowTable::FindCell(RowNumber row, NameNumber name) const noexcept {
+    for (const RowCell& cell : Cells(row)) {
+        if (cell.name == name) {
+            return &cell;
+        }
+    }
+    return nullptr;
+}
+
+RowNumber CRowTable::FirstCarrier(NameNumber name) noexcept {
+    // No row ever gains an attribute, so the rows that were passed once need never be looked at again.
+    RowNumber& row = m_firstCarriers[name];
+    while (row < RowCount() && (!IsLive(row) || FindCell(row, name) == nullptr)) {
+        ++row;
+    }
+    return row < RowCount() ? row : kNoRow;
+}
+
+const CRowIndex* CRowTable::Index(std::span<const RowPair> pairs) noexcept {
+    for (const auto& index : m_indexes) {
+        if (index->IsOver(pairs)) {
+            return index.get();
+        }
+    }
+    try {
+        auto index = std::make_unique<CRowIndex>(*this, pairs);
+        if (m_indexes.size() == kMaxIndexes) {
+            m_indexes.erase(m_indexes.begin());
+        }
+        m_indexes.push_back(std::move(index));
+        return m_indexes.back().get();
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
+
+/// Takes up a child of the container behind all others.
+void CRowTable::Append(DomDocument& dom, DomNode node) {
+    m_attributes.clear();
+    const bool bHasAttributes = dom.ListAttributes(node, m_attributes);
+    const RowNumber row = RowCount();
+    const auto firstCell = static_cast<std::uint32_t>(m_cells.size());
+    for (DomAttribute& attribute : m_attributes) {
+        const NameNumber name = NumberOf(attribute.baseName.View(), m_cells.size() - firstCell);
+        m_bRepeatedNames = m_bRepeatedNames || m_lastCarriers[name] == row;
+        m_lastCarriers[name] = row;
+        m_cells.push_back({name, std::move(attribute.text)});
+    }
+    m_rows.push_back({std::move(node), firstCell, static_cast<std::uint32_t>(m_attributes.size()), true});
+    ++m_nLive;
+    if (!bHasAttributes && m_nFirstBare == kNoRow) {
+        m_nFirstBare = row;
+    }
+    AddToIndexes(row, kNoName);
+}
+
+/// Number of a base name, new or not. Rows are mostly alike: the name at the same position of the row before is tried
+/// first.
+NameNumber CRowTable::NumberOf(DomView name, std::size_t position) {
+    if (!m_rows.empty() && position < m_rows.back().cellCount) {
+        const NameNumber before = m_cells[m_rows.back().firstCell + position].name;
+        if (m_nameTexts[before] == name) {
+            return before;
+        }
+    }
+    const NameNumber known = FindName(name);
+    if (known != kNoName) {
+        return known;
+    }
+    const NameNumber number = NameCount();
+    m_firstCarriers.push_back(RowCount());
+    m_lastCarriers.push_back(kNoRow);
+    m_ansiNames.push_back(platform::ToAnsi(name));
+    m_nameTexts.push_back(m_names.emplace(name, number).first->first);
+    return number;
+}
+
+/// Adds a row to the indexes over `name`; to all of them for kNoName. Without memory for that there are no indexes any
+/// more: they are made again when they are next asked for.
+void CRowTable::AddToIndexes(RowNumber row, NameNumber name) noexcept {
+    try {
+        for (const auto& index : m_indexes) {
+            if (name == kNoName || index->Covers(name)) {
+                index->Insert(*this, row);
+            }
+        }
+    } catch (const std::bad_alloc&) {
+        m_indexes.clear();
+    }
+}
+
+void CRowTable::TakeFromIndexes(RowNumber row, NameNumber name) noexcept {
+    for (const auto& index : m_indexes) {
+        if (name == kNoName || index->Covers(name)) {
+            index->Erase(*this, row);
+        }
+    }
+}
+
+void CRowTable::SetText(RowNumber row, std::size_t cell, DomText text) noexcept {
+    m_cells[m_rows[row].firstCell + cell].text = std::move(text);
+}
+
+void CRowTable::MarkGone(RowNumber row) noexcept {
+    m_rows[row].live = false;
+    m_rows[row].node = DomNode();
+    --m_nLive;
+}
+
+/// Forgets every row and every name.
+void CRowTable::Clear() noexcept {
+    m_rows.clear();
+    m_cells.clear();
+    m_names.clear();
+    m_ansiNames.clear();
+    m_nameTexts.clear();
+    m_firstCarriers.clear();
+    m_lastCarriers.clear();
+    m_indexes.clear();
+    m_nFirstBare = kNoRow;
+    m_nLive = 0;
+    m_bRepeatedNames = false;
+}

@@ -1,0 +1,93 @@
+// The children of one container as rows of (base name, text), read through the DOM once.
+//
+// The DOM stays the truth and the table is a copy, kept in step by CDocumentTables, the only writer. Row numbers follow
+// document order and never change: rows are only ever appended, or marked as gone.
+
+#pragma once
+
+#include "cordelbox.h"
+#include "platform/dom.h"
+#include "store/row_index.h"
+#include "store/text_map.h"
+
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <vector>
+
+/// One attribute of one row.
+struct RowCell {
+    NameNumber name;
+    DomText text;
+};
+
+class CRowTable {
+public:
+    /// Reads every child of the container. Throws DomError, std::bad_alloc.
+    CRowTable(DomDocument& dom, DomNode container);
+
+    const DomNode& Container() const noexcept { return m_container; }
+
+    /// Number of rows, those included that are gone.
+    RowNumber RowCount() const noexcept { return static_cast<RowNumber>(m_rows.size()); }
+    /// Number of rows that are there.
+    RowNumber LiveCount() const noexcept { return m_nLive; }
+    bool IsLive(RowNumber row) const noexcept { return m_rows[row].live; }
+    const DomNode& Node(RowNumber row) const noexcept { return m_rows[row].node; }
+    std::span<const RowCell> Cells(RowNumber row) const noexcept {
+        return {m_cells.data() + m_rows[row].firstCell, m_rows[row].cellCount};
+    }
+
+    /// The first row that is of a kind without attributes (a comment, text), or kNoRow.
+    RowNumber FirstBareRow() const noexcept { return m_nFirstBare; }
+
+    /// True when some row has two attributes with one base name.
+    bool HasRepeatedNames() const noexcept { return m_bRepeatedNames; }
+
+    /// Number of a base name; kNoName when no row ever carried it.
+    NameNumber FindName(DomView name) const noexcept;
+    NameNumber NameCount() const noexcept { return static_cast<NameNumber>(m_ansiNames.size()); }
+    /// A base name as 8-bit text.
+    const AnsiString& Name(NameNumber name) const noexcept { return m_ansiNames[name]; }
+
+    /// The first cell of the row with that name; null when there is none.
+    const RowCell* FindCell(RowNumber row, NameNumber name) const noexcept;
+
+    /// The first row that is there and carries the name, or kNoRow.
+    RowNumber FirstCarrier(NameNumber name) noexcept;
+
+    /// The index over the names of `pairs`, made on first use; null when there is no memory for it.
+    const CRowIndex* Index(std::span<const RowPair> pairs) noexcept;
+
+private:
+    friend class CDocumentTables; // keeps the table in step with the DOM
+
+    struct Row {
+        DomNode node;
+        std::uint32_t firstCell;
+        std::uint32_t cellCount;
+        bool live;
+    };
+
+    void Append(DomDocument& dom, DomNode node);
+    void AddToIndexes(RowNumber row, NameNumber name) noexcept;
+    void TakeFromIndexes(RowNumber row, NameNumber name) noexcept;
+    void SetText(RowNumber row, std::size_t cell, DomText text) noexcept;
+    void MarkGone(RowNumber row) noexcept;
+    void Clear() noexcept;
+    NameNumber NumberOf(DomView name, std::size_t position);
+
+    const DomNode m_container;
+    std::vector<Row> m_rows;
+    std::vector<RowCell> m_cells;           // of all rows, one after the other
+    std::vector<DomAttribute> m_attributes; // of the row being read
+    CTextMap<NameNumber> m_names;
+    std::vector<AnsiString> m_ansiNames;
+    std::vector<DomView> m_nameTexts;       // by name: its text in m_names
+    std::vector<RowNumber> m_firstCarriers; // by name: no row before this one carries it
+    std::vector<RowNumber> m_lastCarriers;  // by name: the last row that was read with it
+    std::vector<std::unique_ptr<CRowIndex>> m_indexes;
+    RowNumber m_nFirstBare = kNoRow;
+    RowNumber m_nLive = 0;
+    bool m_bRepeatedNames = false;
+};

@@ -1,0 +1,39 @@
+// One open document of the pool.
+
+#pragma once
+
+#include "cordelbox.h"
+#include "platform/dom.h"
+#include "store/document_tables.h"
+
+#include <memory>
+
+enum class LoadState : int32_t { NotLoaded = 0, FromInstallFolder = 1, FromUserCopy = 2 };
+
+/// A document with its lock. The pool's lock is always taken before a document's, never after.
+struct CXmlObject {
+    CXmlObject() noexcept;
+    virtual ~CXmlObject();
+    CXmlObject(const CXmlObject&) = delete;
+    CXmlObject& operator=(const CXmlObject&) = delete;
+
+    /// Loads the document, or shares it when it is loaded. Returns 0, or 1 and is then not open. When the DOM's load
+    /// call itself fails, its DomError passes and the document stays locked.
+    int32_t Open(const AnsiString& relativePath);
+
+    /// True when this document was opened for that path.
+    bool IsSamePath(const AnsiString& relativePath) const;
+
+    /// Drops one reference; the last one drops the tree. Returns 0, or 1 when there is none to drop.
+    int32_t ReleaseReference() noexcept;
+
+    int32_t m_nReferences = 0;                  // opens that were not released yet
+    AnsiString m_strPath;                       // install-folder path; empty until the first open
+    const SemaphoreHandle m_hSemaphore;         // guards everything here; null: cannot be opened
+    std::unique_ptr<DomDocument> m_pDom;        // null until loaded
+    std::unique_ptr<CDocumentTables> m_pTables; // of m_pDom
+    LoadState m_nLoadState = LoadState::NotLoaded;
+
+private:
+    int32_t OpenLocked(const AnsiString& relativePath);
+};
