@@ -286,6 +286,15 @@ TEST_F(JobList, ANullJobDoesNothingAtAll) {
     EXPECT_EQ(GetJobs(&m_nJobs), nullptr);
 }
 
+TEST_F(JobList, NothingElseChanges) {
+    OpenMain("<Files><Item FileID='a'/></Files><Jobs/><More><Jobs><Item Name='second'/></Jobs></More>");
+    Write(Job("Letter", "7"));
+    EXPECT_EQ(SavedItems("Files"), (Items{{{"FileID", "a"}}}));
+    const std::string saved = UserMainText();
+    EXPECT_NE(saved.find("second"), std::string::npos) << saved;
+    EXPECT_EQ(saved.find("Letter"), saved.rfind("Letter")) << "the second list was written as well";
+}
+
 TEST_F(JobList, WithoutTheContainerTheDocumentIsSavedUnchanged) {
     OpenMain("<Files/>");
     uint32_t result = 0;

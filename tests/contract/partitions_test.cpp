@@ -174,6 +174,16 @@ TEST_F(Partitions, AMissingLayoutDoesNotKeepThePartitionFromTheOther) {
     EXPECT_EQ(UserMainText().find("DefaultFlash"), std::string::npos);
 }
 
+TEST_F(Partitions, NothingElseChanges) {
+    OpenMain(std::string(kLayouts) + "<CurrentChosePartition><Item Name='n'/></CurrentChosePartition><More>"
+                                     "<CurrentDisk><Item Partition='second'/></CurrentDisk></More>");
+    Write({3, "Fonts", 2048, 40}, kDisk);
+    EXPECT_EQ(SavedItems("CurrentChosePartition"), (Items{{{"Name", "n"}}}));
+    const std::string saved = UserMainText();
+    EXPECT_NE(saved.find("second"), std::string::npos) << saved;
+    EXPECT_EQ(SavedItems("CurrentDisk").size(), 1u);
+}
+
 TEST_F(Partitions, WithoutAnyLayoutTheDocumentIsSavedUnchanged) {
     OpenMain("<Storage><Item Volume='0:'/></Storage>");
     EXPECT_TRUE(Saves([] { Write({0, "A", 0, 5}, kDisk); }));

@@ -86,6 +86,11 @@ TEST_F(PathConflicts, OnlyTheLocalPathCounts) {
     EXPECT_EQ(IsPathConflict("d"), 1u);
 }
 
+TEST_F(PathConflicts, APrefixOfTheAttributeIsIgnored) {
+    OpenMain("<Files xmlns:p='urn:p'><Item p:LocalPath='a'/></Files>");
+    EXPECT_EQ(IsPathConflict("a"), 1u);
+}
+
 TEST_F(PathConflicts, OfTwoListsTheFirstIsRead) {
     OpenMain(FilesWithPath("a") + FilesWithPath("b"));
     EXPECT_EQ(IsPathConflict("a"), 1u);

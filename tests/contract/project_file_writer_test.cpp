@@ -272,6 +272,15 @@ TEST_F(ProjectFileWriter, AFileThatWasTickedSinceIsAddedAgainUnticked) {
     EXPECT_EQ(SavedItems("Files"), (Items{ticked, FileRecord("2")}));
 }
 
+TEST_F(ProjectFileWriter, NothingElseChanges) {
+    OpenMain("<Jobs><Item Name='n'/></Jobs><Files/><More><Files><Item FileID='second'/></Files></More>");
+    Write(File("2"));
+    EXPECT_EQ(SavedItems("Jobs"), (Items{{{"Name", "n"}}}));
+    const std::string saved = UserMainText();
+    EXPECT_NE(saved.find("second"), std::string::npos) << saved;
+    EXPECT_EQ(saved.find("localpath"), saved.rfind("localpath")) << "the second list was written as well";
+}
+
 TEST_F(ProjectFileWriter, FilesAreAppendedInTheOrderOfTheCalls) {
     OpenMain("<Files><Item FileID='old'/></Files>");
     Write(File("8"));
@@ -376,6 +385,13 @@ TEST_F(TestFileNames, AnotherValueOfAnIdIsAddedBesideTheFirst) {
     WriteTestFileName("Names", "7", "a");
     WriteTestFileName("Names", "7", "A");
     EXPECT_EQ(SavedItems("Names"), (Items{{{"ID", "7"}, {"Value", "a"}}, {{"ID", "7"}, {"Value", "A"}}}));
+}
+
+TEST_F(TestFileNames, AnItemThatHasTheIdTwiceCountsAsEqualWhateverItsValue) {
+    // As many of its attributes match as there are pairs, although one of the pairs matches none.
+    OpenMain("<Names xmlns:p='urn:p'><Item p:ID='7' ID='7'/></Names>");
+    WriteTestFileName("Names", "7", "v");
+    EXPECT_EQ(GetAttrValue("Names", "Value"), "");
 }
 
 TEST_F(TestFileNames, EmptyTextsAreWrittenAsEmptyValues) {
