@@ -134,7 +134,7 @@ std::string FormatClash(std::string_view text, std::string_view kindName, int32_
         position += directive.length;
     }
     if (result.size() >= kMessageSize) {
-        platform::StopForField("DuplicateID_EditingFile_SendingProject", result.size(), kMessageSize);
+        platform::StopForField("message", result.size(), kMessageSize);
     }
     return result;
 }

@@ -9,11 +9,11 @@
 #include <string>
 #include <vector>
 
-/// The words of a text: runs of letters and digits, in lower case.
+/// The words of a text: runs of letters, digits and underscores, in lower case.
 inline std::vector<std::string> WordsOf(const std::string& text) {
     std::vector<std::string> words(1);
     for (const char character : text) {
-        if (std::isalnum(static_cast<unsigned char>(character)) != 0) {
+        if (std::isalnum(static_cast<unsigned char>(character)) != 0 || character == '_') {
             words.back() += static_cast<char>(std::tolower(static_cast<unsigned char>(character)));
         } else if (!words.back().empty()) {
             words.emplace_back();
