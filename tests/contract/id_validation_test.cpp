@@ -30,8 +30,6 @@ protected:
 
 using IdValidationDeathTest = IdValidation;
 
-constexpr const char* kTemplate = "DuplicateID_EditingFile_SendingProject"; // what a text that is too long came from
-
 } // namespace
 
 TEST_F(IdValidation, FilesOfDifferentIdsAreValid) {
@@ -293,13 +291,13 @@ TEST_F(IdValidation, AMessageOf259BytesFits) {
 TEST_F(IdValidationDeathTest, AMessageOf260BytesStopsTheProcess) {
     const std::string rows = FileRow("a", "2", "7") + FileRow("b", "2", "7");
     OpenWith(Files(rows), {.text = std::string(254, 'x') + "%s"});
-    EXPECT_DEATH(IdsAreValid(nullptr), IsStopLine(kTemplate, 260, 260));
+    EXPECT_DEATH(IdsAreValid(nullptr), IsStopLine("message", 260, 260));
     OpenWith(Files(rows), {.text = std::string(1000, 'x')});
-    EXPECT_DEATH(IdsAreValid(nullptr), IsStopLine(kTemplate, 1000, 260));
+    EXPECT_DEATH(IdsAreValid(nullptr), IsStopLine("message", 1000, 260));
     OpenWith(Files(rows), {.text = "%260s"});
-    EXPECT_DEATH(IdsAreValid(nullptr), IsStopLine(kTemplate, 260, 260));
+    EXPECT_DEATH(IdsAreValid(nullptr), IsStopLine("message", 260, 260));
     OpenWith(Files(rows), {.text = "%s", .typeTwo = std::string(260, 'm')});
-    EXPECT_DEATH(IdsAreValid(nullptr), IsStopLine(kTemplate, 260, 260));
+    EXPECT_DEATH(IdsAreValid(nullptr), IsStopLine("message", 260, 260));
 }
 
 TEST_F(IdValidationDeathTest, AHostileWidthStopsTheProcessAndNothingElse) {
