@@ -83,7 +83,9 @@ public:
     }
     CConverter(const CConverter&) = delete;
     CConverter& operator=(const CConverter&) = delete;
-    bool IsOpen() const noexcept { return m_hConverter != reinterpret_cast<iconv_t>(-1); }
+    bool IsOpen() const noexcept {
+        return m_hConverter != reinterpret_cast<iconv_t>(-1); // NOLINT(performance-no-int-to-ptr): so iconv defines it
+    }
 
     /// Converts all of `text`; false when some of it is not in the encoding, or the result is too large.
     bool Convert(std::string text, std::string& converted) {

@@ -25,7 +25,7 @@ bool IsWhiteSpace(std::string_view text) noexcept {
 class CTreeBuilder {
 public:
     CTreeBuilder(const CDocumentSource& source, pugi::xml_document& tree)
-        : m_source(source), m_tree(tree), m_current(tree), m_pParser(XML_ParserCreate("UTF-8"), XML_ParserFree) {
+        : m_source(source), m_current(tree), m_pParser(XML_ParserCreate("UTF-8"), XML_ParserFree) {
         if (m_pParser == nullptr) {
             throw std::bad_alloc();
         }
@@ -233,7 +233,6 @@ private:
     }
 
     const CDocumentSource& m_source;
-    pugi::xml_document& m_tree;
     pugi::xml_node m_current;
     const std::unique_ptr<XML_ParserStruct, decltype(&XML_ParserFree)> m_pParser;
     std::string m_strText; // text since the last markup
