@@ -1,0 +1,17 @@
+// UTF-8, one code point at a time.
+
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+/// Decodes the code point at `position` and moves behind it. False, and one byte further, when the bytes there are
+/// not well-formed.
+bool DecodeUtf8(std::string_view text, std::size_t& position, char32_t& codePoint) noexcept;
+
+/// Appends the code point; one that is no character (a surrogate, say) becomes U+FFFD.
+void AppendUtf8(std::string& text, char32_t codePoint);
+
+/// Well-formed UTF-8 from UTF-16; unpaired surrogates become U+FFFD.
+std::string Utf16ToUtf8(std::u16string_view text);

@@ -1,0 +1,25 @@
+// The verbs of the command line, a family in each source. Each function adds its verbs to the application; a verb that
+// was called runs after the whole line has been read, and leaves the exit status in `host`.
+
+#pragma once
+
+#include "host.h"
+
+#include <CLI/CLI.hpp>
+
+void AddInitVerb(CLI::App& app, Host& host);
+void AddAttributeVerbs(CLI::App& app, Host& host); // get, set, clear
+void AddCopyVerb(CLI::App& app, Host& host);
+void AddStringVerbs(CLI::App& app, Host& host); // string, filter
+void AddStorageVerb(CLI::App& app, Host& host);
+void AddSpaceVerb(CLI::App& app, Host& host);
+void AddPartitionVerb(CLI::App& app, Host& host);
+void AddPclVerb(CLI::App& app, Host& host);
+void AddIdVerb(CLI::App& app, Host& host);
+void AddJobVerb(CLI::App& app, Host& host);
+
+void AddFilesVerb(CLI::App& app, Host& host); // files, with the verbs below
+void AddFilesAddVerb(CLI::App& files, Host& host);
+void AddFilesListVerb(CLI::App& files, Host& host);
+void AddFilesTickVerbs(CLI::App& files, Host& host);
+void AddFilesEditVerb(CLI::App& files, Host& host);
