@@ -1,0 +1,60 @@
+#include "bounds.h"
+
+#include "projects.h"
+#include "workloads.h"
+
+#include <cmath>
+
+namespace {
+
+double RatioOf(Bound::Kind kind, double figure, double other) {
+    switch (kind) {
+    case Bound::Kind::TimesFaster:
+        return other / figure;
+    case Bound::Kind::ExponentAtMost:
+        return std::log(figure / other) / std::log(static_cast<double>(kLarge) / kMedium);
+    default:
+        return figure / other;
+    }
+}
+
+} // namespace
+
+std::vector<Bound> AllBounds() {
+    using Kind = Bound::Kind;
+    std::vector<Bound> bounds;
+    for (const char* const work :
+         {"CheckID", "IdsAreValid", "GetValidID", "GetAvailICMID", "GetJobs", "IsPathConflict"}) {
+        bounds.push_back({Kind::ExponentAtMost, 1.3, WorkloadName(work, kLarge), WorkloadName(work, kMedium)});
+    }
+    for (const char* const work : {"CheckID", "IdsAreValid"}) {
+        bounds.push_back(
+            {Kind::TimesFaster, 1000, WorkloadName(work, kMedium), WorkloadName(work, kMedium, "pugixml")});
+    }
+    for (const char* const work : {"CheckID", "IdsAreValid"}) {
+        bounds.push_back({Kind::TimesFaster, 1, WorkloadName(work, kLarge), WorkloadName(work, kLarge, "SQLite")});
+    }
+    const auto add = [&](Kind kind, double limit, const std::string& work, int rows, const char* peer) {
+        bounds.push_back({kind, limit, WorkloadName(work, rows), WorkloadName(work, rows, peer)});
+    };
+    bounds.push_back({Kind::AtMost, 3, WorkloadName("WritePrjFile", kLarge), WorkloadName("WritePrjFile", kSmall)});
+    add(Kind::AtMost, 1.7, "opening", kLarge, "Expat");
+    add(Kind::TimesFaster, 1, "opening", kLarge, "libxml2");
+    add(Kind::AtMost, 3, "opening", kEveryday, "Expat");
+    add(Kind::AtMost, 2, "WriteAttr with its save", kLarge, "raw");
+    add(Kind::TimesFaster, 1, "WriteAttr with its save", kLarge, "pugixml");
+    add(Kind::AtMost, 6, "peak memory", kLarge, "file");
+    add(Kind::AtMost, 1, "peak memory", kLarge, "libxml2");
+    return bounds;
+}
+
+std::optional<Verdict> Judge(const Bound& bound, const Figures& figures) {
+    const auto figure = figures.find(bound.figure);
+    const auto other = figures.find(bound.other);
+    if (figure == figures.end() || other == figures.end()) {
+        return std::nullopt;
+    }
+    const double ratio = RatioOf(bound.kind, figure->second, other->second);
+    const bool bMet = bound.kind == Bound::Kind::TimesFaster ? ratio >= bound.limit : ratio <= bound.limit;
+    return Verdict{bound, figure->second, other->second, ratio, bMet};
+}
