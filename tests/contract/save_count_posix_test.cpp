@@ -53,6 +53,26 @@ TEST_F(SaveCount, TheOtherGenericWritersSaveOnce) {
     EXPECT_EQ(Saves([] { DelAllElem("Nowhere"); }), 1);
 }
 
+TEST_F(SaveCount, TheWritersOfListsSaveOnce) {
+    const PrinterInfo info{};
+    const PartitionRecord partition{};
+    const FileItem file{};
+    const JobRecord job{};
+    EXPECT_EQ(Saves([&] { PrinterInfoProc(&info); }), 1);
+    EXPECT_EQ(Saves([&] { WritePartition(&partition, 1); }), 1);
+    EXPECT_EQ(Saves([&] { CopyPatition(0); }), 1);
+    EXPECT_EQ(Saves([&] { CopyPatition(1); }), 1);
+    EXPECT_EQ(Saves([&] { WritePrjFile(&file); }), 1);
+    EXPECT_EQ(Saves([&] { WriteTestFileName("Source", "1", "v"); }), 1);
+    EXPECT_EQ(Saves([&] { WriteJobList(&job); }), 1);
+}
+
+TEST_F(SaveCount, TheFreeSpaceIsSavedOnceEmptyAndOnceComplete) {
+    const SendSpaceRecord records[3]{};
+    EXPECT_EQ(Saves([&] { WriteFreeVolume(records, 3); }), 2);
+    EXPECT_EQ(Saves([&] { WriteFreeVolume(nullptr, 0); }), 2);
+}
+
 TEST_F(SaveCount, ReadingSavesNotAtAll) {
     EXPECT_EQ(Saves([] { GetAttrValue1("Source", "Key", "2", "A"); }), 0);
 }
