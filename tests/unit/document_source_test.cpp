@@ -1,0 +1,171 @@
+// The bytes of a document, in every encoding that a document may declare, and the largest one.
+
+#include "document_source.h"
+
+#include "engine_document.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <optional>
+#include <string>
+
+namespace {
+
+/// The document in those bytes as UTF-8; nothing when it is refused.
+std::optional<std::string> Utf8Of(const std::string& bytes) {
+    const CMemoryFile file(bytes);
+    CDocumentSource source;
+    if (!source.Open(file.Path())) {
+        return {};
+    }
+    std::string text(source.Size(), '\0');
+    return source.Read(0, text.data(), text.size()) ? std::optional(text) : std::nullopt;
+}
+
+std::string Utf16(const std::string& ascii, bool bBigEndian) {
+    std::string text;
+    for (const char character : ascii) {
+        text += bBigEndian ? std::string{'\0', character} : std::string{character, '\0'};
+    }
+    return text;
+}
+
+/// Opens a file of that many bytes, of which all but the first are zero.
+bool OpensWithSize(std::size_t size) {
+    const CMemoryFile file("<");
+    return ::ftruncate(file.Descriptor(), static_cast<off_t>(size)) == 0 && CDocumentSource().Open(file.Path());
+}
+
+} // namespace
+
+TEST(DocumentSource, PassesUtf8AsItIs) {
+    for (const char* const text :
+         {"<a/>", "<?xml version=\"1.0\"?><a/>", "<?xml version=\"1.0\" encoding=\"utf-8\"?><a/>", "\xEF\xBB\xBF<a/>",
+          "<a b='\xC3\xA4'/>", "<?xmlish?>"}) {
+        EXPECT_EQ(Utf8Of(text), text);
+    }
+}
+
+TEST(DocumentSource, PassesAsciiByAnyOfItsNames) {
+    for (const char* const name : {"US-ASCII", "us-ascii", "ASCII"}) {
+        const std::string text = "<?xml version=\"1.0\" encoding=\"" + std::string(name) + "\"?><a/>";
+        EXPECT_EQ(Utf8Of(text), text);
+    }
+}
+
+TEST(DocumentSource, ConvertsUtf16WithAByteOrderMark) {
+    EXPECT_EQ(Utf8Of("\xFF\xFE" + Utf16("<a/>", false)), "<a/>");
+    EXPECT_EQ(Utf8Of("\xFE\xFF" + Utf16("<a/>", true)), "<a/>");
+}
+
+TEST(DocumentSource, ConvertsUtf16WithoutAByteOrderMark) {
+    const std::string text = "<?xml version=\"1.0\"?><a/>";
+    EXPECT_EQ(Utf8Of(Utf16(text, false)), text);
+    EXPECT_EQ(Utf8Of(Utf16(text, true)), text);
+}
+
+TEST(DocumentSource, ConvertsWhatTheDeclarationNames) {
+    const auto declared = [](const std::string& encoding, const std::string& text) {
+        return "<?xml version=\"1.0\" encoding=\"" + encoding + "\"?><a>" + text + "</a>";
+    };
+    EXPECT_EQ(Utf8Of(declared("ISO-8859-1", "\xE4")), declared("ISO-8859-1", "\xC3\xA4"));
+    EXPECT_EQ(Utf8Of(declared("iso-8859-15", "\xA4")), declared("iso-8859-15", "\xE2\x82\xAC"));
+    EXPECT_EQ(Utf8Of(declared("windows-1252", "\x80")), declared("windows-1252", "\xE2\x82\xAC"));
+    EXPECT_EQ(Utf8Of(declared("Shift_JIS", "\x83\x41")), declared("Shift_JIS", "\xE3\x82\xA2"));
+}
+
+TEST(DocumentSource, ReadsTheDeclarationInEitherQuotes) {
+    EXPECT_EQ(Utf8Of("<?xml version='1.0' encoding='ISO-8859-1'?><a>\xE4</a>"),
+              "<?xml version='1.0' encoding='ISO-8859-1'?><a>\xC3\xA4</a>");
+    EXPECT_EQ(Utf8Of("<?xml version='1.0'\n encoding = \"ISO-8859-1\" ?><a>\xE4</a>"),
+              "<?xml version='1.0'\n encoding = \"ISO-8859-1\" ?><a>\xC3\xA4</a>");
+}
+
+TEST(DocumentSource, TakesAnEncodingFromTheDeclarationOnly) {
+    const std::string text = "<?xml version='1.0'?><a encoding='ISO-8859-1'/>";
+    EXPECT_EQ(Utf8Of(text), text);
+}
+
+TEST(DocumentSource, RefusesAnEncodingThatNobodyKnows) {
+    EXPECT_EQ(Utf8Of("<?xml version='1.0' encoding='no-such'?><a/>"), std::nullopt);
+    EXPECT_EQ(Utf8Of("<?xml version='1.0' encoding='" + std::string(900, 'x') + "'?><a/>"), std::nullopt);
+}
+
+TEST(DocumentSource, RefusesBytesThatAreNotInTheEncoding) {
+    EXPECT_EQ(Utf8Of("<?xml version='1.0' encoding='Shift_JIS'?><a>\x83</a>"), std::nullopt);
+    EXPECT_EQ(Utf8Of("\xFF\xFE" + Utf16("<a/>", false) + "<"), std::nullopt) << "half a unit at the end";
+    EXPECT_EQ(Utf8Of("\xFF\xFE" + Utf16("<a>", false) + std::string("\x00\xD8", 2)), std::nullopt)
+        << "half a pair at the end";
+}
+
+TEST(DocumentSource, RefusesADeclarationThatIsNotInTheEncodingThatItNames) {
+    EXPECT_EQ(Utf8Of("<?xml version='1.0' encoding='UTF-16LE'?><a/>"), std::nullopt);
+    EXPECT_EQ(Utf8Of("<?xml version='1.0' encoding='UTF-32'?><aaaa/>"), std::nullopt);
+}
+
+TEST(DocumentSource, RefusesAnEmptyFile) { EXPECT_EQ(Utf8Of(""), std::nullopt); }
+
+TEST(DocumentSource, RefusesWhatIsNoFile) {
+    CDocumentSource source;
+    EXPECT_FALSE(source.Open("/no such file"));
+    EXPECT_FALSE(CDocumentSource().Open("/"));
+    EXPECT_FALSE(CDocumentSource().Open("/dev/zero"));
+    EXPECT_FALSE(CDocumentSource().Open(""));
+}
+
+TEST(DocumentSource, OpensAFileOfTheLargestSize) { EXPECT_TRUE(OpensWithSize(kMaxDocumentBytes)); }
+
+TEST(DocumentSource, RefusesAFileOneByteLarger) { EXPECT_FALSE(OpensWithSize(kMaxDocumentBytes + 1)); }
+
+TEST(DocumentSource, RefusesAFileThatIsTooLargeAsUtf8) {
+    // Three bytes for each of two: small enough as it is, too large as UTF-8.
+    std::string bytes = "\xFF\xFE" + Utf16("<a>", false);
+    bytes.resize(kMaxDocumentBytes / 3 * 2 + 32, '\x20');
+    ASSERT_LT(bytes.size(), kMaxDocumentBytes);
+    EXPECT_EQ(Utf8Of(bytes), std::nullopt);
+}
+
+TEST(DocumentSource, ReadsAnyPart) {
+    const CMemoryFile file("0123456789");
+    CDocumentSource source;
+    ASSERT_TRUE(source.Open(file.Path()));
+    char part[3] = {};
+    EXPECT_TRUE(source.Read(4, part, sizeof part));
+    EXPECT_EQ(std::string(part, sizeof part), "456");
+}
+
+TEST(DocumentSource, CannotReadBehindTheEnd) {
+    const CMemoryFile file("0123456789");
+    CDocumentSource source;
+    ASSERT_TRUE(source.Open(file.Path()));
+    char part[3] = {};
+    EXPECT_FALSE(source.Read(8, part, sizeof part));
+}
+
+TEST(DocumentSource, CannotReadWhatWasCutOffMeanwhile) {
+    const CMemoryFile file("0123456789");
+    CDocumentSource source;
+    ASSERT_TRUE(source.Open(file.Path()));
+    ASSERT_EQ(::ftruncate(file.Descriptor(), 5), 0);
+    char part[10] = {};
+    EXPECT_FALSE(source.Read(0, part, sizeof part));
+}
+
+TEST(DocumentSource, ClosesItsFile) {
+    // With room for a few files only, a source that keeps its file open would soon find no room.
+    rlimit before{};
+    getrlimit(RLIMIT_NOFILE, &before);
+    rlimit few = before;
+    few.rlim_cur = 64;
+    setrlimit(RLIMIT_NOFILE, &few);
+    const CMemoryFile file("<a/>");
+    bool bAll = true;
+    for (int round = 0; round < 200; ++round) {
+        bAll = CDocumentSource().Open(file.Path()) && !CDocumentSource().Open("/") && bAll;
+    }
+    setrlimit(RLIMIT_NOFILE, &before);
+    EXPECT_TRUE(bAll);
+}

@@ -1,0 +1,167 @@
+// Replacing a file in one step.
+
+#include "safe_save.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <set>
+#include <string>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+std::string Read(const fs::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(file), {});
+}
+
+ino_t FileNumber(const fs::path& path) {
+    struct stat status {};
+    return ::stat(path.c_str(), &status) == 0 ? status.st_ino : 0;
+}
+
+} // namespace
+
+class SafeSave : public ::testing::Test {
+protected:
+    SafeSave() {
+        fs::remove_all(m_folder);
+        fs::create_directories(m_folder);
+        std::ofstream(m_file) << "old";
+    }
+    ~SafeSave() override { fs::remove_all(m_folder); }
+
+    bool Replace(const std::string& contents) { return platform::ReplaceContents(m_file.c_str(), contents); }
+    std::set<std::string> Names() const {
+        std::set<std::string> names;
+        for (const auto& entry : fs::directory_iterator(m_folder)) {
+            names.insert(entry.path().filename());
+        }
+        return names;
+    }
+
+    const fs::path m_folder = fs::read_symlink("/proc/self/exe").parent_path() / "saves";
+    const fs::path m_file = m_folder / "a.xml";
+};
+
+TEST_F(SafeSave, ReplacesTheContents) {
+    EXPECT_TRUE(Replace("new contents"));
+    EXPECT_EQ(Read(m_file), "new contents");
+    EXPECT_TRUE(Replace(""));
+    EXPECT_EQ(Read(m_file), "");
+    const std::string large(5 << 20, 'x');
+    EXPECT_TRUE(Replace(large));
+    EXPECT_EQ(Read(m_file), large);
+}
+
+TEST_F(SafeSave, MakesANewFileOfThatName) {
+    const ino_t before = FileNumber(m_file);
+    Replace("new");
+    EXPECT_NE(FileNumber(m_file), before);
+    EXPECT_EQ(Names(), std::set<std::string>{"a.xml"});
+}
+
+TEST_F(SafeSave, DoesNotCreateAFile) {
+    fs::remove(m_file);
+    EXPECT_FALSE(Replace("new"));
+    EXPECT_EQ(Names(), std::set<std::string>{});
+}
+
+TEST_F(SafeSave, DoesNotFollowALinkThatLeadsNowhere) {
+    fs::remove(m_file);
+    fs::create_symlink("b.xml", m_file);
+    EXPECT_FALSE(Replace("new"));
+    EXPECT_EQ(Names(), std::set<std::string>{"a.xml"});
+}
+
+TEST_F(SafeSave, KeepsEveryPermission) {
+    for (mode_t mode = 0; mode <= 07777; mode += 0111) {
+        ASSERT_EQ(::chmod(m_file.c_str(), mode), 0);
+        struct stat before {};
+        ::stat(m_file.c_str(), &before);
+        if (!Replace("new")) {
+            continue; // as an ordinary user not every file can be replaced
+        }
+        struct stat after {};
+        ::stat(m_file.c_str(), &after);
+        EXPECT_EQ(after.st_mode, before.st_mode);
+    }
+}
+
+TEST_F(SafeSave, KeepsOwnerAndGroupWhereItMay) {
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "only the superuser may";
+    }
+    ASSERT_EQ(::chown(m_file.c_str(), 1234, 4321), 0);
+    ASSERT_EQ(::chmod(m_file.c_str(), 06755), 0);
+    EXPECT_TRUE(Replace("new"));
+    struct stat after {};
+    ::stat(m_file.c_str(), &after);
+    EXPECT_EQ(after.st_uid, 1234u);
+    EXPECT_EQ(after.st_gid, 4321u);
+    EXPECT_EQ(after.st_mode & 07777u, 06755u);
+}
+
+TEST_F(SafeSave, UsesUpATemporaryFileThatWasLeftBehind) {
+    std::ofstream(m_folder / ".a.xml.saving") << "longer than what is saved now";
+    EXPECT_TRUE(Replace("new"));
+    EXPECT_EQ(Read(m_file), "new");
+    EXPECT_EQ(Names(), std::set<std::string>{"a.xml"});
+}
+
+TEST_F(SafeSave, DoesNotWriteThroughALinkInTheTemporaryFilesPlace) {
+    std::ofstream(m_folder / "victim") << "victim";
+    fs::create_symlink("victim", m_folder / ".a.xml.saving");
+    EXPECT_TRUE(Replace("new"));
+    EXPECT_EQ(Read(m_folder / "victim"), "victim");
+    EXPECT_EQ(Read(m_file), "new");
+}
+
+TEST_F(SafeSave, WritesInPlaceWhereAFolderHoldsTheTemporaryName) {
+    fs::create_directory(m_folder / ".a.xml.saving");
+    const ino_t before = FileNumber(m_file);
+    EXPECT_TRUE(Replace("shorter or longer"));
+    EXPECT_EQ(Read(m_file), "shorter or longer");
+    EXPECT_TRUE(Replace("n"));
+    EXPECT_EQ(Read(m_file), "n");
+    EXPECT_EQ(FileNumber(m_file), before);
+}
+
+TEST_F(SafeSave, WritesInPlaceWhereTheTemporaryNameWouldBeTooLong) {
+    const fs::path file = m_folder / std::string(255, 'n');
+    std::ofstream(file) << "old";
+    const ino_t before = FileNumber(file);
+    EXPECT_TRUE(platform::ReplaceContents(file.c_str(), "new"));
+    EXPECT_EQ(Read(file), "new");
+    EXPECT_EQ(FileNumber(file), before);
+}
+
+TEST_F(SafeSave, TakesTheLongestNameWithATemporaryFile) {
+    const fs::path file = m_folder / std::string(255 - 8, 'n');
+    std::ofstream(file) << "old";
+    const ino_t before = FileNumber(file);
+    EXPECT_TRUE(platform::ReplaceContents(file.c_str(), "new"));
+    EXPECT_EQ(Read(file), "new");
+    EXPECT_NE(FileNumber(file), before);
+}
+
+TEST_F(SafeSave, ReplacesTheTargetOfALink) {
+    fs::create_symlink("a.xml", m_folder / "link.xml");
+    EXPECT_TRUE(platform::ReplaceContents((m_folder / "link.xml").c_str(), "new"));
+    EXPECT_TRUE(fs::is_symlink(m_folder / "link.xml"));
+    EXPECT_FALSE(fs::is_symlink(m_file));
+    EXPECT_EQ(Read(m_file), "new");
+}
+
+TEST_F(SafeSave, LeavesAnotherNameOfTheFileWithTheOldContents) {
+    fs::create_hard_link(m_file, m_folder / "b.xml");
+    EXPECT_TRUE(Replace("new"));
+    EXPECT_EQ(Read(m_folder / "b.xml"), "old");
+}
