@@ -1,0 +1,129 @@
+#include "reference_document.h"
+
+namespace {
+
+std::string Escaped(const std::string& text) {
+    std::string escaped;
+    for (const char character : text) {
+        switch (character) {
+        case '<':
+            escaped += "&lt;";
+            break;
+        case '>':
+            escaped += "&gt;";
+            break;
+        case '&':
+            escaped += "&amp;";
+            break;
+        case '"':
+            escaped += "&quot;";
+            break;
+        case '\t':
+        case '\n':
+        case '\r':
+            escaped += "&#" + std::to_string(static_cast<int>(character)) + ";";
+            break;
+        default:
+            escaped += character;
+        }
+    }
+    return escaped;
+}
+
+void Write(const RefNode& node, std::string& xml) {
+    switch (node.kind) {
+    case RefNode::Kind::Text:
+        xml += Escaped(node.text);
+        return;
+    case RefNode::Kind::Comment:
+        xml += "<!--" + node.text + "-->";
+        return;
+    case RefNode::Kind::Instruction:
+        xml += "<?" + node.name + " " + node.text + "?>";
+        return;
+    case RefNode::Kind::Cdata:
+        xml += "<![CDATA[" + node.text + "]]>";
+        return;
+    case RefNode::Kind::Element:
+        break;
+    }
+    xml += "<" + node.name;
+    for (const RefAttribute& attribute : node.attributes) {
+        xml += " " + attribute.name + "=\"" + Escaped(attribute.text) + "\"";
+    }
+    xml += ">";
+    for (const RefNode& child : node.children) {
+        Write(child, xml);
+    }
+    xml += "</" + node.name + ">";
+}
+
+pugi::xml_node_type TypeOf(RefNode::Kind kind) {
+    switch (kind) {
+    case RefNode::Kind::Text:
+        return pugi::node_pcdata;
+    case RefNode::Kind::Comment:
+        return pugi::node_comment;
+    case RefNode::Kind::Instruction:
+        return pugi::node_pi;
+    case RefNode::Kind::Cdata:
+        return pugi::node_cdata;
+    case RefNode::Kind::Element:
+        break;
+    }
+    return pugi::node_element;
+}
+
+std::string Quoted(const std::string& text) { return "\"" + text + "\""; }
+
+} // namespace
+
+std::string WriteXml(const RefNode& root) {
+    std::string xml;
+    Write(root, xml);
+    return xml;
+}
+
+std::string Difference(const RefNode& expected, pugi::xml_node actual) {
+    const std::string place = "<" + expected.name + ">: ";
+    if (actual.empty()) {
+        return place + "a node is missing";
+    }
+    if (actual.type() != TypeOf(expected.kind) || actual.name() != expected.name || actual.value() != expected.text) {
+        return place + "another node stands there: " + Quoted(actual.name()) + " " + Quoted(actual.value());
+    }
+    pugi::xml_attribute attribute = actual.first_attribute();
+    for (const RefAttribute& wanted : expected.attributes) {
+        if (attribute.empty() || wanted.name != attribute.name() || wanted.text != attribute.value()) {
+            return place + wanted.name + " should be " + Quoted(wanted.text) + ", and there is " + attribute.name() +
+                   " = " + Quoted(attribute.value());
+        }
+        attribute = attribute.next_attribute();
+    }
+    if (!attribute.empty()) {
+        return place + "surplus attribute " + attribute.name();
+    }
+    pugi::xml_node child = actual.first_child();
+    for (const RefNode& wanted : expected.children) {
+        const std::string below = Difference(wanted, child);
+        if (!below.empty()) {
+            return place + below;
+        }
+        child = child.next_sibling();
+    }
+    return child.empty() ? "" : place + "surplus child " + Quoted(child.name());
+}
+
+void JoinTexts(RefNode& node) {
+    std::vector<RefNode> joined;
+    for (RefNode& child : node.children) {
+        const bool bText = child.kind == RefNode::Kind::Text;
+        if (bText && !joined.empty() && joined.back().kind == RefNode::Kind::Text) {
+            joined.back().text += child.text;
+        } else {
+            JoinTexts(child);
+            joined.push_back(std::move(child));
+        }
+    }
+    node.children = std::move(joined);
+}
