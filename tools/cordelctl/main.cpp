@@ -45,7 +45,6 @@ ExitCode Run(int argc, char** argv) {
     Host host;
     CLI::App app("Works on the documents of Cordelbox: storage, partitions, files and jobs of printers.", "cordelctl");
     app.fallthrough(); // the options of the program may stand anywhere
-    app.require_subcommand(1);
     app.footer(kExitStatuses);
     AddGlobalOptions(app, host.globals);
     AddVerbs(app, host);
@@ -53,6 +52,10 @@ ExitCode Run(int argc, char** argv) {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? ExitCode::Done : ExitCode::Usage;
+    }
+    if (app.get_subcommands().empty()) {
+        std::cerr << app.help();
+        return ExitCode::Usage;
     }
     return host.exit;
 }

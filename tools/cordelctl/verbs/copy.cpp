@@ -48,7 +48,7 @@ ExitCode CopyElements(const Globals& globals, const Options& options) {
 
 void AddCopyVerb(CLI::App& app, Host& host) {
     auto options = std::make_shared<Options>();
-    auto* const copy = app.add_subcommand("copy", "Copy values from one container to another")->require_subcommand(1);
+    auto* const copy = AddFamily(app, "copy", "Copy values from one container to another");
     const auto addPlaces = [&](CLI::App* verb) {
         verb->add_option("SOURCE", options->source, "Container to copy from")->required();
         verb->add_option("TARGET", options->target, "Container to copy to")->required();

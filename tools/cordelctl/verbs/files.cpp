@@ -3,7 +3,7 @@
 #include "verbs.h"
 
 void AddFilesVerb(CLI::App& app, Host& host) {
-    auto* const files = app.add_subcommand("files", "The files of the project")->require_subcommand(1);
+    auto* const files = AddFamily(app, "files", "The files of the project");
     AddFilesAddVerb(*files, host);
     AddFilesListVerb(*files, host);
     AddFilesTickVerbs(*files, host);

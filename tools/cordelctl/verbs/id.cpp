@@ -59,7 +59,7 @@ ExitCode Next(const Globals& globals, const Options& options) {
 
 void AddIdVerb(CLI::App& app, Host& host) {
     auto options = std::make_shared<Options>();
-    auto* const id = app.add_subcommand("id", "The IDs of files")->require_subcommand(1);
+    auto* const id = AddFamily(app, "id", "The IDs of files");
 
     auto* const check = id->add_subcommand("check", "See whether a file has its ID for itself in its group; with a "
                                                     "clash, the exit status is 1");

@@ -71,7 +71,7 @@ ExitCode List(const Globals& globals) {
 
 void AddJobVerb(CLI::App& app, Host& host) {
     auto options = std::make_shared<Options>();
-    auto* const job = app.add_subcommand("job", "The print jobs stored on a printer")->require_subcommand(1);
+    auto* const job = AddFamily(app, "job", "The print jobs stored on a printer");
 
     auto* const add = job->add_subcommand("add", "Record a job");
     add->add_option("ID", options->id, "Number of the job, at most 9 characters")->required();

@@ -152,7 +152,7 @@ void AddAdd(CLI::App& partition, Host& host, const std::shared_ptr<Options>& opt
 
 void AddPartitionVerb(CLI::App& app, Host& host) {
     auto options = std::make_shared<Options>();
-    auto* const partition = app.add_subcommand("partition", "The partitions of a printer")->require_subcommand(1);
+    auto* const partition = AddFamily(app, "partition", "The partitions of a printer");
     AddAdd(*partition, host, options);
 
     auto* const show = partition->add_subcommand("show", "Show the partitions");

@@ -52,6 +52,9 @@ int64_t FreeSpaceOf(const std::string& volume) {
 ExitCode WriteSpace(const Globals& globals, const Options& options) {
     CSession session(globals);
     const auto sizes = SizesByVolume();
+    if (sizes.empty()) {
+        Note("no file is ticked, so nothing would be sent");
+    }
     if (!options.printer.empty()) {
         session.Visit(options.printer);
     }

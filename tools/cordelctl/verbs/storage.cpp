@@ -115,6 +115,10 @@ Json ReadReport(const std::string& file) {
 std::vector<Json> StoredVolumes() {
     std::vector<Json> rows;
     for (const RowKey& key : ReadIndex("Storage")) {
+        if (!RowExists("Storage", key.attribute, key.value)) {
+            Note("the volume with the " + key.attribute + " " + key.value + " is no longer there");
+            continue;
+        }
         Json row;
         for (const char* const attribute :
              {"StorageName", "Volume", "TotalSpace", "FreeSpace", "Location", "Label", "Status"}) {
@@ -180,7 +184,7 @@ ExitCode Show(const Globals& globals) {
 
 void AddStorageVerb(CLI::App& app, Host& host) {
     auto options = std::make_shared<Options>();
-    auto* const storage = app.add_subcommand("storage", "The devices and volumes of a printer")->require_subcommand(1);
+    auto* const storage = AddFamily(app, "storage", "The devices and volumes of a printer");
 
     auto* const report = storage->add_subcommand("report", "Record what a printer reports, in place of what it "
                                                            "reported before");

@@ -7,6 +7,9 @@
 
 #include <CLI/CLI.hpp>
 
+/// Adds a verb that has verbs of its own, one of which must follow.
+CLI::App* AddFamily(CLI::App& app, const char* name, const char* description);
+
 void AddInitVerb(CLI::App& app, Host& host);
 void AddAttributeVerbs(CLI::App& app, Host& host); // get, set, clear
 void AddCopyVerb(CLI::App& app, Host& host);
