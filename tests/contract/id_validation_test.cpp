@@ -225,15 +225,29 @@ TEST_F(IdValidation, WidthAndFlagsAreFollowed) {
     EXPECT_EQ(ClashMessage("%s %+d"), "macros +7");
     EXPECT_EQ(ClashMessage("%s % d"), "macros  7");
     EXPECT_EQ(ClashMessage("%s %-+4d|"), "macros +7  |");
+    EXPECT_EQ(ClashMessage("%s %-04d|"), "macros 7   |");
+    EXPECT_EQ(ClashMessage("%s %+04d"), "macros +007");
+    EXPECT_EQ(ClashMessage("%s %+0d"), "macros +7");
     EXPECT_EQ(ClashMessage("%3s %1d"), "macros 7");
 }
 
 TEST_F(IdValidation, PrecisionIsFollowed) {
     EXPECT_EQ(ClashMessage("%.2s %.3d"), "ma 007");
     EXPECT_EQ(ClashMessage("%5.2s|%5.3d|"), "   ma|  007|");
+    EXPECT_EQ(ClashMessage("%s %05.2d"), "macros    07");
     EXPECT_EQ(ClashMessage("%.0s|%d"), "|7");
     EXPECT_EQ(ClashMessage("%.s|%d"), "|7");
     EXPECT_EQ(ClashMessage("%.100s"), "macros");
+}
+
+TEST_F(IdValidation, TheSignOfANegativeIdStandsBeforeTheZeros) {
+    EXPECT_EQ(Validate(FileRow("a", "2", "-7") + FileRow("b", "2", "-7"), {.text = "%s %05d|%.0s%+.3d"}),
+              "macros -0007|-007");
+}
+
+TEST_F(IdValidation, AnIdOfZeroWithAPrecisionOfZeroPrintsNothing) {
+    EXPECT_EQ(Validate(FileRow("a", "2", "0") + FileRow("b", "2", "0"), {.text = "%s|%.0d|%.0s%3.0d|"}),
+              "macros||   |");
 }
 
 TEST_F(IdValidation, OtherConversionsAreCopiedAndConsumeNothing) {
