@@ -34,7 +34,8 @@ std::string Information(cmsHPROFILE profile, cmsInfoType type) {
         if (unit == L'\0') {
             break;
         }
-        text += static_cast<char16_t>(unit);
+        // Of 8-bit text the reader hands out bytes above 127 as negative numbers.
+        text += static_cast<char16_t>(unit < 0 ? unit & 0xFF : unit);
     }
     return Utf16ToUtf8(text);
 }

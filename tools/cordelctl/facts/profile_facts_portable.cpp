@@ -5,6 +5,8 @@
 
 #include "utf8.h"
 
+#include <algorithm>
+#include <array>
 #include <map>
 #include <stdexcept>
 
@@ -15,9 +17,19 @@ constexpr std::uint32_t kMostTags = 100;
 
 using Tags = std::map<std::string, std::string_view>;
 
+/// Whether it is a profile as far as its header tells.
+bool IsProfile(std::string_view bytes) {
+    constexpr std::array<std::string_view, 7> kClasses = {"scnr", "mntr", "prtr", "link", "abst", "spac", "nmcl"};
+    constexpr std::uint32_t kLastVersion = 0x5000000;
+    const std::string_view deviceClass = Part(bytes, 12, 4);
+    const bool known =
+        BigEndian32(deviceClass, 0) == 0 || std::find(kClasses.begin(), kClasses.end(), deviceClass) != kClasses.end();
+    return known && BigEndian32(bytes, 8) <= kLastVersion && Part(bytes, 36, 4) == "acsp";
+}
+
 /// Tags that do not lie within the profile are left out.
 Tags ReadTags(std::string_view bytes) {
-    if (Part(bytes, 36, 4) != "acsp") {
+    if (!IsProfile(bytes)) {
         throw std::out_of_range("no profile");
     }
     const std::string_view profile = bytes.substr(0, BigEndian32(bytes, 0));
