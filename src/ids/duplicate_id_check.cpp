@@ -2,12 +2,14 @@
 
 #include "cordelbox.h"
 #include "ids/clash_message.h"
+#include "ids/file_list_names.h"
 #include "platform/bounded_text.h"
 #include "store/collected_values.h"
 #include "store/module_state.h"
 
 #include <span>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -35,12 +37,21 @@ const Group* FindGroup(const AnsiString& type) noexcept {
     return nullptr;
 }
 
-bool IsListed(const AnsiString& fileId, const AnsiString& id, const char* type) {
-    CXmlQuery query("Files", "LocalPath");
-    query.AddPair("FileID", fileId);
-    query.AddPair("ID", id);
-    query.AddPair("Type", type);
-    return ReadAttribute(State().currentDocument, &query) == 0;
+/// Number of the files of a group that have this ID.
+int32_t CountUsers(const Group& group, const AnsiString& id) {
+    const FileListNames names;
+    const std::vector<AnsiString> types(group.types.begin(), group.types.end());
+    int32_t users = 0;
+    for (const AnsiString& fileId : CCollectedValues(names.files, names.fileId)) {
+        for (const AnsiString& type : types) {
+            CXmlQuery query(names.files, names.localPath);
+            query.AddPair(names.fileId, fileId);
+            query.AddPair(names.id, id);
+            query.AddPair(names.type, type);
+            users += ReadAttribute(State().currentDocument, &query) == 0 ? 1 : 0;
+        }
+    }
+    return users;
 }
 
 } // namespace
@@ -57,12 +68,7 @@ int32_t CheckID(int32_t* id, int32_t* kind, MessageWindows* windows) noexcept {
     if (group == nullptr) {
         return 1;
     }
-    int32_t users = 0; // the edited file among them
-    for (const AnsiString& fileId : CCollectedValues("Files", "FileID")) {
-        for (const char* const type : group->types) {
-            users += IsListed(fileId, editedId, type) ? 1 : 0;
-        }
-    }
+    const int32_t users = CountUsers(*group, editedId); // the edited file among them
     if (kind != nullptr) {
         *kind = group->kind;
     }

@@ -1,6 +1,7 @@
 // The lowest ID that no file of a kind uses.
 
 #include "cordelbox.h"
+#include "ids/file_list_names.h"
 #include "store/module_state.h"
 #include "store/node_readers.h"
 
@@ -15,18 +16,22 @@ constexpr int32_t kIdEnd = 0x8000;
 /// Hosts rely on it.
 class CIdSearch {
 public:
-    explicit CIdSearch(const char* type) : m_strType(type), m_query("Files", "FileID") { m_query.m_nCount = 2; }
+    CIdSearch(const FileListNames& names, const char* type)
+        : m_names(names), m_strType(type), m_query(names.files, names.fileId) {
+        m_query.m_nCount = 2;
+    }
 
     bool IsTaken(const AnsiString& id) {
         const int32_t count = m_query.m_nCount;
         m_query.m_attrs.Clear();
-        m_query.AddPair("ID", id);
-        m_query.AddPair("Type", m_strType);
+        m_query.AddPair(m_names.id, id);
+        m_query.AddPair(m_names.type, m_strType);
         m_query.m_nCount = count;
         return ReadAttribute(State().currentDocument, &m_query) == 0;
     }
 
 private:
+    const FileListNames& m_names;
     const AnsiString m_strType;
     CXmlQuery m_query;
 };
@@ -34,8 +39,9 @@ private:
 } // namespace
 
 int32_t GetValidID(int32_t kind) noexcept {
-    CIdSearch first(kind != 0 ? "2" : "1");
-    CIdSearch second("5"); // fonts only
+    const FileListNames names;
+    CIdSearch first(names, kind != 0 ? "2" : "1");
+    CIdSearch second(names, "5"); // fonts only
     for (int32_t number = 0; number < kIdEnd; ++number) {
         const AnsiString id(std::to_string(number).c_str());
         if (!first.IsTaken(id) && (kind != 0 || !second.IsTaken(id))) {

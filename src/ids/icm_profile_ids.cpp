@@ -3,6 +3,7 @@
 // The slots of a kind are the characters of one text, the first for slot 1: "0" and "1" may be used, "2" is in use.
 
 #include "cordelbox.h"
+#include "ids/file_list_names.h"
 #include "platform/bounded_text.h"
 #include "platform/code_page.h"
 #include "store/collected_values.h"
@@ -24,11 +25,12 @@ constexpr ProfileKind kKinds[] = {{0, "RGBSource", "0"}, {2, "PrinterProfile", "
 constexpr char kInUse = '2';
 
 /// Marks the slots of the listed profiles of a kind; an ID that is no slot is ignored.
-void MarkListed(std::string& slots, const char* profileType) {
-    for (const AnsiString& fileId : CCollectedValues("Files", "FileID")) {
-        CXmlQuery query("Files", "ID");
-        query.AddPair("FileID", fileId);
-        query.AddPair("ProfileType", profileType);
+void MarkListed(std::string& slots, const AnsiString& profileType) {
+    const FileListNames names;
+    for (const AnsiString& fileId : CCollectedValues(names.files, names.fileId)) {
+        CXmlQuery query(names.files, names.id);
+        query.AddPair(names.fileId, fileId);
+        query.AddPair(names.profileType, profileType);
         if (ReadAttribute(State().currentDocument, &query) != 0) {
             continue;
         }

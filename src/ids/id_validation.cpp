@@ -5,6 +5,7 @@
 
 #include "cordelbox.h"
 #include "ids/clash_message.h"
+#include "ids/file_list_names.h"
 #include "platform/bounded_text.h"
 #include "store/collected_values.h"
 #include "store/module_state.h"
@@ -16,10 +17,11 @@
 
 namespace {
 
-AnsiString ReadOfTicked(const AnsiString& fileId, const char* attribute, bool& bFound) {
-    CXmlQuery query("Files", attribute);
-    query.AddPair("FileID", fileId);
-    query.AddPair("checked", "1");
+AnsiString ReadOfTicked(const FileListNames& names, const AnsiString& fileId, const AnsiString& attribute,
+                        bool& bFound) {
+    CXmlQuery query(names.files, attribute);
+    query.AddPair(names.fileId, fileId);
+    query.AddPair(names.checked, names.ticked);
     bFound = ReadAttribute(State().currentDocument, &query) == 0;
     return query.FirstValue();
 }
@@ -42,13 +44,14 @@ struct IdLists {
 
 IdLists ListTickedIds() {
     IdLists lists;
-    for (const AnsiString& fileId : CCollectedValues("Files", "FileID")) {
+    const FileListNames names;
+    for (const AnsiString& fileId : CCollectedValues(names.files, names.fileId)) {
         bool bTicked = false;
-        const AnsiString type = ReadOfTicked(fileId, "Type", bTicked);
+        const AnsiString type = ReadOfTicked(names, fileId, names.type, bTicked);
         std::string* const list = bTicked ? lists.ListOf(type) : nullptr;
         if (list != nullptr) {
             bool bHasId = false; // without one the file's own FileID stands in for it
-            *list += ReadOfTicked(fileId, "ID", bHasId).c_str();
+            *list += ReadOfTicked(names, fileId, names.id, bHasId).c_str();
             *list += ',';
         }
     }

@@ -5,6 +5,8 @@
 #include "store/module_state.h"
 #include "store/row_filter.h"
 
+#include <vector>
+
 namespace {
 
 void Deliver(CXmlAttribute& attributes, const CRowTable& table, const RowCell& cell) {
@@ -22,8 +24,11 @@ int32_t DeliverFromAllRows(CXmlQuery& query, const CRowTable& table, Choose isCh
         if (row == table.FirstBareRow()) {
             throw DomError("a child of the container has no attributes");
         }
+        if (!table.IsLive(row)) {
+            continue;
+        }
         for (const RowCell& cell : table.Cells(row)) {
-            if (table.IsLive(row) && isChosen(cell)) {
+            if (isChosen(cell)) {
                 Deliver(query.m_attrs, table, cell);
                 ++query.m_nCount;
             }
@@ -70,8 +75,11 @@ int32_t CollectAttribute(CXmlQuery* query) noexcept {
         if (query->m_nCount != 0) {
             return 1;
         }
-        return DeliverFromAllRows(*query, table,
-                                  [&](const RowCell& cell) { return table.Name(cell.name) == query->m_strAttr; });
+        std::vector<bool> wanted; // by name: several base names may be one 8-bit text
+        for (NameNumber name = 0; name < table.NameCount(); ++name) {
+            wanted.push_back(table.Name(name) == query->m_strAttr);
+        }
+        return DeliverFromAllRows(*query, table, [&](const RowCell& cell) { return wanted[cell.name]; });
     });
 }
 

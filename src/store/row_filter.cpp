@@ -14,6 +14,7 @@ CRowFilter::CRowFilter(const CRowTable& table, const CXmlQuery& query) : m_nCoun
 
 CRowFilter::CRowFilter(const CRowTable& table, const AnsiString& name, const AnsiString& value) : m_nCount(1) {
     m_texts.reserve(1);
+    m_pairs.reserve(1);
     AddPair(table, name, value);
 }
 

@@ -1,20 +1,19 @@
 #include "store/row_index.h"
 
 #include "store/row_table.h"
+#include "store/text_hash.h"
 
 #include <algorithm>
-#include <functional>
+#include <bit>
 
 namespace {
 
 constexpr std::size_t kFewestSlots = 16;
 
 std::uint32_t HashOf(std::span<const RowPair> pairs) noexcept {
-    constexpr std::uint64_t kMultiplier = 0x9E3779B97F4A7C15u; // spreads the bits of each text's hash over the whole
     std::uint64_t hash = 0;
     for (const RowPair& pair : pairs) {
-        hash = (hash ^ std::hash<DomView>()(pair.text)) * kMultiplier;
-        hash ^= hash >> 32;
+        hash = std::rotl(hash, 27) ^ HashText(pair.text); // turned, so that the order of the texts counts
     }
     return static_cast<std::uint32_t>(hash);
 }
@@ -60,8 +59,8 @@ bool CRowIndex::TakePairs(const CRowTable& table, RowNumber row) noexcept {
     return true;
 }
 
-std::size_t CRowIndex::FindSlot(const CRowTable& table, std::span<const RowPair> pairs) const noexcept {
-    const std::uint32_t hash = HashOf(pairs);
+std::size_t CRowIndex::FindSlot(const CRowTable& table, std::span<const RowPair> pairs,
+                                std::uint32_t hash) const noexcept {
     const std::size_t mask = m_slots.size() - 1;
     for (std::size_t position = hash & mask;; position = (position + 1) & mask) {
         const Slot& slot = m_slots[position];
@@ -84,7 +83,7 @@ std::size_t CRowIndex::FreeSlot(const std::vector<Slot>& slots, std::uint32_t ha
 }
 
 RowNumber CRowIndex::Find(const CRowTable& table, std::span<const RowPair> pairs, RowNumber previous) const noexcept {
-    const std::size_t position = FindSlot(table, pairs);
+    const std::size_t position = FindSlot(table, pairs, HashOf(pairs));
     if (position == kNoSlot) {
         return kNoRow;
     }
@@ -103,7 +102,8 @@ void CRowIndex::Insert(const CRowTable& table, RowNumber row) {
     if (!TakePairs(table, row)) {
         return;
     }
-    const std::size_t found = FindSlot(table, m_pairs);
+    const std::uint32_t hash = HashOf(m_pairs);
+    const std::size_t found = FindSlot(table, m_pairs, hash);
     if (found != kNoSlot) {
         Slot& slot = m_slots[found];
         if (slot.further == nullptr) {
@@ -113,10 +113,9 @@ void CRowIndex::Insert(const CRowTable& table, RowNumber row) {
         slot.first = std::min(row, slot.first);
         return;
     }
-    if ((m_nUsed + 1) * 2 > m_slots.size()) {
+    if ((m_nUsed + 1) * 4 > m_slots.size() * 3) {
         Grow();
     }
-    const std::uint32_t hash = HashOf(m_pairs);
     Slot& slot = m_slots[FreeSlot(m_slots, hash)];
     slot.hash = hash;
     slot.first = row;
@@ -127,7 +126,7 @@ void CRowIndex::Erase(const CRowTable& table, RowNumber row) noexcept {
     if (!TakePairs(table, row)) {
         return;
     }
-    Slot& slot = m_slots[FindSlot(table, m_pairs)];
+    Slot& slot = m_slots[FindSlot(table, m_pairs, HashOf(m_pairs))];
     if (slot.first != row) {
         slot.further->erase(row);
     } else if (slot.further != nullptr) {
@@ -145,7 +144,7 @@ void CRowIndex::Grow() {
     const auto used = static_cast<std::size_t>(std::count_if(
         m_slots.begin(), m_slots.end(), [](const Slot& slot) { return slot.first != kFree && slot.first != kLeft; }));
     std::size_t size = kFewestSlots;
-    while (size < (used + 1) * 4) {
+    while (size < (used + 1) * 2) {
         size *= 2;
     }
     std::vector<Slot> slots(size);

@@ -61,11 +61,11 @@ private:
     static constexpr std::size_t kNoSlot = static_cast<std::size_t>(-1);
 
     bool TakePairs(const CRowTable& table, RowNumber row) noexcept;
-    std::size_t FindSlot(const CRowTable& table, std::span<const RowPair> pairs) const noexcept;
+    std::size_t FindSlot(const CRowTable& table, std::span<const RowPair> pairs, std::uint32_t hash) const noexcept;
     static std::size_t FreeSlot(const std::vector<Slot>& slots, std::uint32_t hash) noexcept;
     void Grow();
 
     std::vector<RowPair> m_pairs; // the index's names, with the texts of the row being inserted or erased
-    std::vector<Slot> m_slots;    // a power of two of them
+    std::vector<Slot> m_slots;    // a power of two of them, at most three quarters not free
     std::size_t m_nUsed = 0;      // slots that are not free
 };

@@ -64,14 +64,15 @@ void CRowTable::Append(DomDocument& dom, DomNode node) {
     m_attributes.clear();
     const bool bHasAttributes = dom.ListAttributes(node, m_attributes);
     const RowNumber row = RowCount();
-    const auto firstCell = static_cast<std::uint32_t>(m_cells.size());
-    for (DomAttribute& attribute : m_attributes) {
-        const NameNumber name = NumberOf(attribute.baseName.View(), m_cells.size() - firstCell);
+    auto cells = std::make_unique<RowCell[]>(m_attributes.size());
+    for (std::size_t position = 0; position < m_attributes.size(); ++position) {
+        const NameNumber name = NumberOf(m_attributes[position].baseName.View(), position);
         m_bRepeatedNames = m_bRepeatedNames || m_lastCarriers[name] == row;
         m_lastCarriers[name] = row;
-        m_cells.push_back({name, std::move(attribute.text)});
+        cells[position].name = name;
+        cells[position].text = std::move(m_attributes[position].text);
     }
-    m_rows.push_back({std::move(node), firstCell, static_cast<std::uint32_t>(m_attributes.size()), true});
+    m_rows.push_back({std::move(node), std::move(cells), static_cast<std::uint32_t>(m_attributes.size()), true});
     ++m_nLive;
     if (!bHasAttributes && m_nFirstBare == kNoRow) {
         m_nFirstBare = row;
@@ -83,7 +84,7 @@ void CRowTable::Append(DomDocument& dom, DomNode node) {
 /// first.
 NameNumber CRowTable::NumberOf(DomView name, std::size_t position) {
     if (!m_rows.empty() && position < m_rows.back().cellCount) {
-        const NameNumber before = m_cells[m_rows.back().firstCell + position].name;
+        const NameNumber before = m_rows.back().cells[position].name;
         if (m_nameTexts[before] == name) {
             return before;
         }
@@ -123,7 +124,7 @@ void CRowTable::TakeFromIndexes(RowNumber row, NameNumber name) noexcept {
 }
 
 void CRowTable::SetText(RowNumber row, std::size_t cell, DomText text) noexcept {
-    m_cells[m_rows[row].firstCell + cell].text = std::move(text);
+    m_rows[row].cells[cell].text = std::move(text);
 }
 
 void CRowTable::MarkGone(RowNumber row) noexcept {
@@ -135,7 +136,6 @@ void CRowTable::MarkGone(RowNumber row) noexcept {
 /// Forgets every row and every name.
 void CRowTable::Clear() noexcept {
     m_rows.clear();
-    m_cells.clear();
     m_names.clear();
     m_ansiNames.clear();
     m_nameTexts.clear();

@@ -15,10 +15,10 @@
 #include <span>
 #include <vector>
 
-/// One attribute of one row.
+/// One attribute of one row. There are hundreds of thousands of them: the number takes what room the text leaves.
 struct RowCell {
+    [[no_unique_address]] DomText text;
     NameNumber name;
-    DomText text;
 };
 
 class CRowTable {
@@ -35,7 +35,7 @@ public:
     bool IsLive(RowNumber row) const noexcept { return m_rows[row].live; }
     const DomNode& Node(RowNumber row) const noexcept { return m_rows[row].node; }
     std::span<const RowCell> Cells(RowNumber row) const noexcept {
-        return {m_cells.data() + m_rows[row].firstCell, m_rows[row].cellCount};
+        return {m_rows[row].cells.get(), m_rows[row].cellCount};
     }
 
     /// The first row that is of a kind without attributes (a comment, text), or kNoRow.
@@ -64,7 +64,7 @@ private:
 
     struct Row {
         DomNode node;
-        std::uint32_t firstCell;
+        std::unique_ptr<RowCell[]> cells;
         std::uint32_t cellCount;
         bool live;
     };
@@ -79,7 +79,6 @@ private:
 
     const DomNode m_container;
     std::vector<Row> m_rows;
-    std::vector<RowCell> m_cells;           // of all rows, one after the other
     std::vector<DomAttribute> m_attributes; // of the row being read
     CTextMap<NameNumber> m_names;
     std::vector<AnsiString> m_ansiNames;

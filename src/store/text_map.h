@@ -2,7 +2,7 @@
 
 #pragma once
 
-#include "dom_types.h"
+#include "store/text_hash.h"
 
 #include <functional>
 #include <string>
@@ -11,9 +11,7 @@
 
 struct TextHash {
     using is_transparent = void;
-    std::size_t operator()(std::basic_string_view<DomChar> text) const noexcept {
-        return std::hash<std::basic_string_view<DomChar>>()(text);
-    }
+    std::size_t operator()(std::basic_string_view<DomChar> text) const noexcept { return HashText(text); }
 };
 
 template <class Value>

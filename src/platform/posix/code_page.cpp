@@ -62,25 +62,32 @@ Step StepAt(std::string_view text, std::size_t position) noexcept {
     return {length, codePoint, true};
 }
 
-/// Length of the leading part of `text` that is plain ASCII.
-std::size_t AsciiPrefix(std::string_view text) noexcept {
+/// Most texts are, and every lookup asks it of several.
+bool IsAscii(std::string_view text) noexcept {
     constexpr std::uint64_t kHighBits = 0x8080808080808080u;
-    std::size_t position = 0;
-    for (std::uint64_t block = 0; position + sizeof block <= text.size(); position += sizeof block) {
-        std::memcpy(&block, text.data() + position, sizeof block);
-        if ((block & kHighBits) != 0) {
-            break;
+    constexpr std::size_t kStep = sizeof kHighBits;
+    std::uint64_t bits = 0;
+    if (text.size() < kStep) {
+        for (const char character : text) {
+            bits |= static_cast<unsigned char>(character);
         }
+        return (bits & kHighBits) == 0;
     }
-    while (position < text.size() && static_cast<unsigned char>(text[position]) < 0x80) {
-        ++position;
+    std::uint64_t block = 0;
+    for (std::size_t position = 0; position + kStep < text.size(); position += kStep) {
+        std::memcpy(&block, text.data() + position, kStep);
+        bits |= block;
     }
-    return position;
+    std::memcpy(&block, text.data() + text.size() - kStep, kStep);
+    return ((bits | block) & kHighBits) == 0;
 }
 
 /// Length of the leading part of `text` that is well-formed.
 std::size_t ValidPrefix(std::string_view text) noexcept {
-    std::size_t position = AsciiPrefix(text);
+    if (IsAscii(text)) {
+        return text.size();
+    }
+    std::size_t position = 0;
     while (position < text.size()) {
         const Step step = StepAt(text, position);
         if (!step.valid) {

@@ -56,9 +56,22 @@ bool FolderTakesNoFile(int error) noexcept {
            error == ELOOP;
 }
 
-/// Opens the temporary file and locks it against other processes that save the same document. The lock is of the kind
-/// that does not meet the shared lock of the existence test, since the file takes the document's place while it is
-/// held.
+/// Locks a file against other processes that save the same document. The lock is of the kind that does not meet the
+/// shared lock of the existence test, since the file takes the document's place while it is held.
+bool LockForSaving(int file) noexcept {
+    struct flock lock = {};
+    lock.l_type = F_WRLCK;
+    lock.l_whence = SEEK_SET;
+    while (fcntl(file, F_OFD_SETLKW, &lock) != 0) {
+        if (errno != EINTR) {
+            return false;
+        }
+    }
+    return true;
+}
+
+/// Opens the temporary file and locks it. The result is not open, and `error` says why, when that cannot be done;
+/// nothing is then left behind.
 CFile OpenTemporary(const std::string& path, int& error) noexcept {
     for (;;) {
         CFile file(open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, S_IRUSR | S_IWUSR));
@@ -66,25 +79,23 @@ CFile OpenTemporary(const std::string& path, int& error) noexcept {
             error = errno;
             return file;
         }
-        struct flock lock = {};
-        lock.l_type = F_WRLCK;
-        lock.l_whence = SEEK_SET;
-        while (fcntl(file.Descriptor(), F_OFD_SETLKW, &lock) != 0) {
-            if (errno != EINTR) {
-                error = errno;
-                return CFile();
-            }
-        }
         struct stat opened = {};
         struct stat named = {};
-        if (fstat(file.Descriptor(), &opened) != 0) {
+        if (!LockForSaving(file.Descriptor()) || fstat(file.Descriptor(), &opened) != 0) {
             error = errno;
+            unlink(path.c_str());
             return CFile();
         }
-        if (stat(path.c_str(), &named) == 0 && named.st_ino == opened.st_ino && named.st_dev == opened.st_dev) {
-            return file;
+        if (stat(path.c_str(), &named) == 0) {
+            if (named.st_ino == opened.st_ino && named.st_dev == opened.st_dev) {
+                return file;
+            }
+        } else if (errno != ENOENT) {
+            error = errno;
+            unlink(path.c_str());
+            return CFile();
         }
-        // Another process has put this very file in the document's place meanwhile.
+        // Another process has put this very file in the document's place meanwhile, or removed it.
     }
 }
 
@@ -100,9 +111,17 @@ bool FillTemporary(int file, std::string_view contents, const struct stat& origi
 
 bool WriteInPlace(const char* path, std::string_view contents) noexcept {
     const CFile file(open(path, O_WRONLY | O_CLOEXEC));
+    struct stat original = {};
+    if (!file.IsOpen() || !LockForSaving(file.Descriptor()) || fstat(file.Descriptor(), &original) != 0) {
+        return false;
+    }
     const auto size = static_cast<off_t>(contents.size());
-    return file.IsOpen() && posix_fallocate(file.Descriptor(), 0, size) == 0 && WriteAll(file.Descriptor(), contents) &&
-           ftruncate(file.Descriptor(), size) == 0 && fsync(file.Descriptor()) == 0;
+    if (posix_fallocate(file.Descriptor(), 0, size) != 0) {
+        // The file may have grown already.
+        return ftruncate(file.Descriptor(), original.st_size) == 0 && false;
+    }
+    return WriteAll(file.Descriptor(), contents) && ftruncate(file.Descriptor(), size) == 0 &&
+           fsync(file.Descriptor()) == 0;
 }
 
 /// Makes the rename itself durable. The document is whole without it, so a failure is not one of the save.
