@@ -70,8 +70,8 @@ bool LockForSaving(int file) noexcept {
     return true;
 }
 
-/// Opens the temporary file and locks it. The result is not open, and `error` says why, when that cannot be done;
-/// nothing is then left behind.
+/// Opens the temporary file and locks it. The result is not open when that cannot be done, and nothing is left behind;
+/// `error` then says why the folder did not take the file, or is 0 when it did.
 CFile OpenTemporary(const std::string& path, int& error) noexcept {
     for (;;) {
         CFile file(open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, S_IRUSR | S_IWUSR));
@@ -81,21 +81,16 @@ CFile OpenTemporary(const std::string& path, int& error) noexcept {
         }
         struct stat opened = {};
         struct stat named = {};
-        if (!LockForSaving(file.Descriptor()) || fstat(file.Descriptor(), &opened) != 0) {
-            error = errno;
+        const bool bLocked = LockForSaving(file.Descriptor()) && fstat(file.Descriptor(), &opened) == 0;
+        const bool bNamed = bLocked && stat(path.c_str(), &named) == 0;
+        if (bNamed && named.st_ino == opened.st_ino && named.st_dev == opened.st_dev) {
+            return file;
+        }
+        if (!bNamed && (!bLocked || errno != ENOENT)) {
             unlink(path.c_str());
             return CFile();
         }
-        if (stat(path.c_str(), &named) == 0) {
-            if (named.st_ino == opened.st_ino && named.st_dev == opened.st_dev) {
-                return file;
-            }
-        } else if (errno != ENOENT) {
-            error = errno;
-            unlink(path.c_str());
-            return CFile();
-        }
-        // Another process has put this very file in the document's place meanwhile, or removed it.
+        // Another process has put this very file in the document's place meanwhile, or has removed it.
     }
 }
 
@@ -116,11 +111,10 @@ bool WriteInPlace(const char* path, std::string_view contents) noexcept {
         return false;
     }
     const auto size = static_cast<off_t>(contents.size());
-    if (posix_fallocate(file.Descriptor(), 0, size) != 0) {
-        // The file may have grown already.
-        return ftruncate(file.Descriptor(), original.st_size) == 0 && false;
-    }
-    return WriteAll(file.Descriptor(), contents) && ftruncate(file.Descriptor(), size) == 0 &&
+    const bool bReserved = posix_fallocate(file.Descriptor(), 0, size) == 0;
+    const bool bWritten = bReserved && WriteAll(file.Descriptor(), contents);
+    // A file whose space could not be reserved may have grown already.
+    return ftruncate(file.Descriptor(), bReserved ? size : original.st_size) == 0 && bWritten &&
            fsync(file.Descriptor()) == 0;
 }
 
