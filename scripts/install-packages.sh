@@ -1,0 +1,95 @@
+#!/usr/bin/env bash
+# Installs the Debian packages that are missing.
+#
+#   scripts/install-packages.sh GROUP...
+#
+#   build      to build the library and cordelctl and to run the demo
+#   native     to build and run the native tests, and the checks of the sources
+#   windows    to build for Windows and to run the tests under Wine
+#   bench      to build and run the benchmarks
+#   fuzz       to build and run the fuzz targets
+#   coverage   to measure which lines the tests reach
+#
+# Does nothing, and asks for nothing, when all are there.
+
+set -euo pipefail
+
+packages_of() {
+    case "$1" in
+    build)
+        echo g++ cmake ninja-build pkg-config libexpat1-dev libpugixml-dev libcli11-dev nlohmann-json3-dev \
+            libfreetype-dev liblcms2-dev libgtest-dev libgmock-dev fonts-dejavu-core icc-profiles-free
+        ;;
+    native)
+        packages_of build
+        echo git clang-format clang-tidy cppcheck
+        ;;
+    windows)
+        echo g++-mingw-w64-x86-64-posix cmake ninja-build googletest libcli11-dev nlohmann-json3-dev wine wine64 \
+            xvfb xauth locales
+        ;;
+    bench)
+        packages_of build
+        echo libbenchmark-dev libsqlite3-dev libxml2-dev
+        ;;
+    fuzz)
+        packages_of build
+        echo clang libclang-rt-dev llvm
+        ;;
+    coverage)
+        packages_of native
+        echo gcovr
+        ;;
+    *)
+        echo "install-packages.sh: no such group: $1" >&2
+        return 1
+        ;;
+    esac
+}
+
+is_installed() {
+    [ "$(dpkg-query --show --showformat='${db:Status-Status}' "$1" 2>/dev/null)" = installed ]
+}
+
+has_candidate() {
+    LC_ALL=C apt-cache policy "$1" | grep -q '^  Candidate: [^(]'
+}
+
+as_root() {
+    if [ "$(id -u)" -eq 0 ]; then
+        "$@"
+    elif command -v sudo >/dev/null; then
+        sudo "$@"
+    else
+        echo "install-packages.sh: not root, and there is no sudo; run this as root: $*" >&2
+        return 1
+    fi
+}
+
+apt() { as_root env DEBIAN_FRONTEND=noninteractive apt-get -q -y "$@"; }
+
+[ $# -gt 0 ] || { sed -n '2,/^$/s/^# \{0,1\}//p' "$0" >&2; exit 2; }
+command -v dpkg-query >/dev/null || { echo "install-packages.sh: this is no Debian system" >&2; exit 1; }
+
+wanted=""
+for group in "$@"; do
+    wanted+=" $(packages_of "$group")" || exit 2
+done
+
+missing=()
+for package in $(tr ' ' '\n' <<<"$wanted" | sort -u); do
+    is_installed "$package" || missing+=("$package")
+done
+[ ${#missing[@]} -gt 0 ] || exit 0
+
+echo "installing: ${missing[*]}"
+for package in "${missing[@]}"; do
+    if ! has_candidate "$package"; then
+        apt update
+        break
+    fi
+done
+apt install --no-install-recommends "${missing[@]}" || { # the lists may name versions that are gone
+    apt update
+    apt install --no-install-recommends "${missing[@]}"
+}
