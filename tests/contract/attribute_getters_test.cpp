@@ -344,3 +344,63 @@ TEST_F(AttributeGetters, AnAddedElementBecomesTheFirstOfItsName) {
     WriteTestFileName("List", "1", "a");
     EXPECT_EQ(GetAttrValue("Item", "Name"), "") << "the new item comes first and has no children";
 }
+
+TEST_F(AttributeGetters, ALaterChildIsFoundOnceTheFirstLosesTheValue) {
+    OpenWith("<Files><Item Key=\"x\" Path=\"a\"/><Item Key=\"x\" Path=\"b\"/><Item Key=\"x\" Path=\"c\"/></Files>");
+    EXPECT_EQ(GetAttrValue1("Files", "Key", "x", "Path"), "a");
+    WriteAttr("Files", "Key", "y");
+    EXPECT_EQ(GetAttrValue1("Files", "Key", "x", "Path"), "b");
+    WriteAttr("Files", "Key", "x");
+    EXPECT_EQ(GetAttrValue1("Files", "Key", "x", "Path"), "a");
+    EXPECT_EQ(GetAttrValue1("Files", "Key", "y", "Path"), "y");
+}
+
+TEST_F(AttributeGetters, AnAddedItemComesBehindThoseOfTheSameValue) {
+    OpenWith("<Files><Item ID=\"1\" Value=\"a\"/></Files>");
+    EXPECT_EQ(GetAttrValue1("Files", "ID", "1", "Value"), "a");
+    WriteTestFileName("Files", "1", "b");
+    EXPECT_EQ(GetAttrValue1("Files", "ID", "1", "Value"), "a");
+    WriteAttr("Files", "ID", "2");
+    EXPECT_EQ(GetAttrValue1("Files", "ID", "1", "Value"), "b");
+}
+
+TEST_F(AttributeGetters, AValueCopiedInTheMiddleOfAListIsFound) {
+    std::string items;
+    for (int i = 0; i < 100; ++i) {
+        items += "<Item ID=\"" + std::to_string(i) + "\" Key=\"k" + std::to_string(i % 10) + "\"/>";
+    }
+    OpenWith("<Source><Item ID=\"53\" Key=\"k7\"/><Item ID=\"7\" Key=\"k3\"/></Source><Files>" + items + "</Files>");
+    EXPECT_EQ(GetAttrValue1("Files", "Key", "k7", "ID"), "7");
+    CopyElement("Source", "Files", "ID");
+    EXPECT_EQ(GetAttrValue1("Files", "Key", "k7", "ID"), "17");
+    EXPECT_EQ(GetAttrValue1("Files", "Key", "k3", "ID"), "3");
+    EXPECT_EQ(GetAttrValue1("Files", "ID", "53", "Key"), "k7");
+}
+
+TEST_F(AttributeGetters, HundredsOfContainersAreAllFound) {
+    std::string containers;
+    for (int i = 0; i < 200; ++i) {
+        containers +=
+            "<List" + std::to_string(i) + "><Item N=\"" + std::to_string(i) + "\"/></List" + std::to_string(i) + ">";
+    }
+    OpenWith(containers);
+    for (int nRound = 0; nRound < 2; ++nRound) {
+        for (int i = 0; i < 200; ++i) {
+            EXPECT_EQ(GetAttrValue(("List" + std::to_string(i)).c_str(), "N"), std::to_string(i).c_str());
+        }
+    }
+}
+
+TEST_F(AttributeGetters, AnyAttributeMayBeTheFilter) {
+    std::string attributes;
+    for (int i = 0; i < 50; ++i) {
+        attributes += " A" + std::to_string(i) + "=\"" + std::to_string(i) + "\"";
+    }
+    OpenWith("<Files><Item A0=\"other\"/><Item" + attributes + " Path=\"found\"/></Files>");
+    for (int nRound = 0; nRound < 2; ++nRound) {
+        for (int i = 0; i < 50; ++i) {
+            const std::string name = "A" + std::to_string(i);
+            EXPECT_EQ(GetAttrValue1("Files", name.c_str(), std::to_string(i).c_str(), "Path"), "found");
+        }
+    }
+}
