@@ -437,8 +437,9 @@ CORDELBOX_API void FreeFileItem(FileItem* item) noexcept;
 
 /// Copies every attribute value of every child of the container `element` of the strings document to `buffer`,
 /// each ended by a zero byte; one more zero byte ends the list. `size` in bytes is what is filled with zeros
-/// before, and is not a limit: the host must supply a buffer that is large enough. This is the one function
-/// that can write past the host's memory. Always returns 1.
+/// before, and is not a limit: the host must supply a buffer that is large enough, and name its whole size, since the
+/// ending zero bytes are those of the fill. This is the one function that can write past the host's memory. A null
+/// buffer is ignored. Always returns 1.
 CORDELBOX_API uint32_t GetFilter(AnsiString element, char* buffer, uint32_t size) noexcept;
 
 /// 1 when a file of "Files" has this "LocalPath", without regard to letter case, else 0. Separators are compared
@@ -474,8 +475,8 @@ CORDELBOX_API int32_t CheckID(int32_t* id, int32_t* kind, MessageWindows* window
 CORDELBOX_API int32_t IdsAreValid(MessageWindows* windows) noexcept;
 
 /// The lowest ID from 0 to 32767 that is free among the fonts (`kind` 0) or the Type "2" files (any other
-/// `kind`), or -1. As soon as one ID was found taken, an ID taken by a file of any Type counts as taken for the
-/// rest of the search (for fonts: once one of Type "1" was found); hosts rely on it.
+/// `kind`), or -1. As soon as one ID was found taken, an ID of a file of any Type counts as taken for the rest of
+/// the search: hosts rely on it.
 CORDELBOX_API int32_t GetValidID(int32_t kind) noexcept;
 
 /// The lowest free slot, 1 or more, for an ICM profile of `kind` 0, 2 or 3 (slots in "IDArray" of "RGBSource",
