@@ -49,8 +49,8 @@ int32_t WriteItem(const CXmlQuery* query) noexcept {
             tables.RemoveAllRows(table, CDocumentTables::Order::LastToFirst);
             return 0;
         }
-        // Every child is looked at before anything is written: one without attributes is an error wherever it stands.
-        if (table.FirstBareRow() != kNoRow || CRowFilter(table, *query).FindFirst(table, kNoName) != kNoRow) {
+        // A child without attributes gives 1 wherever it stands: behind an equal one too, and otherwise as an error.
+        if (CRowFilter(table, *query).FindFirst(table, kNoName) != kNoRow) {
             return 1;
         }
         tables.AppendItem(table, CDomPairs(*query).Pairs());
