@@ -1,6 +1,7 @@
 #include "tree_builder.h"
 
 #include "document_source.h"
+#include "shared_names.h"
 
 #define XML_DTD // makes Expat declare its limits on entity expansion
 #include <expat.h>
@@ -25,7 +26,7 @@ bool IsWhiteSpace(std::string_view text) noexcept {
 class CTreeBuilder {
 public:
     CTreeBuilder(const CDocumentSource& source, pugi::xml_document& tree)
-        : m_source(source), m_current(tree), m_pParser(XML_ParserCreate("UTF-8"), XML_ParserFree) {
+        : m_source(source), m_names(tree), m_current(tree), m_pParser(XML_ParserCreate("UTF-8"), XML_ParserFree) {
         if (m_pParser == nullptr) {
             throw std::bad_alloc();
         }
@@ -173,8 +174,9 @@ private:
             }
             pugi::xml_node element = builder.Append(pugi::node_element);
             Require(element.set_name(name));
-            for (; attributes[0] != nullptr; attributes += 2) {
-                builder.AppendAttribute(element, attributes[0], attributes[1]);
+            for (std::size_t position = 0; attributes[0] != nullptr; attributes += 2, ++position) {
+                pugi::xml_attribute attribute = builder.m_names.AppendAttribute(element, position, attributes[0]);
+                Require(!attribute.empty() && attribute.set_value(attributes[1]));
             }
             builder.m_current = element;
         });
@@ -233,6 +235,7 @@ private:
     }
 
     const CDocumentSource& m_source;
+    CSharedNames m_names;
     pugi::xml_node m_current;
     const std::unique_ptr<XML_ParserStruct, decltype(&XML_ParserFree)> m_pParser;
     std::string m_strText; // text since the last markup

@@ -1,0 +1,45 @@
+#include "shared_names.h"
+
+#include <cstring>
+#include <string>
+
+namespace {
+
+/// Names beyond these are not shared: a document with ever new ones would only gain patterns.
+constexpr std::size_t kMaxPatterns = 256;
+
+} // namespace
+
+CSharedNames::CSharedNames(pugi::xml_document& tree) : m_tree(tree), m_patterns(tree.append_child("Patterns")) {}
+
+CSharedNames::~CSharedNames() { m_tree.remove_child(m_patterns); }
+
+pugi::xml_attribute CSharedNames::AppendAttribute(pugi::xml_node element, std::size_t position, const char* name) {
+    if (position >= m_byPosition.size()) {
+        m_byPosition.resize(position + 1);
+    }
+    pugi::xml_attribute& pattern = m_byPosition[position];
+    if (std::strcmp(pattern.name(), name) != 0) {
+        pattern = Pattern(name);
+    }
+    return pattern.empty() ? element.append_attribute(name) : element.append_copy(pattern);
+}
+
+/// The pattern of a name, made on first use; empty when there is none.
+pugi::xml_attribute CSharedNames::Pattern(const char* name) {
+    const auto known = m_byName.find(name);
+    if (known != m_byName.end()) {
+        return known->second;
+    }
+    if (m_byName.size() == kMaxPatterns) {
+        return {};
+    }
+    const std::string text = std::string("<Pattern ") + name + "=\"\"/>";
+    m_patterns.append_buffer(text.data(), text.size(), pugi::parse_minimal, pugi::encoding_utf8);
+    const pugi::xml_attribute pattern = m_patterns.last_child().first_attribute();
+    if (std::strcmp(pattern.name(), name) == 0) {
+        m_byName.emplace(pattern.name(), pattern);
+        return pattern;
+    }
+    return {}; // no memory
+}
