@@ -9,52 +9,7 @@
 
 namespace {
 
-int32_t RunEngine(Operation operation, CXmlObject& document, CXmlQuery& query) {
-    switch (operation) {
-    case Operation::ReadAttribute:
-        return ReadAttribute(&document, &query);
-    case Operation::ListAllAttributes:
-        return ListAllAttributes(&document, &query);
-    case Operation::CollectAttribute:
-        return CollectAttribute(&query);
-    case Operation::ReadChild:
-        return ReadChild(&query);
-    case Operation::WriteItem:
-        return WriteItem(&query);
-    case Operation::WriteAttribute:
-        return WriteAttribute(&query);
-    case Operation::RemoveItems:
-        return RemoveItems(&query);
-    case Operation::UpdateItem:
-        return UpdateItem(&query);
-    }
-    return 1;
-}
-
 AnsiString Text(const std::string& text) { return AnsiString(text.data(), text.size()); }
-
-std::string QueryDifference(const RefQuery& expected, const CXmlQuery& actual) {
-    if (actual.m_nCount != expected.count) {
-        return "m_nCount is " + std::to_string(actual.m_nCount) + " and should be " + std::to_string(expected.count);
-    }
-    if (actual.m_strElement != Text(expected.element) || actual.m_strAttr != Text(expected.attribute) ||
-        actual.m_strValue != Text(expected.value)) {
-        return "a text of the query was changed";
-    }
-    const TextPairs pairs = PairsOf(actual);
-    if (pairs != expected.pairs || actual.m_attrs.Count() != static_cast<int32_t>(expected.pairs.size())) {
-        std::string text = "the pairs are";
-        for (const auto& [name, value] : pairs) {
-            text += " " + name + "=\"" + value + "\"";
-        }
-        text += " and should be";
-        for (const auto& [name, value] : expected.pairs) {
-            text += " " + name + "=\"" + value + "\"";
-        }
-        return text;
-    }
-    return {};
-}
 
 std::string SaveDifference(RefNode expected, DomDocument& document, const char* path) {
     std::ofstream(path).close();
@@ -139,6 +94,74 @@ private:
 
 } // namespace
 
+int32_t RunEngine(Operation operation, CXmlObject& document, CXmlQuery& query) {
+    switch (operation) {
+    case Operation::ReadAttribute:
+        return ReadAttribute(&document, &query);
+    case Operation::ListAllAttributes:
+        return ListAllAttributes(&document, &query);
+    case Operation::CollectAttribute:
+        return CollectAttribute(&query);
+    case Operation::ReadChild:
+        return ReadChild(&query);
+    case Operation::WriteItem:
+        return WriteItem(&query);
+    case Operation::WriteAttribute:
+        return WriteAttribute(&query);
+    case Operation::RemoveItems:
+        return RemoveItems(&query);
+    case Operation::UpdateItem:
+        return UpdateItem(&query);
+    }
+    return 1;
+}
+
+void PrepareQuery(const Step& step, RefQuery& query) {
+    query.element = step.query.element;
+    query.attribute = step.query.attribute;
+    query.value = step.query.value;
+    if (!step.bReuse) {
+        query.count = step.query.count;
+        query.pairs = step.query.pairs;
+    }
+}
+
+void PrepareQuery(const Step& step, CXmlQuery& query) {
+    query.m_strElement = Text(step.query.element);
+    query.m_strAttr = Text(step.query.attribute);
+    query.m_strValue = Text(step.query.value);
+    if (!step.bReuse) {
+        query.m_attrs.Clear();
+        for (const auto& [name, value] : step.query.pairs) {
+            query.m_attrs.Add(Text(name), Text(value));
+        }
+        query.m_nCount = step.query.count;
+    }
+}
+
+std::string QueryDifference(const RefQuery& expected, const CXmlQuery& actual) {
+    if (actual.m_nCount != expected.count) {
+        return "m_nCount is " + std::to_string(actual.m_nCount) + " and should be " + std::to_string(expected.count);
+    }
+    if (actual.m_strElement != Text(expected.element) || actual.m_strAttr != Text(expected.attribute) ||
+        actual.m_strValue != Text(expected.value)) {
+        return "a text of the query was changed";
+    }
+    const TextPairs pairs = PairsOf(actual);
+    if (pairs != expected.pairs || actual.m_attrs.Count() != static_cast<int32_t>(expected.pairs.size())) {
+        std::string text = "the pairs are";
+        for (const auto& [name, value] : pairs) {
+            text += " " + name + "=\"" + value + "\"";
+        }
+        text += " and should be";
+        for (const auto& [name, value] : expected.pairs) {
+            text += " " + name + "=\"" + value + "\"";
+        }
+        return text;
+    }
+    return {};
+}
+
 std::string FindDifference(const Case& wanted, const char* savedTo) {
     CEngineDocument document(WriteXml(wanted.document));
     RefNode reference = wanted.document;
@@ -146,21 +169,8 @@ std::string FindDifference(const Case& wanted, const char* savedTo) {
     CXmlQuery actual;
     for (std::size_t index = 0; index < wanted.steps.size(); ++index) {
         const Step& step = wanted.steps[index];
-        expected.element = step.query.element;
-        expected.attribute = step.query.attribute;
-        expected.value = step.query.value;
-        actual.m_strElement = Text(step.query.element);
-        actual.m_strAttr = Text(step.query.attribute);
-        actual.m_strValue = Text(step.query.value);
-        if (!step.bReuse) {
-            expected.count = step.query.count;
-            expected.pairs = step.query.pairs;
-            actual.m_attrs.Clear();
-            for (const auto& [name, value] : step.query.pairs) {
-                actual.m_attrs.Add(Text(name), Text(value));
-            }
-            actual.m_nCount = step.query.count;
-        }
+        PrepareQuery(step, expected);
+        PrepareQuery(step, actual);
         const std::string place = "step " + std::to_string(index + 1) + " (" + NameOf(step.operation) + "): ";
         const int32_t expectedStatus = RunReference(step.operation, reference, expected);
         const int32_t actualStatus = RunEngine(step.operation, document.Object(), actual);

@@ -58,6 +58,21 @@ void Write(const RefNode& node, std::string& xml) {
     xml += "</" + node.name + ">";
 }
 
+RefNode::Kind KindOf(pugi::xml_node_type type) {
+    switch (type) {
+    case pugi::node_pcdata:
+        return RefNode::Kind::Text;
+    case pugi::node_comment:
+        return RefNode::Kind::Comment;
+    case pugi::node_pi:
+        return RefNode::Kind::Instruction;
+    case pugi::node_cdata:
+        return RefNode::Kind::Cdata;
+    default:
+        return RefNode::Kind::Element;
+    }
+}
+
 pugi::xml_node_type TypeOf(RefNode::Kind kind) {
     switch (kind) {
     case RefNode::Kind::Text:
@@ -82,6 +97,20 @@ std::string WriteXml(const RefNode& root) {
     std::string xml;
     Write(root, xml);
     return xml;
+}
+
+RefNode ReadTree(pugi::xml_node node) {
+    RefNode read;
+    read.kind = KindOf(node.type());
+    read.name = node.name();
+    read.text = node.value();
+    for (const pugi::xml_attribute attribute : node.attributes()) {
+        read.attributes.push_back({attribute.name(), attribute.value()});
+    }
+    for (const pugi::xml_node child : node.children()) {
+        read.children.push_back(ReadTree(child));
+    }
+    return read;
 }
 
 std::string Difference(const RefNode& expected, pugi::xml_node actual) {

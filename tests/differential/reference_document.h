@@ -25,6 +25,9 @@ struct RefNode {
 /// The tree as a document. Two texts never follow each other in it.
 std::string WriteXml(const RefNode& root);
 
+/// The tree below a node of the DOM.
+RefNode ReadTree(pugi::xml_node node);
+
 /// Where the two trees differ, in words; empty when they do not.
 std::string Difference(const RefNode& expected, pugi::xml_node actual);
 

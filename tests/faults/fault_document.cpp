@@ -1,0 +1,98 @@
+#include "fault_document.h"
+
+#include "nodes/node_writers.h"
+#include "platform/semaphore.h"
+#include "store/document_file.h"
+#include "store/document_pool.h"
+#include "store/module_state.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr const char* kName = "Cordelbox\\xml\\Faults.xml";
+constexpr mode_t kMode = 0640;
+constexpr uid_t kOwner = 1234; // where the tests may give files away
+
+std::string OldDocument() {
+    std::string xml = "<?xml version=\"1.0\" encoding=\"UTF-8\"?><r><Files>";
+    for (int row = 0; row < 40; ++row) {
+        xml += "<Item FileID=\"" + std::to_string(row) + "\" ID=\"" + std::to_string(row * 7) + "\"/>";
+    }
+    return xml + "</Files></r>";
+}
+
+} // namespace
+
+std::string ReadBytes(const fs::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return file ? std::string(std::istreambuf_iterator<char>(file), {}) : "(none)";
+}
+
+void WriteBytes(const fs::path& path, const std::string& bytes) {
+    std::ofstream(path, std::ios::binary | std::ios::trunc) << bytes;
+}
+
+FaultTest::FaultTest()
+    : m_strOld(OldDocument()), m_copyFolder(m_folder.Path() / "Marvane" / "Hollivet" / "Cordelbox" / "xml") {
+    ::setenv("XDG_CONFIG_HOME", m_folder.Path().c_str(), 1);
+    fs::create_directories(m_copyFolder);
+    m_owner.semaphore = platform::NewSemaphore();
+    RestoreCopy();
+    m_pDocument = OpenDocument(&m_owner, kName);
+    State().currentDocument = m_pDocument;
+    CXmlQuery change("Files", "ID", "changed, and a little longer than it was");
+    change.AddPair("FileID", "5");
+    EXPECT_EQ(WriteAttribute(&change), 0);
+    EXPECT_EQ(Save(), 0);
+    m_strNew = ReadBytes(CopyPath());
+    EXPECT_NE(m_strNew, m_strOld);
+    RestoreCopy();
+}
+
+FaultTest::~FaultTest() {
+    State().currentDocument = nullptr;
+    ReleaseDocument(&m_owner, kName);
+    platform::DeleteSemaphore(m_owner.semaphore);
+}
+
+void FaultTest::RestoreCopy() const {
+    fs::remove(CopyPath());
+    WriteBytes(CopyPath(), m_strOld);
+    if (::geteuid() == 0) {
+        EXPECT_EQ(::chown(CopyPath().c_str(), kOwner, kOwner), 0);
+    }
+    EXPECT_EQ(::chmod(CopyPath().c_str(), kMode), 0);
+}
+
+int32_t FaultTest::Save() const { return SaveDocument(*m_pDocument); }
+
+std::set<std::string> FaultTest::Names() const {
+    std::set<std::string> names;
+    for (const auto& entry : fs::directory_iterator(m_copyFolder)) {
+        names.insert(entry.path().filename());
+    }
+    return names;
+}
+
+::testing::AssertionResult FaultTest::CopyIsWhole(bool bOwnerKept) const {
+    const std::string bytes = ReadBytes(CopyPath());
+    if (bytes != m_strOld && bytes != m_strNew) {
+        return ::testing::AssertionFailure() << "the copy is neither document:\n" << bytes;
+    }
+    struct stat status {};
+    if (::stat(CopyPath().c_str(), &status) != 0 || (status.st_mode & 07777) != kMode) {
+        return ::testing::AssertionFailure() << "permissions " << std::oct << status.st_mode;
+    }
+    if (bOwnerKept && ::geteuid() == 0 && status.st_uid != kOwner) {
+        return ::testing::AssertionFailure() << "owner " << status.st_uid;
+    }
+    return ::testing::AssertionSuccess();
+}

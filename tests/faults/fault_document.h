@@ -1,0 +1,47 @@
+// A document with a per-user copy, opened from it, and changed in memory: what the tests of failing saves start from.
+
+#pragma once
+
+#include "cordelbox.h"
+#include "scratch_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <set>
+#include <string>
+
+/// Bytes of a file; "(none)" when there is no such file.
+std::string ReadBytes(const std::filesystem::path& path);
+void WriteBytes(const std::filesystem::path& path, const std::string& bytes);
+
+class FaultTest : public ::testing::Test {
+protected:
+    FaultTest();
+    ~FaultTest() override;
+
+    /// Puts the old document in the place of the per-user copy, with permissions and an owner of its own.
+    void RestoreCopy() const;
+
+    /// Saves the changed document to the per-user copy. 0 when that is done.
+    int32_t Save() const;
+
+    /// What lies in the folder of the per-user copy.
+    std::set<std::string> Names() const;
+
+    /// True when the copy is one of the two documents and has its permissions, and its owner unless that could not be
+    /// kept.
+    ::testing::AssertionResult CopyIsWhole(bool bOwnerKept = true) const;
+
+    std::filesystem::path CopyPath() const { return m_copyFolder / "Faults.xml"; }
+    std::filesystem::path TemporaryPath() const { return m_copyFolder / ".Faults.xml.saving"; }
+
+    PoolOwner m_owner{};
+    CXmlObject* m_pDocument = nullptr;
+    std::string m_strOld; // the per-user copy as it was
+    std::string m_strNew; // what a save makes of it
+
+private:
+    const CScratchFolder m_folder;
+    const std::filesystem::path m_copyFolder;
+};

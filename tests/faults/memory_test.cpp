@@ -1,0 +1,232 @@
+// Memory fails at the n-th allocation of an engine operation, for every n, on random documents and in the midst of
+// random sequences. The operation either gets by without it, or it is not done and says so; nothing is leaked or left
+// locked, and all that follows is as right as if nothing had happened.
+
+#include "allocations.h"
+#include "comparison.h"
+#include "engine_document.h"
+#include "fault_document.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <memory>
+#include <optional>
+
+namespace {
+
+/// True when each part of the tree is as in one of two trees of the same shape.
+bool IsMixture(const RefNode& tree, const RefNode& first, const RefNode& second) {
+    if (tree.children.size() != first.children.size() || tree.children.size() != second.children.size() ||
+        tree.attributes.size() != first.attributes.size()) {
+        return false;
+    }
+    for (std::size_t index = 0; index < tree.attributes.size(); ++index) {
+        const std::string& text = tree.attributes[index].text;
+        if (text != first.attributes[index].text && text != second.attributes[index].text) {
+            return false;
+        }
+    }
+    for (std::size_t index = 0; index < tree.children.size(); ++index) {
+        if (!IsMixture(tree.children[index], first.children[index], second.children[index])) {
+            return false;
+        }
+    }
+    return true;
+}
+
+/// True when the tree is the other one with some nodes taken out.
+bool IsPartOf(const RefNode& tree, const RefNode& other) {
+    if (tree.name != other.name || tree.attributes.size() != other.attributes.size()) {
+        return false;
+    }
+    std::size_t position = 0;
+    for (const RefNode& child : tree.children) {
+        while (position < other.children.size() && !IsPartOf(child, other.children[position])) {
+            ++position;
+        }
+        if (position++ == other.children.size()) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool IsBeginning(const RefQuery& part, const RefQuery& whole) {
+    return part.pairs.size() <= whole.pairs.size() &&
+           std::equal(part.pairs.begin(), part.pairs.end(), whole.pairs.begin()) &&
+           part.count == static_cast<int32_t>(part.pairs.size());
+}
+
+struct Refused {
+    std::size_t step;
+    std::size_t allocation;
+    bool bFurther;
+};
+
+class CRun {
+public:
+    CRun(const Case& wanted, const Refused& refused) : m_case(wanted), m_refused(refused) {}
+
+    /// What is wrong, in words, or nothing. `bReached` tells whether an allocation was refused at all.
+    std::string Do(bool& bReached) {
+        std::string fault;
+        const std::string xml = WriteXml(m_case.document);
+        RefNode reference = m_case.document;
+        CLibraryMemory::Reset();
+        {
+            std::optional<CEngineDocument> document;
+            CXmlQuery query;
+            {
+                const CLibraryMemory memory;
+                document.emplace(xml);
+            }
+            RefQuery expected;
+            for (std::size_t index = 0; index < m_case.steps.size() && fault.empty(); ++index) {
+                fault = DoStep(index, *document, query, reference, expected);
+            }
+            int value = 0;
+            sem_getvalue(document->Object().m_hSemaphore, &value);
+            if (fault.empty() && value != 1) {
+                fault = "the document is left locked";
+            }
+        }
+        bReached = CLibraryMemory::HasFailed();
+        if (fault.empty() && CLibraryMemory::Outstanding() != 0) {
+            fault = std::to_string(CLibraryMemory::Outstanding()) + " blocks are leaked";
+        }
+        return fault;
+    }
+
+private:
+    std::string DoStep(std::size_t index, CEngineDocument& document, CXmlQuery& query, RefNode& reference,
+                       RefQuery& expected) {
+        const Step& step = m_case.steps[index];
+        PrepareQuery(step, expected);
+        PrepareQuery(step, query);
+        const RefNode before = reference;
+        const RefQuery asked = expected;
+        const int32_t expectedStatus = RunReference(step.operation, reference, expected);
+        int32_t status = -1;
+        const bool bFailing = index == m_refused.step;
+        {
+            const CLibraryMemory memory(bFailing ? m_refused.allocation : 0, m_refused.bFurther);
+            if (bFailing) {
+                CLibraryMemory::Reset();
+            }
+            status = RunEngine(step.operation, document.Object(), query);
+        }
+        const std::string place = std::string(NameOf(step.operation)) + ": ";
+        const std::string difference = Difference(reference, document.Root("Last"));
+        const std::string queryDifference = QueryDifference(expected, query);
+        if (status == expectedStatus && difference.empty() && queryDifference.empty()) {
+            return {};
+        }
+        if (!bFailing || !CLibraryMemory::HasFailed() || status != 1) {
+            return place + (status != expectedStatus ? "wrong status " : "") + difference + queryDifference;
+        }
+        // Not done for want of memory: the document is as it was, or changed in part where that is how an error midway
+        // leaves it; the query is as it was, or holds what had been gathered.
+        RefNode actual = ReadTree(document.Root("Last"));
+        const bool bEmpties =
+            asked.count == 0 && (step.operation == Operation::RemoveItems || step.operation == Operation::WriteItem);
+        if (!Difference(before, document.Root("Last")).empty() &&
+            !(step.operation == Operation::UpdateItem && IsMixture(actual, before, reference)) &&
+            !(bEmpties && IsPartOf(actual, before))) {
+            return place + "the document changed although the operation failed";
+        }
+        const bool bGathers =
+            step.operation == Operation::ListAllAttributes || step.operation == Operation::CollectAttribute;
+        RefQuery left = asked;
+        left.pairs = PairsOf(query);
+        left.count = query.m_nCount;
+        if (!QueryDifference(asked, query).empty() && !(bGathers && IsBeginning(left, expected))) {
+            return place + "the query changed although the operation failed: " + QueryDifference(asked, query);
+        }
+        reference = std::move(actual);
+        expected = left;
+        return {};
+    }
+
+    const Case& m_case;
+    const Refused m_refused;
+};
+
+/// Lets every allocation of every step fail; returns how many there were.
+int TryAll(std::uint64_t seed, bool bFurther) {
+    CChoices choices(seed);
+    Case wanted = RandomCase(choices);
+    wanted.steps.resize(std::min<std::size_t>(wanted.steps.size(), 12));
+    int refused = 0;
+    for (std::size_t step = 0; step < wanted.steps.size(); ++step) {
+        for (std::size_t allocation = 1;; ++allocation) {
+            bool bReached = false;
+            CRun run(wanted, {step, allocation, bFurther});
+            const std::string fault = run.Do(bReached);
+            if (!fault.empty()) {
+                ADD_FAILURE() << "seed " << seed << ", allocation " << allocation << " of step " << step + 1 << ": "
+                              << fault << "\n"
+                              << Describe(wanted);
+                return refused;
+            }
+            if (!bReached) {
+                break;
+            }
+            ++refused;
+        }
+    }
+    return refused;
+}
+
+} // namespace
+
+TEST(EngineMemory, FailingOnceAtEveryAllocationIsHarmless) {
+    int refused = 0;
+    for (std::uint64_t seed = 1; seed <= 40 && !::testing::Test::HasFailure(); ++seed) {
+        refused += TryAll(seed, false);
+    }
+    EXPECT_GT(refused, 1000);
+    std::printf("%d allocations refused, one by one\n", refused);
+}
+
+TEST(EngineMemory, FailingFromEveryAllocationOnIsHarmless) {
+    int refused = 0;
+    for (std::uint64_t seed = 1001; seed <= 1040 && !::testing::Test::HasFailure(); ++seed) {
+        refused += TryAll(seed, true);
+    }
+    EXPECT_GT(refused, 1000);
+    std::printf("%d points from which on all allocations were refused\n", refused);
+}
+
+class SaveMemory : public FaultTest {};
+
+TEST_F(SaveMemory, FailingAtEveryAllocationLeavesAWholeDocument) {
+    for (const bool bFurther : {false, true}) {
+        int refused = 0;
+        for (std::size_t allocation = 1;; ++allocation) {
+            RestoreCopy();
+            CLibraryMemory::Reset();
+            const std::size_t before = CLibraryMemory::Outstanding();
+            int32_t status = -1;
+            {
+                const CLibraryMemory memory(allocation, bFurther);
+                status = Save();
+            }
+            const bool bRefused = CLibraryMemory::HasFailed();
+            EXPECT_EQ(CLibraryMemory::Outstanding(), before) << "leaked";
+            ASSERT_TRUE(CopyIsWhole());
+            EXPECT_EQ(ReadBytes(CopyPath()), status == 0 ? m_strNew : m_strOld);
+            EXPECT_EQ(Names(), std::set<std::string>{"Faults.xml"});
+            if (!bRefused) {
+                EXPECT_EQ(status, 0);
+                break;
+            }
+            ++refused;
+            ASSERT_EQ(Save(), 0);
+            EXPECT_EQ(ReadBytes(CopyPath()), m_strNew);
+        }
+        EXPECT_GT(refused, 3);
+        std::printf("%d allocations of a save refused\n", refused);
+    }
+}

@@ -1,0 +1,162 @@
+// Memory fails at the n-th allocation of an open. Where the DOM's own load call fails for it, its error passes out of
+// the exports that open, and both locks stay taken on purpose; everywhere else a document is not opened, and that is
+// all.
+
+#include "allocations.h"
+#include "platform/dom.h"
+#include "platform/semaphore.h"
+#include "store/document_pool.h"
+#include "store/module_state.h"
+#include "store/xml_object.h"
+
+#include <gtest/gtest.h>
+
+#include <iconv.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <filesystem>
+#include <fstream>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+int Value(SemaphoreHandle semaphore) {
+    int value = -1;
+    sem_getvalue(semaphore, &value);
+    return value;
+}
+
+enum class Outcome { Opened, NotOpened, DomFailed, OtherException };
+
+} // namespace
+
+class OpenMemory : public ::testing::Test {
+protected:
+    OpenMemory() {
+        fs::remove_all(m_host / "Cordelbox");
+        fs::create_directories(m_host / "Cordelbox" / "xml");
+        fs::create_directories(m_host / "Cordelbox" / "language" / "English");
+        ::setenv("XDG_CONFIG_HOME", (m_host / "PerUser").c_str(), 1);
+        std::string rows;
+        for (int row = 0; row < 300; ++row) {
+            rows += "<Item ID=\"" + std::to_string(row) + "\"/>text<!--c-->";
+        }
+        const std::string document =
+            "<?xml version=\"1.0\" encoding=\"UTF-8\"?><!DOCTYPE r [<!ENTITY e 'entity'>]><r><L>" + rows +
+            "<![CDATA[x]]><?pi d?>&e;</L></r>";
+        std::ofstream(m_host / "Cordelbox" / "xml" / "Cordelbox.xml") << document;
+        std::ofstream(m_host / "Cordelbox" / "xml" / "Printer.xml") << document;
+        std::ofstream(m_host / "Cordelbox" / "xml" / "Latin.xml")
+            << "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?><r><L><i V=\"\xE4\"/></L></r>";
+        std::ofstream(m_host / "Cordelbox" / "language" / "English" / "Strings.xml") << "<r><Main/></r>";
+        m_owner.semaphore = platform::NewSemaphore();
+    }
+    ~OpenMemory() override {
+        platform::DeleteSemaphore(m_owner.semaphore);
+        fs::remove_all(m_host / "Cordelbox");
+    }
+
+    template <class Open>
+    Outcome Try(Open open, std::size_t allocation, bool bFurther) {
+        CLibraryMemory::Reset();
+        try {
+            const CLibraryMemory memory(allocation, bFurther);
+            return open() != nullptr ? Outcome::Opened : Outcome::NotOpened;
+        } catch (const DomError&) {
+            return Outcome::DomFailed;
+        } catch (const std::exception&) {
+            return Outcome::OtherException;
+        }
+    }
+
+    CXmlObject* Last() const {
+        CXmlObject* document = nullptr;
+        for (const PoolNode* node = m_owner.head; node != nullptr; node = node->next) {
+            document = node->document;
+        }
+        return document;
+    }
+
+    /// Gives back what a failed load keeps, and releases all documents.
+    void ReleaseEverything() {
+        if (Value(m_owner.semaphore) == 0) {
+            platform::Signal(Last()->m_hSemaphore);
+            platform::Signal(m_owner.semaphore);
+        }
+        const CLibraryMemory memory;
+        State().currentDocument = nullptr;
+        State().stringsDocument = nullptr;
+        while (m_owner.head != nullptr) {
+            PoolNode* const node = m_owner.head;
+            m_owner.head = node->next;
+            delete node->document;
+            delete node;
+        }
+        State().stringsPath = {};
+    }
+
+    /// Lets every allocation of an open fail and looks at what each failure leaves.
+    template <class Open>
+    void TryAll(Open open, bool bFurther, int& domFailures, int& refused) {
+        for (std::size_t allocation = 1;; ++allocation) {
+            const Outcome outcome = Try(open, allocation, bFurther);
+            const bool bRefused = CLibraryMemory::HasFailed();
+            if (outcome == Outcome::DomFailed) {
+                ++domFailures;
+                ASSERT_EQ(Value(m_owner.semaphore), 0) << "the pool stays locked";
+                ASSERT_NE(Last(), nullptr) << "the document stays in the list";
+                EXPECT_EQ(Value(Last()->m_hSemaphore), 0) << "the document stays locked";
+                EXPECT_EQ(Last()->m_nReferences, 0);
+            } else {
+                ASSERT_EQ(Value(m_owner.semaphore), 1) << "allocation " << allocation;
+                for (const PoolNode* node = m_owner.head; node != nullptr; node = node->next) {
+                    EXPECT_EQ(Value(node->document->m_hSemaphore), 1);
+                    EXPECT_EQ(node->document->m_nReferences, 1) << "what is in the list is open";
+                }
+            }
+            ReleaseEverything();
+            ASSERT_EQ(CLibraryMemory::Outstanding(), 0u) << "leaked at allocation " << allocation;
+            if (!bRefused) {
+                EXPECT_EQ(outcome, Outcome::Opened);
+                return;
+            }
+            ++refused;
+            ASSERT_EQ(Try(open, 0, false), Outcome::Opened) << "after allocation " << allocation;
+            ReleaseEverything();
+        }
+    }
+
+    template <class Open>
+    void TryAll(Open open) {
+        int domFailures = 0;
+        int refused = 0;
+        TryAll(open, false, domFailures, refused);
+        TryAll(open, true, domFailures, refused);
+        EXPECT_GT(domFailures, 5) << "no allocation of the load was hit";
+        EXPECT_GT(refused, domFailures);
+        std::printf("%d allocations refused, %d of them in the DOM's load call\n", refused, domFailures);
+    }
+
+    const fs::path m_host = fs::read_symlink("/proc/self/exe").parent_path();
+    PoolOwner m_owner{};
+};
+
+TEST_F(OpenMemory, FailingInGetXmlObjKeepsTheLocksOnlyWhereTheLoadFails) {
+    TryAll([&] { return GetXmlObj(&m_owner, "English"); });
+}
+
+TEST_F(OpenMemory, FailingInGetPrinterXmlObjKeepsTheLocksOnlyWhereTheLoadFails) {
+    State().poolOwner = &m_owner;
+    TryAll([] { return GetPrinterXmlObj("Printer.xml"); });
+}
+
+TEST_F(OpenMemory, FailingWhereAnEncodingIsConvertedKeepsTheLocksOnlyWhereTheLoadFails) {
+    // The C library keeps a converter for as long as someone uses it: its memory is not the library's.
+    const iconv_t converter = ::iconv_open("UTF-8", "ISO-8859-1");
+    State().poolOwner = &m_owner;
+    TryAll([] { return GetPrinterXmlObj("Latin.xml"); });
+    ::iconv_close(converter);
+}

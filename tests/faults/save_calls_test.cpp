@@ -1,0 +1,185 @@
+// Every call of a save to the system fails in turn, in every way. Whatever fails, the copy is the old document or the
+// new one, and says so by the save's status; nothing lies beside it; and the next save works.
+
+#include "fault_document.h"
+#include "system_calls.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <map>
+
+namespace {
+
+const int kErrors[] = {ENOSPC, EIO, EDQUOT, EROFS, EINTR, EACCES, ENOLCK, ENOMEM, EMFILE};
+
+} // namespace
+
+class SaveCalls : public FaultTest {
+protected:
+    /// The calls of a save that nothing disturbs, with writes of at most so many bytes.
+    std::vector<SystemCall> CallsOfASave(std::size_t nAtMost) {
+        CSystemCallWatch watch([&](std::size_t, const SystemCall&) { return Fate{0, false, nAtMost}; });
+        EXPECT_EQ(Save(), 0);
+        return watch.Calls();
+    }
+
+    void ExpectWholeAfter(int32_t status, bool bOwnerKept = true) {
+        ASSERT_TRUE(CopyIsWhole(bOwnerKept));
+        EXPECT_EQ(ReadBytes(CopyPath()) == m_strNew, status == 0) << "status " << status;
+    }
+
+    void ExpectNextSaveToWork(bool bOwnerKept = true) {
+        ASSERT_EQ(Save(), 0);
+        EXPECT_EQ(ReadBytes(CopyPath()), m_strNew);
+        EXPECT_EQ(Names(), std::set<std::string>{"Faults.xml"});
+        ASSERT_TRUE(CopyIsWhole(bOwnerKept));
+    }
+
+    static bool IsFor(const SystemCall& call, const char* name) { return call.name == name; }
+};
+
+TEST_F(SaveCalls, AreTheOnesThatTheseTestsKnow) {
+    std::map<std::string, int> counts;
+    for (const SystemCall& call : CallsOfASave(-1)) {
+        ++counts[call.name];
+    }
+    for (const char* const name : {"open", "flock", "realpath", "stat", "fcntl", "fstat", "fchown", "ftruncate",
+                                   "write", "fchmod", "fsync", "rename", "close", "readlink"}) {
+        EXPECT_GE(counts[name], 1) << name;
+    }
+    EXPECT_EQ(counts["write"], 1) << "the whole document at once";
+    EXPECT_EQ(counts["rename"], 1);
+    EXPECT_EQ(counts["unlink"], 0);
+}
+
+TEST_F(SaveCalls, FailingOneByOneLeaveAWholeDocumentAndNothingBesideIt) {
+    int failures = 0;
+    for (const std::size_t nAtMost : {std::size_t(-1), m_strNew.size() / 4}) {
+        const std::size_t count = CallsOfASave(nAtMost).size();
+        for (const int error : kErrors) {
+            for (std::size_t failing = 0; failing < count; ++failing) {
+                RestoreCopy();
+                int32_t status = -1;
+                SystemCall failed;
+                {
+                    CSystemCallWatch watch([&](std::size_t number, const SystemCall& call) {
+                        if (number == failing) {
+                            failed = call;
+                        }
+                        return Fate{number == failing ? error : 0, false, nAtMost};
+                    });
+                    status = Save();
+                }
+                SCOPED_TRACE(failed.name + " of " + failed.path + ": " + std::strerror(error));
+                const bool bOwnerKept = failed.name != "fchown"; // where the process may not, the file becomes its own
+                ExpectWholeAfter(status, bOwnerKept);
+                EXPECT_EQ(Names(), std::set<std::string>{"Faults.xml"});
+                ExpectNextSaveToWork(bOwnerKept);
+                ++failures;
+                if (HasFailure()) {
+                    return;
+                }
+            }
+        }
+    }
+    std::printf("%d calls failed, one by one\n", failures);
+}
+
+TEST_F(SaveCalls, FailingFromOneOnLeaveAWholeDocument) {
+    // A disk that died: the temporary file cannot even be removed. The next save uses it up.
+    const std::size_t count = CallsOfASave(-1).size();
+    int failures = 0;
+    for (const int error : kErrors) {
+        if (error == EINTR) {
+            continue; // a call that was interrupted is made again, for ever here
+        }
+        for (std::size_t failing = 0; failing < count; ++failing) {
+            RestoreCopy();
+            int32_t status = -1;
+            std::string failed;
+            {
+                CSystemCallWatch watch([&](std::size_t number, const SystemCall& call) {
+                    if (number == failing) {
+                        failed = call.name;
+                    }
+                    // No save makes this many calls: one that does would go on for ever.
+                    return number > 10 * count ? Fate{0, true} : Fate{number >= failing ? error : 0};
+                });
+                status = Save();
+            }
+            SCOPED_TRACE(failed + " and all that follow: " + std::strerror(error));
+            ExpectWholeAfter(status);
+            ExpectNextSaveToWork();
+            ++failures;
+            if (HasFailure()) {
+                return;
+            }
+        }
+    }
+    std::printf("%d points from which on every call failed\n", failures);
+}
+
+TEST_F(SaveCalls, FailingTwiceLeaveAWholeDocument) {
+    const std::size_t count = CallsOfASave(-1).size() + 2;
+    int failures = 0;
+    for (std::size_t first = 0; first < count; ++first) {
+        for (std::size_t second = first + 1; second < count; ++second) {
+            RestoreCopy();
+            int32_t status = -1;
+            {
+                CSystemCallWatch watch([&](std::size_t number, const SystemCall&) {
+                    return Fate{number == first || number == second ? EIO : 0};
+                });
+                status = Save();
+            }
+            SCOPED_TRACE(std::to_string(first) + " and " + std::to_string(second));
+            ExpectWholeAfter(status);
+            ExpectNextSaveToWork();
+            ++failures;
+            if (HasFailure()) {
+                return;
+            }
+        }
+    }
+    std::printf("%d pairs of calls failed\n", failures);
+}
+
+TEST_F(SaveCalls, ThatAreInterruptedAreMadeAgain) {
+    for (const char* const name : {"write", "fcntl"}) {
+        RestoreCopy();
+        int interruptions = 0;
+        CSystemCallWatch watch([&](std::size_t, const SystemCall& call) {
+            const bool bInterrupted = IsFor(call, name) && interruptions < 3;
+            interruptions += bInterrupted ? 1 : 0;
+            return Fate{bInterrupted ? EINTR : 0};
+        });
+        EXPECT_EQ(Save(), 0) << name;
+        EXPECT_EQ(interruptions, 3) << name;
+    }
+    EXPECT_TRUE(CopyIsWhole());
+}
+
+TEST_F(SaveCalls, ThatWriteByteByByteWriteTheWholeDocument) {
+    const CSystemCallWatch watch([&](std::size_t, const SystemCall&) { return Fate{0, false, 1}; });
+    EXPECT_EQ(Save(), 0);
+    EXPECT_EQ(ReadBytes(CopyPath()), m_strNew);
+}
+
+TEST_F(SaveCalls, ThatWriteNothingFailTheSave) {
+    // As a full disk does that reports no error.
+    {
+        const CSystemCallWatch watch([&](std::size_t, const SystemCall&) { return Fate{0, false, 0}; });
+        EXPECT_EQ(Save(), 1);
+    }
+    EXPECT_EQ(ReadBytes(CopyPath()), m_strOld);
+    EXPECT_EQ(Names(), std::set<std::string>{"Faults.xml"});
+}
+
+TEST_F(SaveCalls, NeverTouchTheCopyItselfButToReplaceIt) {
+    for (const SystemCall& call : CallsOfASave(-1)) {
+        if (call.path == CopyPath()) {
+            EXPECT_TRUE(call.name != "write" && call.name != "ftruncate" && call.name != "unlink") << call.name;
+        }
+    }
+}

@@ -1,0 +1,100 @@
+// Where the folder takes no new file, the copy is written in place: only there, since a save in place is not safe from
+// being cut short.
+
+#include "fault_document.h"
+#include "system_calls.h"
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+
+namespace fs = std::filesystem;
+
+class SaveInPlace : public FaultTest {
+protected:
+    /// A save in a folder that refuses a new file with that error; `judge` decides on all other calls.
+    int32_t SaveWithoutNewFile(int error, const CSystemCallWatch::Judge& judge = {}) {
+        CSystemCallWatch watch([&](std::size_t number, const SystemCall& call) {
+            if (call.name == "open" && call.bCreates) {
+                return Fate{error};
+            }
+            return judge ? judge(number, call) : Fate{};
+        });
+        const int32_t status = Save();
+        for (const SystemCall& call : watch.Calls()) {
+            m_bWroteCopy = m_bWroteCopy || (call.name == "write" && call.path == CopyPath());
+        }
+        return status;
+    }
+
+    bool m_bWroteCopy = false;
+};
+
+TEST_F(SaveInPlace, IsDoneWhereTheFolderTakesNoFile) {
+    for (const int error : {EACCES, EPERM, EROFS, ENAMETOOLONG, EISDIR, ELOOP}) {
+        RestoreCopy();
+        m_bWroteCopy = false;
+        EXPECT_EQ(SaveWithoutNewFile(error), 0) << std::strerror(error);
+        EXPECT_TRUE(m_bWroteCopy) << std::strerror(error);
+        EXPECT_EQ(ReadBytes(CopyPath()), m_strNew);
+        EXPECT_TRUE(CopyIsWhole());
+    }
+}
+
+TEST_F(SaveInPlace, IsNotDoneForAShortage) {
+    for (const int error : {ENOSPC, EDQUOT, EIO, EMFILE, ENFILE, ENOMEM, ENOLCK, EINTR}) {
+        RestoreCopy();
+        EXPECT_EQ(SaveWithoutNewFile(error), 1) << std::strerror(error);
+        EXPECT_FALSE(m_bWroteCopy) << std::strerror(error);
+        EXPECT_EQ(ReadBytes(CopyPath()), m_strOld);
+    }
+}
+
+TEST_F(SaveInPlace, LeavesTheCopyAloneWhenThereIsNoSpace) {
+    for (const int error : {ENOSPC, EDQUOT, EIO}) {
+        RestoreCopy();
+        EXPECT_EQ(SaveWithoutNewFile(EACCES,
+                                     [&](std::size_t, const SystemCall& call) {
+                                         return Fate{call.name == "posix_fallocate" ? error : 0};
+                                     }),
+                  1);
+        EXPECT_FALSE(m_bWroteCopy);
+        EXPECT_EQ(ReadBytes(CopyPath()), m_strOld);
+    }
+}
+
+TEST_F(SaveInPlace, TakesBackSpaceThatWasReservedInPart) {
+    // Some file systems have grown the file already when they find that there is no more space.
+    EXPECT_EQ(SaveWithoutNewFile(EACCES,
+                                 [&](std::size_t, const SystemCall& call) {
+                                     if (call.name != "posix_fallocate") {
+                                         return Fate{};
+                                     }
+                                     fs::resize_file(CopyPath(), m_strOld.size() + 100);
+                                     return Fate{ENOSPC};
+                                 }),
+              1);
+    EXPECT_EQ(ReadBytes(CopyPath()), m_strOld);
+}
+
+TEST_F(SaveInPlace, WritesWhatAShortWriteLeft) {
+    EXPECT_EQ(SaveWithoutNewFile(EACCES, [&](std::size_t, const SystemCall&) { return Fate{0, false, 100}; }), 0);
+    EXPECT_EQ(ReadBytes(CopyPath()), m_strNew);
+}
+
+TEST_F(SaveInPlace, ReservesItsSpaceBeforeItWritesAndFlushesAfterwards) {
+    std::string order;
+    SaveWithoutNewFile(EACCES, [&](std::size_t, const SystemCall& call) {
+        if (call.path == CopyPath() && (call.name == "posix_fallocate" || call.name == "write" ||
+                                        call.name == "ftruncate" || call.name == "fsync")) {
+            order += call.name + " ";
+        }
+        return Fate{};
+    });
+    EXPECT_EQ(order, "posix_fallocate write ftruncate fsync ");
+}
+
+TEST_F(SaveInPlace, LeavesNothingBesideTheCopy) {
+    EXPECT_EQ(SaveWithoutNewFile(EACCES), 0);
+    EXPECT_EQ(Names(), std::set<std::string>{"Faults.xml"});
+}

@@ -1,0 +1,170 @@
+#include "system_calls.h"
+
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdarg>
+#include <cstdio>
+#include <utility>
+
+namespace {
+
+CSystemCallWatch* g_watch = nullptr;
+
+template <class Function>
+Function Real(const char* name) {
+    return reinterpret_cast<Function>(::dlsym(RTLD_NEXT, name));
+}
+
+std::string PathOf(int file) {
+    char link[64];
+    char path[4096];
+    std::snprintf(link, sizeof link, "/proc/self/fd/%d", file);
+    static const auto real = Real<ssize_t (*)(const char*, char*, std::size_t)>("readlink");
+    const ssize_t length = real(link, path, sizeof path);
+    return length > 0 ? std::string(path, static_cast<std::size_t>(length)) : std::string();
+}
+
+Fate Note(SystemCall call) { return g_watch != nullptr ? g_watch->Note(std::move(call)) : Fate(); }
+
+Fate NoteFile(const char* name, int file) {
+    return g_watch != nullptr ? g_watch->Note({name, PathOf(file), {}, {}}) : Fate();
+}
+
+/// True when the call is to fail; errno is then set.
+bool Fails(const Fate& fate) {
+    if (fate.error != 0) {
+        errno = fate.error;
+    }
+    return fate.error != 0;
+}
+
+} // namespace
+
+CSystemCallWatch::CSystemCallWatch(Judge judge) : m_judge(std::move(judge)) { g_watch = this; }
+
+CSystemCallWatch::~CSystemCallWatch() { g_watch = nullptr; }
+
+Fate CSystemCallWatch::Note(SystemCall call) {
+    if (m_bInside) {
+        return {};
+    }
+    m_bInside = true;
+    m_calls.push_back(std::move(call));
+    const Fate fate = m_judge ? m_judge(m_calls.size() - 1, m_calls.back()) : Fate();
+    if (fate.bKill) {
+        ::kill(::getpid(), SIGKILL);
+    }
+    m_bInside = false;
+    return fate;
+}
+
+// The functions themselves. Visible to the C library's other users in this program, who do not mind.
+
+extern "C" {
+
+int open(const char* path, int flags, ...) {
+    mode_t mode = 0;
+    if ((flags & O_CREAT) != 0) {
+        va_list arguments;
+        va_start(arguments, flags);
+        mode = va_arg(arguments, mode_t);
+        va_end(arguments);
+    }
+    static const auto real = Real<int (*)(const char*, int, ...)>("open");
+    return Fails(Note({"open", path, {}, {}, (flags & O_CREAT) != 0})) ? -1 : real(path, flags, mode);
+}
+
+int close(int file) {
+    static const auto real = Real<int (*)(int)>("close");
+    const Fate fate = NoteFile("close", file);
+    const int result = real(file); // a close that fails has closed the file all the same
+    return Fails(fate) ? -1 : result;
+}
+
+int fstat(int file, struct stat* status) noexcept {
+    static const auto real = Real<int (*)(int, struct stat*)>("fstat");
+    return Fails(NoteFile("fstat", file)) ? -1 : real(file, status);
+}
+
+int stat(const char* path, struct stat* status) noexcept {
+    static const auto real = Real<int (*)(const char*, struct stat*)>("stat");
+    return Fails(Note({"stat", path, {}, {}})) ? -1 : real(path, status);
+}
+
+ssize_t readlink(const char* path, char* buffer, std::size_t size) noexcept {
+    static const auto real = Real<ssize_t (*)(const char*, char*, std::size_t)>("readlink");
+    return Fails(Note({"readlink", path, {}, {}})) ? -1 : real(path, buffer, size);
+}
+
+char* realpath(const char* path, char* resolved) noexcept {
+    static const auto real = Real<char* (*)(const char*, char*)>("realpath");
+    return Fails(Note({"realpath", path, {}, {}})) ? nullptr : real(path, resolved);
+}
+
+int flock(int file, int operation) noexcept {
+    static const auto real = Real<int (*)(int, int)>("flock");
+    return Fails(NoteFile("flock", file)) ? -1 : real(file, operation);
+}
+
+int fcntl(int file, int command, ...) {
+    va_list arguments;
+    va_start(arguments, command);
+    void* const argument = va_arg(arguments, void*);
+    va_end(arguments);
+    static const auto real = Real<int (*)(int, int, ...)>("fcntl");
+    return Fails(NoteFile("fcntl", file)) ? -1 : real(file, command, argument);
+}
+
+int fchown(int file, uid_t user, gid_t group) noexcept {
+    static const auto real = Real<int (*)(int, uid_t, gid_t)>("fchown");
+    return Fails(NoteFile("fchown", file)) ? -1 : real(file, user, group);
+}
+
+int fchmod(int file, mode_t mode) noexcept {
+    static const auto real = Real<int (*)(int, mode_t)>("fchmod");
+    return Fails(NoteFile("fchmod", file)) ? -1 : real(file, mode);
+}
+
+int ftruncate(int file, off_t length) noexcept {
+    static const auto real = Real<int (*)(int, off_t)>("ftruncate");
+    return Fails(NoteFile("ftruncate", file)) ? -1 : real(file, length);
+}
+
+int posix_fallocate(int file, off_t offset, off_t length) {
+    static const auto real = Real<int (*)(int, off_t, off_t)>("posix_fallocate");
+    const Fate fate = NoteFile("posix_fallocate", file);
+    return fate.error != 0 ? fate.error : real(file, offset, length);
+}
+
+ssize_t write(int file, const void* bytes, std::size_t count) {
+    static const auto real = Real<ssize_t (*)(int, const void*, std::size_t)>("write");
+    if (g_watch == nullptr) {
+        return real(file, bytes, count);
+    }
+    const Fate fate = Note({"write", PathOf(file), {}, std::string(static_cast<const char*>(bytes), count)});
+    return Fails(fate) ? -1 : real(file, bytes, std::min(count, fate.nAtMost));
+}
+
+int fsync(int file) {
+    static const auto real = Real<int (*)(int)>("fsync");
+    return Fails(NoteFile("fsync", file)) ? -1 : real(file);
+}
+
+int rename(const char* from, const char* to) noexcept {
+    static const auto real = Real<int (*)(const char*, const char*)>("rename");
+    return Fails(Note({"rename", from, to, {}})) ? -1 : real(from, to);
+}
+
+int unlink(const char* path) noexcept {
+    static const auto real = Real<int (*)(const char*)>("unlink");
+    return Fails(Note({"unlink", path, {}, {}})) ? -1 : real(path);
+}
+
+} // extern "C"
