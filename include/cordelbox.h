@@ -1,46 +1,47 @@
-// The interface of the Cordelbox core library: the data layer of a tool that manages the storage of
-// network printers. This header is all that a host needs.
-//
-// A host keeps its state in XML documents that lie beside its executable, each with an optional
-// per-user copy:
-//
-//   document   file, relative to the folder of the host's executable
-//   main       Cordelbox\xml\Cordelbox.xml
-//   printer    Cordelbox\xml\<file name>                  one per printer; the host chooses the name
-//   strings    Cordelbox\language\<language>\Strings.xml   the user-visible texts
-//
-// The per-user copy lies at <per-user root>\Marvane\Hollivet\<same relative path>. The per-user root is
-// the roaming application-data folder on Windows; elsewhere it is $XDG_CONFIG_HOME when that is an absolute
-// path, or else $HOME/.config. Off Windows every '\' of a relative path becomes '/'.
-//
-// What is loaded: the per-user copy when it exists and can be opened for reading and writing, otherwise the
-// installed document. What is saved: the whole document, and only over a per-user copy that exists and can
-// be written; the library never creates a file or a folder there and never writes beside the executable.
-// Without such a copy a change lasts until the document is released, and no function says so.
-// A save replaces the copy in one step: an interrupted save leaves the old document or the new one.
-//
-// Shape of every document: a container element, found by its tag name (the first one in document order
-// below the document element), holds a flat list of children, and each child carries one record in its
-// attributes. The children that the library adds are named "Item". Names and values are compared exactly,
-// with regard to case; an attribute's namespace prefix is ignored. A comment, text, processing instruction
-// or CDATA section among a container's children makes every read that reaches it fail.
-//
-// Texts are zero-terminated 8-bit strings in the system's ANSI code page (UTF-8 off Windows). Where a null
-// pointer to a text is given it counts as the empty string.
-//
-// Failures are silent: no message, no log, no error code beyond the results below. Three things stop the
-// process, each with one line on standard error: a value that does not fit a fixed text field, a clash
-// message that does not fit its 259 bytes, and a partition number too long for its field. Running out of
-// memory outside a document operation stops it as well. No exception leaves a function, except the two
-// that say so (GetXmlObj, GetPrinterXmlObj).
-//
-// Threads: GetXmlObj, ReleaseAll, GetPrinterXmlObj and ReleaseXmlObj belong to one thread, at a time when
-// no other function runs. CheckID and IdsAreValid show a modal message box and belong to the thread of the
-// user interface. All others may be called from any thread at any time in between: each single read, write
-// and save of a document is made under that document's lock, but nothing is locked between the steps of
-// one function.
-//
-// Off Windows the host owns the windows: see MessageBoxA and EnableWindow at the end.
+/// @file
+/// The interface of the Cordelbox core library: the data layer of a tool that manages the storage of
+/// network printers. This header is all that a host needs.
+///
+/// A host keeps its state in XML documents that lie beside its executable, each with an optional
+/// per-user copy:
+///
+///     document   file, relative to the folder of the host's executable
+///     main       Cordelbox\xml\Cordelbox.xml
+///     printer    Cordelbox\xml\<file name>                  one per printer; the host chooses the name
+///     strings    Cordelbox\language\<language>\Strings.xml   the user-visible texts
+///
+/// The per-user copy lies at `<per-user root>\Marvane\Hollivet\<same relative path>`. The per-user root is
+/// the roaming application-data folder on Windows; elsewhere it is $XDG_CONFIG_HOME when that is an absolute
+/// path, or else $HOME/.config. Off Windows every `\` of a relative path becomes `/`.
+///
+/// What is loaded: the per-user copy when it exists and can be opened for reading and writing, otherwise the
+/// installed document. What is saved: the whole document, and only over a per-user copy that exists and can
+/// be written; the library never creates a file or a folder there and never writes beside the executable.
+/// Without such a copy a change lasts until the document is released, and no function says so.
+/// A save replaces the copy in one step: an interrupted save leaves the old document or the new one.
+///
+/// Shape of every document: a container element, found by its tag name (the first one in document order
+/// below the document element), holds a flat list of children, and each child carries one record in its
+/// attributes. The children that the library adds are named "Item". Names and values are compared exactly,
+/// with regard to case; an attribute's namespace prefix is ignored. A comment, text, processing instruction
+/// or CDATA section among a container's children makes every read that reaches it fail.
+///
+/// Texts are zero-terminated 8-bit strings in the system's ANSI code page (UTF-8 off Windows). Where a null
+/// pointer to a text is given it counts as the empty string.
+///
+/// Failures are silent: no message, no log, no error code beyond the results below. Three things stop the
+/// process, each with one line on standard error: a value that does not fit a fixed text field, a clash
+/// message that does not fit its 259 bytes, and a partition number too long for its field. Running out of
+/// memory outside a document operation stops it as well. No exception leaves a function, except the two
+/// that say so (GetXmlObj, GetPrinterXmlObj).
+///
+/// Threads: GetXmlObj, ReleaseAll, GetPrinterXmlObj and ReleaseXmlObj belong to one thread, at a time when
+/// no other function runs. CheckID and IdsAreValid show a modal message box and belong to the thread of the
+/// user interface. All others may be called from any thread at any time in between: each single read, write
+/// and save of a document is made under that document's lock, but nothing is locked between the steps of
+/// one function.
+///
+/// Off Windows the host owns the windows: see MessageBoxA and EnableWindow at the end.
 
 #ifndef CORDELBOX_H
 #define CORDELBOX_H
@@ -75,11 +76,11 @@
 // Handles
 
 #ifdef _WIN32
-using SemaphoreHandle = HANDLE; // a semaphore of CreateSemaphoreA, count 1, maximum 1
+using SemaphoreHandle = HANDLE; ///< a semaphore of CreateSemaphoreA, count 1, maximum 1
 using WindowHandle = HWND;
 #else
-using SemaphoreHandle = sem_t*; // a semaphore of sem_init (not shared between processes), count 1
-using WindowHandle = void*;     // whatever the host's MessageBoxA and EnableWindow take
+using SemaphoreHandle = sem_t*; ///< a semaphore of sem_init (not shared between processes), count 1
+using WindowHandle = void*;     ///< whatever the host's MessageBoxA and EnableWindow take
 #endif
 
 /// One open document. Opaque: hosts only compare it with null.
@@ -119,14 +120,17 @@ public:
         }
     }
 
+    /// Shares the other's text.
     AnsiString(const AnsiString& other) noexcept : m_pBuffer(other.m_pBuffer) {
         if (m_pBuffer != nullptr) {
             m_pBuffer->m_nReferences.fetch_add(1, std::memory_order_relaxed);
         }
     }
 
+    /// Takes the other's text and leaves it empty.
     AnsiString(AnsiString&& other) noexcept : m_pBuffer(other.m_pBuffer) { other.m_pBuffer = nullptr; }
 
+    /// Shares or takes the other's text, as the constructors do.
     AnsiString& operator=(AnsiString other) noexcept {
         Buffer* const mine = m_pBuffer;
         m_pBuffer = other.m_pBuffer;
@@ -147,13 +151,16 @@ public:
     /// Length in bytes, without the terminating zero.
     std::size_t size() const noexcept { return m_pBuffer != nullptr ? m_pBuffer->m_nLength : 0; }
 
+    /// Whether the text has no bytes.
     bool empty() const noexcept { return m_pBuffer == nullptr; }
 
+    /// Byte for byte.
     friend bool operator==(const AnsiString& left, const AnsiString& right) noexcept {
         return left.m_pBuffer == right.m_pBuffer ||
                (left.size() == right.size() && std::memcmp(left.c_str(), right.c_str(), left.size()) == 0);
     }
 
+    /// Byte for byte.
     friend bool operator!=(const AnsiString& left, const AnsiString& right) noexcept { return !(left == right); }
 
 private:
@@ -193,119 +200,119 @@ static_assert(sizeof(AnsiString) == 8, "a string is one pointer wide");
 /// Owner of the list of open documents. The host creates it before GetXmlObj, with `head` null and a semaphore
 /// of count 1, and keeps it alive until after ReleaseAll. With a null semaphore nothing can be opened.
 struct PoolOwner {
-    void* host;                // the host's own; never touched
-    PoolNode* head;            // first open document; set to null by the host, then left to the library
-    SemaphoreHandle semaphore; // guards the list; created and destroyed by the host
+    void* host;                ///< the host's own; never touched
+    PoolNode* head;            ///< first open document; set to null by the host, then left to the library
+    SemaphoreHandle semaphore; ///< guards the list; created and destroyed by the host
 };
 
 /// One volume of a storage device, as texts that the host formatted. They are stored unchanged.
 struct VolumeRecord {
-    char volume[256];     // "Volume"
-    char totalSpace[256]; // "TotalSpace"
-    char freeSpace[256];  // "FreeSpace"
-    char location[256];   // "Location"
-    char label[256];      // "Label"
-    char status[256];     // "Status"
+    char volume[256];     ///< "Volume"
+    char totalSpace[256]; ///< "TotalSpace"
+    char freeSpace[256];  ///< "FreeSpace"
+    char location[256];   ///< "Location"
+    char label[256];      ///< "Label"
+    char status[256];     ///< "Status"
 };
 
 /// One storage device of a printer (a hard disk, a flash memory).
 struct StorageRecord {
-    char name[256];        // "StorageName"
-    VolumeRecord* volumes; // `volumeCount` records, the host's; may be null when that is 0
-    uint32_t volumeCount;  // also written as "VolumeNum"
+    char name[256];        ///< "StorageName"
+    VolumeRecord* volumes; ///< `volumeCount` records, the host's; may be null when that is 0
+    uint32_t volumeCount;  ///< also written as "VolumeNum"
 };
 
 /// A printer's storage report.
 struct PrinterInfo {
-    StorageRecord* storages; // `storageCount` records, the host's; may be null when that is 0
-    uint32_t storageCount;
+    StorageRecord* storages; ///< `storageCount` records, the host's; may be null when that is 0
+    uint32_t storageCount;   ///< number of devices
 };
 
 /// What sending the project does to one volume, as texts that the host formatted.
 struct SendSpaceRecord {
-    AnsiString volume;             // "Volume"
-    AnsiString filesSize;          // "FilesSize"
-    AnsiString freeSpace;          // "FreeSpace"
-    AnsiString freeSpaceAfterSend; // "FreeSpaceAfterSend"
+    AnsiString volume;             ///< "Volume"
+    AnsiString filesSize;          ///< "FilesSize"
+    AnsiString freeSpace;          ///< "FreeSpace"
+    AnsiString freeSpaceAfterSend; ///< "FreeSpaceAfterSend"
 };
 
 /// One partition of a printer's disk or flash memory.
 struct PartitionRecord {
-    int32_t image;    // "Image"
-    const char* name; // "Partition"; the host's, read during the call only; null counts as empty
-    int64_t size;     // bytes; "Size" is written in KiB, truncated toward zero
-    int32_t percent;  // "Percent", for disk partitions only
+    int32_t image;    ///< "Image"
+    const char* name; ///< "Partition"; the host's, read during the call only; null counts as empty
+    int64_t size;     ///< bytes; "Size" is written in KiB, truncated toward zero
+    int32_t percent;  ///< "Percent", for disk partitions only
 };
 
 /// One file of a project. The first nine fields are the attributes of the same names.
 struct FileItem {
-    char FileID[256];     // the file's key within the list
-    char Component[256];  // the component that the file belongs to
-    char ID[256];         // number under which the printer stores the file; decimal text
-    char Type[256];       // "1" bitmap font, "5" TrueType font, "6" ICM profile, "2" and "8" further kinds
-    char Volume[256];     // volume of the printer's storage
-    char Path[256];       // path on the printer's storage
-    char LocalPath[256];  // path on this computer
-    char Size[256];       // size text
-    char CreateDate[256]; // creation date text
+    char FileID[256];     ///< the file's key within the list
+    char Component[256];  ///< the component that the file belongs to
+    char ID[256];         ///< number under which the printer stores the file; decimal text
+    char Type[256];       ///< "1" bitmap font, "5" TrueType font, "6" ICM profile, "2" and "8" further kinds
+    char Volume[256];     ///< volume of the printer's storage
+    char Path[256];       ///< path on the printer's storage
+    char LocalPath[256];  ///< path on this computer
+    char Size[256];       ///< size text
+    char CreateDate[256]; ///< creation date text
     union {
-        FileItem* next;     // from GetFiles: the next record of the chain, or null
-        const void* detail; // to WritePrjFile: the detail record that belongs to Type (see there)
+        FileItem* next;     ///< from GetFiles: the next record of the chain, or null
+        const void* detail; ///< to WritePrjFile: the detail record that belongs to Type (see there)
     };
 };
 
 /// Details of a TrueType font (Type "5").
 struct TrueTypeDetail {
-    char fontFamilyName[256];   // "FontFamilyName"
-    char trueTypeFontName[256]; // "TrueTypeTontName": the attribute is spelt so
-    char fontStyle[256];        // "FontStyle"
-    char copyright[256];        // "Copyright"
-    char postScriptName[256];   // "PostScriptName"
-    char symbolSet[256];        // "SymbolSet"
+    char fontFamilyName[256];   ///< "FontFamilyName"
+    char trueTypeFontName[256]; ///< "TrueTypeTontName": the attribute is spelt so
+    char fontStyle[256];        ///< "FontStyle"
+    char copyright[256];        ///< "Copyright"
+    char postScriptName[256];   ///< "PostScriptName"
+    char symbolSet[256];        ///< "SymbolSet"
 };
 
 /// Details of a bitmap font (Type "1").
 struct BitmapFontDetail {
-    char bitMapFontName[256]; // "BitMapFontName"
-    char format[256];         // "Format"
-    char xResolution[256];    // "Xresolution"
-    char yResolution[256];    // "Yresolution"
-    char fontType[256];       // "FontType"
-    char symbolSet[256];      // "SymbolSet"
-    char proportional[256];   // "Proportional"
-    char pitchWidth[256];     // "PitchWidth"
-    char height[256];         // "Height"
-    char style[256];          // "Style"
-    char strokeWeight[256];   // "StrokeWeight"
-    char typeFace[256];       // "TypeFace"
-    char escapeSequence[256]; // "EscapeSequence"
+    char bitMapFontName[256]; ///< "BitMapFontName"
+    char format[256];         ///< "Format"
+    char xResolution[256];    ///< "Xresolution"
+    char yResolution[256];    ///< "Yresolution"
+    char fontType[256];       ///< "FontType"
+    char symbolSet[256];      ///< "SymbolSet"
+    char proportional[256];   ///< "Proportional"
+    char pitchWidth[256];     ///< "PitchWidth"
+    char height[256];         ///< "Height"
+    char style[256];          ///< "Style"
+    char strokeWeight[256];   ///< "StrokeWeight"
+    char typeFace[256];       ///< "TypeFace"
+    char escapeSequence[256]; ///< "EscapeSequence"
 };
 
 /// Details of an ICM colour profile (Type "6").
 struct IcmProfileDetail {
-    char description[256]; // "Description"
-    char colorSpace[256];  // "ColorSpace"
-    char deviceClass[256]; // "DeviceClass"
-    char copyright[256];   // "Copyright"
-    char icmType[4];       // "ICMType"
-    char profileType[4];   // "ProfileType": "0", "2" or "3" (see GetAvailICMID)
-    char comment[1];       // "Comment": zero-terminated, as long as the memory that the host allocated for it
+    char description[256]; ///< "Description"
+    char colorSpace[256];  ///< "ColorSpace"
+    char deviceClass[256]; ///< "DeviceClass"
+    char copyright[256];   ///< "Copyright"
+    char icmType[4];       ///< "ICMType"
+    char profileType[4];   ///< "ProfileType": "0", "2" or "3" (see GetAvailICMID)
+    char comment[1];       ///< "Comment": zero-terminated, as long as the memory that the host allocated for it
 };
 
 /// The windows that the host lends for a message box.
 struct MessageWindows {
-    WindowHandle* owner;         // owner of the message box; null for none
-    WindowHandle* windows[1024]; // windows disabled while the box is open; null slots are skipped
+    WindowHandle* owner;         ///< owner of the message box; null for none
+    WindowHandle* windows[1024]; ///< windows disabled while the box is open; null slots are skipped
 };
 
 /// One print job stored on a printer.
 struct JobRecord {
-    char id[10];     // "ID"
-    char name[100];  // "Name"
-    char type[10];   // "Type"
-    char copies[10]; // "Copies"
-    char stored[10]; // "Stored"
-    char checked[5]; // "checked": from GetJobs only; WriteJobList ignores it
+    char id[10];     ///< "ID"
+    char name[100];  ///< "Name"
+    char type[10];   ///< "Type"
+    char copies[10]; ///< "Copies"
+    char stored[10]; ///< "Stored"
+    char checked[5]; ///< "checked": from GetJobs only; WriteJobList ignores it
 };
 
 // ---------------------------------------------------------------------------------------------------------
@@ -336,7 +343,7 @@ CORDELBOX_API CXmlObject* GetXmlObj(PoolOwner* owner, const char* language);
 /// Returns 0, also when nothing was open; 1 before any GetXmlObj and without a pool semaphore.
 CORDELBOX_API int32_t ReleaseAll() noexcept;
 
-/// Opens the printer document `fileName` (a file name in Cordelbox\xml), or shares it when it is open, and
+/// Opens the printer document `fileName` (a file name in `Cordelbox\xml`), or shares it when it is open, and
 /// makes it the current document. Returns null, and leaves no current document, when it cannot be opened.
 /// Only another GetXmlObj makes the main document current again. Throws as GetXmlObj does.
 CORDELBOX_API CXmlObject* GetPrinterXmlObj(const char* fileName);
