@@ -71,7 +71,7 @@ TEST_F(Ids, NextGivesTheLowestFreeNumberOfEachGroup) {
     const auto next = [this](const char* group) {
         return Run({"--json", "id", "next", group}).Json()["id"].get<int>();
     };
-    EXPECT_EQ(next("font"), 2);
+    EXPECT_EQ(next("font"), 3); // once a font was found, the profile's 2 counts as taken
     EXPECT_EQ(next("macro"), 0);
     EXPECT_EQ(next("overlay"), 0);
     EXPECT_EQ(next("rgb"), 3);

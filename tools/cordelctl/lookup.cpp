@@ -44,9 +44,10 @@ std::optional<std::string> FindValueWhere(const std::string& container, const st
                                           const std::string& value, const std::string& attribute,
                                           const Getters& document) {
     std::string text = Filtered(document, container, name, value, attribute);
-    const bool mayBeMiss = text == value;
-    if (mayBeMiss && !(IsOnEveryRow(container, attribute) && RowExists(container, name, value, document))) {
-        return std::nullopt;
+    if (text != value) {
+        return text;
     }
-    return text;
+    const bool isThere = IsOnEveryRow(container, attribute) && RowExists(container, name, value, document) &&
+                         RowExists(container, attribute, value, document);
+    return isThere ? std::optional(text) : std::nullopt;
 }

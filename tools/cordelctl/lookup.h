@@ -1,8 +1,8 @@
 // Single values out of the current document or the strings document, with a miss told apart from a value.
 //
 // The library's getters return the empty string, or the value that was filtered by, both for a miss and for a value
-// that happens to be just that. Where a value looks like a miss, other attributes of the same row decide: a row of a
-// known container carries them all.
+// that happens to be just that. Where a value looks like a miss, other attributes decide: a row of a known container
+// carries them all, so that a row can be told from none.
 
 #pragma once
 
