@@ -17,3 +17,5 @@ set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 set(linked "-static -Wl,--dynamicbase,--nxcompat,--high-entropy-va")
 set(CMAKE_EXE_LINKER_FLAGS_INIT "${linked}")
 set(CMAKE_SHARED_LINKER_FLAGS_INIT "${linked}")
+
+set(CMAKE_CROSSCOMPILING_EMULATOR ${CMAKE_CURRENT_LIST_DIR}/../tests/windows/wine)
