@@ -10,7 +10,8 @@ namespace {
 
 constexpr const char* kExitStatuses = R"(Exit status:
   0  done
-  1  the answer is no: files share an ID, or the project does not fit
+  1  the answer is no: files share an ID, the project does not fit, or the
+     doctor found an error or a warning
   2  the command line was not understood
   3  what was asked for, or was to be changed, is not in the document
   4  the change was not kept: there is no writable per-user copy, or it could
@@ -29,6 +30,8 @@ void AddGlobalOptions(CLI::App& app, Globals& globals) {
 
 void AddVerbs(CLI::App& app, Host& host) {
     AddInitVerb(app, host);
+    AddDoctorVerb(app, host);
+    AddRestoreVerb(app, host);
     AddAttributeVerbs(app, host);
     AddCopyVerb(app, host);
     AddStringVerbs(app, host);

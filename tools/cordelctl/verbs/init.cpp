@@ -4,6 +4,7 @@
 
 #include "document_places.h"
 #include "output.h"
+#include "per_user_copy.h"
 #include "platform/platform.h"
 
 #include <filesystem>
@@ -14,16 +15,6 @@ struct Options {
     bool force = false;
     bool strings = false;
 };
-
-void CopyInOneStep(const std::filesystem::path& source, const std::filesystem::path& target) {
-    std::filesystem::create_directories(target.parent_path());
-    auto whole = target;
-    whole += ".new";
-    std::filesystem::copy_file(source, whole, std::filesystem::copy_options::overwrite_existing);
-    std::filesystem::permissions(whole, std::filesystem::perms::owner_read | std::filesystem::perms::owner_write,
-                                 std::filesystem::perm_options::add);
-    platform::Replace(whole, target);
-}
 
 /// The documents to copy; all that are installed unless one printer is named.
 std::vector<DocumentPlace> Chosen(const Globals& globals, const Options& options) {
@@ -40,13 +31,8 @@ std::vector<DocumentPlace> Chosen(const Globals& globals, const Options& options
 Json CopyForUser(const DocumentPlace& place, bool force) {
     const std::string target = platform::TextOf(place.perUser);
     const bool present = std::filesystem::exists(std::filesystem::symlink_status(place.perUser));
-    if (!std::filesystem::is_regular_file(place.installed)) {
-        throw CFailure(ExitCode::NoDocument,
-                       place.title + " is not installed: " + platform::TextOf(place.installed) + " is missing",
-                       "see which are: ls " + platform::TextOf(place.installed.parent_path()));
-    }
     if (!present || force) {
-        CopyInOneStep(place.installed, place.perUser);
+        platform::Replace(PrepareCopy(place), place.perUser);
     }
     return {{"document", JsonText(place.title)},
             {"result", !present ? "created"
@@ -59,10 +45,7 @@ ExitCode Initialise(const Globals& globals, const Options& options) {
     RequireInstalledDocuments();
     std::vector<Json> rows;
     for (const auto& place : Chosen(globals, options)) {
-        if (place.perUser.empty()) {
-            throw CFailure(ExitCode::NotKept, "you have no folder for application data",
-                           "set HOME, or XDG_CONFIG_HOME to an absolute path");
-        }
+        RequireCopyable(place);
         try {
             rows.push_back(CopyForUser(place, options.force));
         } catch (const std::filesystem::filesystem_error& error) {

@@ -11,6 +11,8 @@
 CLI::App* AddFamily(CLI::App& app, const char* name, const char* description);
 
 void AddInitVerb(CLI::App& app, Host& host);
+void AddDoctorVerb(CLI::App& app, Host& host);
+void AddRestoreVerb(CLI::App& app, Host& host);
 void AddAttributeVerbs(CLI::App& app, Host& host); // get, set, clear
 void AddCopyVerb(CLI::App& app, Host& host);
 void AddStringVerbs(CLI::App& app, Host& host); // string, filter

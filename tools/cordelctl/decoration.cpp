@@ -1,0 +1,79 @@
+// What makes output pleasant for a person.
+
+#include "decoration.h"
+
+#include "platform/terminal.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <iostream>
+
+namespace {
+
+constexpr std::size_t kBarWidth = 20;
+constexpr std::size_t kFewest = 10; // steps that are worth a progress line
+
+bool UsesColours() {
+    static const bool uses = [] {
+        const char* const refused = std::getenv("NO_COLOR");
+        return (refused == nullptr || refused[0] == '\0') && platform::IsOutputTerminal();
+    }();
+    return uses;
+}
+
+const char* CodeOf(Colour colour) {
+    switch (colour) {
+    case Colour::Red:
+        return "\x1b[31m";
+    case Colour::Yellow:
+        return "\x1b[33m";
+    case Colour::Blue:
+        return "\x1b[34m";
+    case Colour::Green:
+        return "\x1b[32m";
+    case Colour::Faint:
+        return "\x1b[2m";
+    }
+    return "";
+}
+
+std::string Bar(double share) {
+    const auto filled = static_cast<std::size_t>(share * static_cast<double>(kBarWidth) + 0.5);
+    return "[" + std::string(filled, '#') + std::string(kBarWidth - filled, '-') + "]";
+}
+
+} // namespace
+
+std::string Coloured(const std::string& text, Colour colour) {
+    return UsesColours() ? CodeOf(colour) + text + "\x1b[0m" : text;
+}
+
+std::string UsageBar(double used, double total) {
+    if (total <= 0) {
+        return {};
+    }
+    const double share = std::clamp(used / total, 0.0, 1.0);
+    char percent[16];
+    std::snprintf(percent, sizeof percent, " %3.0f %%", share * 100);
+    return Bar(share) + percent;
+}
+
+CProgress::CProgress(std::size_t total, std::string what)
+    : m_nTotal(total), m_strWhat(std::move(what)), m_bShown(total >= kFewest && platform::IsErrorTerminal()) {}
+
+CProgress::~CProgress() {
+    if (m_nPercent >= 0) {
+        std::cerr << "\r\x1b[K" << std::flush;
+    }
+}
+
+void CProgress::Show(std::size_t done) {
+    const int percent = static_cast<int>(done * 100 / std::max<std::size_t>(m_nTotal, 1));
+    if (!m_bShown || percent == m_nPercent) {
+        return;
+    }
+    m_nPercent = percent;
+    std::cerr << '\r' << m_strWhat << ' ' << Bar(static_cast<double>(percent) / 100) << ' ' << done << " of "
+              << m_nTotal << std::flush;
+}

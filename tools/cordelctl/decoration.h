@@ -1,0 +1,35 @@
+// What makes output pleasant for a person: colour on a terminal, bars, and progress.
+
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+enum class Colour { Red, Yellow, Blue, Green, Faint };
+
+/// The text in colour, when standard output is a terminal and NO_COLOR is not set.
+std::string Coloured(const std::string& text, Colour colour);
+
+/// "[######----]  60 %"; a share of nothing is an empty text.
+std::string UsageBar(double used, double total);
+
+/// A line on standard error that tells how far a long work is; nothing unless that is a terminal, and nothing for work
+/// that is short.
+class CProgress {
+public:
+    CProgress(std::size_t total, std::string what);
+    ~CProgress();
+    CProgress(const CProgress&) = delete;
+    CProgress& operator=(const CProgress&) = delete;
+
+    void Show(std::size_t done);
+
+    /// True when there is a line to be seen: then single steps need no line of their own.
+    bool IsShown() const noexcept { return m_bShown; }
+
+private:
+    std::size_t m_nTotal;
+    std::string m_strWhat;
+    bool m_bShown;
+    int m_nPercent = -1; // as shown last
+};

@@ -1,0 +1,28 @@
+// What the doctor finds in a document.
+
+#pragma once
+
+#include "document_reader.h"
+
+#include <string>
+#include <vector>
+
+enum class Level {
+    Note,    // worth knowing; nothing goes wrong
+    Warning, // something is ignored or lost, or will be
+    Error    // a host gets wrong values, is stopped, or cannot open the document
+};
+
+/// All texts are UTF-8.
+struct Finding {
+    Level level;
+    std::string check;       // the same for every finding of its kind, for scripts
+    std::string container;   // empty when it concerns the whole document
+    std::string item;        // which of the container's items; empty when it concerns the whole container
+    SourcePlace place;       // in the file
+    std::string what;        // what is so
+    std::string consequence; // for a host
+    std::string mend;        // what to do
+};
+
+using Findings = std::vector<Finding>;

@@ -1,0 +1,77 @@
+// The stored jobs, which are read by position into short fields.
+
+#include "checks.h"
+
+#include "document_view.h"
+
+#include <algorithm>
+#include <array>
+#include <map>
+
+namespace {
+
+struct JobField {
+    std::string_view name;
+    std::size_t length;
+};
+
+constexpr std::array<JobField, 6> kFields{
+    {{"Name", 99}, {"ID", 9}, {"Type", 9}, {"Copies", 9}, {"Stored", 9}, {"checked", 4}}};
+
+void Add(Level level, const char* check, const Row& row, std::string what, const char* consequence, std::string mend,
+         Findings& findings) {
+    findings.push_back(
+        {level, check, "Jobs", ItemName(row, "ID"), row.node->place, std::move(what), consequence, std::move(mend)});
+}
+
+void CheckOrder(const Row& row, Findings& findings) {
+    const auto& attributes = row.node->attributes;
+    for (std::size_t i = 0; i < kFields.size(); ++i) {
+        const std::string_view name = i < attributes.size() ? BaseName(attributes[i].name) : "missing";
+        if (name != kFields[i].name) {
+            Add(Level::Error, "job-order", row,
+                "Attribute " + std::to_string(i + 1) + " is " + std::string(name) + ", not " +
+                    std::string(kFields[i].name) + ".",
+                "GetJobs goes by position: the host gets values in the wrong fields.",
+                "Put them in order: Name, ID, Type, Copies, Stored, checked.", findings);
+            return;
+        }
+    }
+}
+
+/// By position, whatever the attributes are called: so they are read.
+void CheckLengths(const Row& row, Findings& findings) {
+    const auto& attributes = row.node->attributes;
+    for (std::size_t i = 0; i < std::min(kFields.size(), attributes.size()); ++i) {
+        const std::size_t length = ByteLength(attributes[i].value);
+        if (length > kFields[i].length) {
+            Add(Level::Error, "job-field-too-long", row,
+                "The value of " + attributes[i].name + " takes " + std::to_string(length) + " bytes; the field for " +
+                    std::string(kFields[i].name) + " holds " + std::to_string(kFields[i].length) + ".",
+                "GetJobs stops the host.", "Shorten it to at most " + std::to_string(kFields[i].length) + " bytes.",
+                findings);
+        }
+    }
+}
+
+} // namespace
+
+void CheckJobs(const DocumentNode& root, Findings& findings) {
+    std::map<std::string, int> ids;
+    for (const Row& row : RowsOf(root, "Jobs")) {
+        CheckOrder(row, findings);
+        CheckLengths(row, findings);
+        const std::string* const id = FindValueIn(*row.node, "ID");
+        if (id == nullptr) {
+            Add(Level::Error, "job-without-id", row, "The job has no ID.", "GetJobs does not list it.",
+                "Give it an ID that no other job has.", findings);
+            continue;
+        }
+        const auto [first, added] = ids.emplace(*id, row.number);
+        if (!added) {
+            Add(Level::Error, "job-id-repeated", row, "Item " + std::to_string(first->second) + " has the same ID.",
+                "GetJobs gives the first of them twice, and never this one.", "Give it an ID that no other job has.",
+                findings);
+        }
+    }
+}

@@ -1,0 +1,97 @@
+// Which file is loaded and which is saved, and why a change does not last.
+
+#include "checks.h"
+
+#include "output.h"
+#include "platform/platform.h"
+
+namespace {
+
+// The library takes paths of at most 259 bytes, and of a per-user copy it keeps 11 of them in reserve.
+constexpr std::size_t kLongestInstalledPath = 259;
+constexpr std::size_t kLongestPerUserPath = 248;
+
+std::string Utf8(const std::filesystem::path& path) { return platform::ToUtf8(platform::TextOf(path)); }
+
+Finding Whole(Level level, const char* check, std::string what, std::string consequence, std::string mend) {
+    return {level, check, {}, {}, {}, std::move(what), std::move(consequence), std::move(mend)};
+}
+
+void CheckInstalled(const DocumentPlace& place, Findings& findings) {
+    if (std::filesystem::is_regular_file(place.installed)) {
+        return;
+    }
+    const bool folder = std::filesystem::is_directory(place.installed);
+    const std::string what = folder ? "The installed document is a folder: " : "There is no installed document: ";
+    if (place.IsKept()) {
+        findings.push_back(Whole(Level::Note, "not-installed", what + Utf8(place.installed) + ".",
+                                 "The per-user copy serves alone; nothing can be put in its place when it breaks.",
+                                 "Install the document beside the executable."));
+    } else {
+        findings.push_back(Whole(Level::Error, "absent", what + Utf8(place.installed) + ".",
+                                 "The document cannot be opened: the function that opens it returns null.",
+                                 "Install the document there, or name the one that is there."));
+    }
+}
+
+void CheckPaths(const DocumentPlace& place, Findings& findings) {
+    if (platform::TextOf(place.installed).size() > kLongestInstalledPath ||
+        platform::TextOf(place.perUser).size() > kLongestPerUserPath) {
+        findings.push_back(Whole(Level::Error, "path-too-long",
+                                 "The path is longer than the library handles: " + Utf8(place.Loaded()) + ".",
+                                 "The document cannot be opened.",
+                                 "Install the program, or keep the user's settings, in a folder with a shorter path."));
+    }
+}
+
+/// Of a document that hosts change, a copy that is not loaded loses changes; of the texts, it is only not seen.
+void AddUnusedCopy(const DocumentPlace& place, DocumentKind kind, const char* check, const char* reason,
+                   const char* mend, Findings& findings) {
+    const bool changes = kind != DocumentKind::Strings;
+    findings.push_back(Whole(changes ? Level::Error : Level::Warning, check,
+                             "The per-user copy " + std::string(reason) + ": " + Utf8(place.perUser) + ".",
+                             changes ? "The installed document is loaded in its place: what was saved before is not "
+                                       "seen, and changes last only until the document is released."
+                                     : "The installed texts are shown, not those of the copy.",
+                             mend));
+}
+
+void CheckPerUser(const DocumentPlace& place, DocumentKind kind, Findings& findings) {
+    switch (platform::StateOf(place.perUser)) {
+    case platform::FileState::Writable:
+        return;
+    case platform::FileState::Absent:
+        if (kind != DocumentKind::Strings) {
+            findings.push_back(Whole(
+                Level::Warning, "no-per-user-copy", "There is no per-user copy: " + Utf8(place.perUser) + ".",
+                "Changes last only until the document is released; nothing is saved.", "Create it: cordelctl init."));
+        }
+        return;
+    case platform::FileState::NotAFile:
+        AddUnusedCopy(place, kind, "copy-is-no-file", "is no file, but a folder or a device",
+                      "Move it away and run: cordelctl init.", findings);
+        return;
+    case platform::FileState::NotWritable:
+        AddUnusedCopy(place, kind, "copy-is-read-only", "may not be read and written",
+                      "Give yourself read and write permission for it.", findings);
+        return;
+    case platform::FileState::InUse:
+        AddUnusedCopy(place, kind, "copy-is-locked", "is held by another program",
+                      "End that program, or wait until it is done.", findings);
+        return;
+    }
+}
+
+} // namespace
+
+void CheckPlace(const DocumentPlace& place, DocumentKind kind, Findings& findings) {
+    if (place.perUser.empty()) {
+        findings.push_back(Whole(Level::Error, "no-per-user-folder", "You have no folder for application data.",
+                                 "The library opens no document.",
+                                 "Set HOME, or XDG_CONFIG_HOME to an absolute path."));
+        return;
+    }
+    CheckPaths(place, findings);
+    CheckInstalled(place, findings);
+    CheckPerUser(place, kind, findings);
+}
