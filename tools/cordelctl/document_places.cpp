@@ -45,6 +45,7 @@ std::vector<DocumentPlace> InstalledDocuments() {
     }
     std::sort(names.begin(), names.end());
     std::vector<DocumentPlace> places;
+    places.reserve(names.size());
     for (const auto& name : names) {
         places.push_back(name == kMainDocumentName ? MainDocument() : PrinterDocument(name));
     }

@@ -59,7 +59,7 @@ std::vector<FontName> NamesOf(FT_Face face) {
     return names;
 }
 
-std::string Or(std::string text, const std::string& other) { return !text.empty() ? std::move(text) : other; }
+std::string Or(const std::string& text, const std::string& other) { return text.empty() ? other : text; }
 
 } // namespace
 
