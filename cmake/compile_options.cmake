@@ -18,6 +18,6 @@ else()
         add_link_options(-fstack-protector-strong) # links what both options call
     else()
         add_compile_options(-fstack-clash-protection -fcf-protection)
-        add_link_options(LINKER:-z,relro LINKER:-z,now LINKER:-z,noexecstack)
+        add_link_options(LINKER:-z,relro LINKER:-z,now LINKER:-z,noexecstack LINKER:-z,shstk)
     endif()
 endif()
