@@ -9,6 +9,7 @@
 #   bench      to build and run the benchmarks
 #   fuzz       to build and run the fuzz targets
 #   coverage   to measure which lines the tests reach
+#   packages   to make the packages, the installer for Windows and the API pages
 #
 # Does nothing, and asks for nothing, when all are there.
 
@@ -39,6 +40,10 @@ packages_of() {
     coverage)
         packages_of native
         echo gcovr
+        ;;
+    packages)
+        packages_of build
+        echo debhelper doxygen dpkg-dev fakeroot lintian nsis
         ;;
     *)
         echo "install-packages.sh: no such group: $1" >&2
