@@ -3,26 +3,29 @@
 #pragma once
 
 #include "cordelbox.h"
+#include "semaphore_types.h" // per target: LockHandle, a semaphore of the library's own, with Wait and Signal for it
 
 namespace platform {
 
 /// A new semaphore with count and maximum 1; null when there is none to be had.
-SemaphoreHandle NewSemaphore() noexcept;
-void DeleteSemaphore(SemaphoreHandle semaphore) noexcept;
+LockHandle NewSemaphore() noexcept;
+void DeleteSemaphore(LockHandle semaphore) noexcept;
 
+// A host's semaphore.
 void Wait(SemaphoreHandle semaphore) noexcept;
 void Signal(SemaphoreHandle semaphore) noexcept;
 
 /// Holds a semaphore for a scope.
+template <class Handle>
 class CSemaphoreGuard {
 public:
-    explicit CSemaphoreGuard(SemaphoreHandle semaphore) noexcept : m_hSemaphore(semaphore) { Wait(semaphore); }
+    explicit CSemaphoreGuard(Handle semaphore) noexcept : m_hSemaphore(semaphore) { Wait(semaphore); }
     ~CSemaphoreGuard() { Signal(m_hSemaphore); }
     CSemaphoreGuard(const CSemaphoreGuard&) = delete;
     CSemaphoreGuard& operator=(const CSemaphoreGuard&) = delete;
 
 private:
-    const SemaphoreHandle m_hSemaphore;
+    const Handle m_hSemaphore;
 };
 
 } // namespace platform

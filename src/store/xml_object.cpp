@@ -1,6 +1,5 @@
 #include "store/xml_object.h"
 
-#include "platform/semaphore.h"
 #include "store/document_file.h"
 #include "store/document_paths.h"
 

@@ -4,6 +4,7 @@
 
 #include "cordelbox.h"
 #include "platform/dom.h"
+#include "platform/semaphore.h"
 #include "store/document_tables.h"
 
 #include <memory>
@@ -29,7 +30,7 @@ struct CXmlObject {
 
     int32_t m_nReferences = 0;                  // opens that were not released yet
     AnsiString m_strPath;                       // install-folder path; empty until the first open
-    const SemaphoreHandle m_hSemaphore;         // guards everything here; null: cannot be opened
+    const platform::LockHandle m_hSemaphore;    // guards everything here; null: cannot be opened
     std::unique_ptr<DomDocument> m_pDom;        // null until loaded
     std::unique_ptr<CDocumentTables> m_pTables; // of m_pDom
     LoadState m_nLoadState = LoadState::NotLoaded;

@@ -18,6 +18,8 @@ bool IsTaken(SemaphoreHandle semaphore) {
     return false;
 }
 
+bool IsTaken(platform::LockHandle semaphore) { return semaphore->users != 0; }
+
 } // namespace
 
 class LoadError : public HostTest {
