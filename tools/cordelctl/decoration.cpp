@@ -62,9 +62,12 @@ std::string UsageBar(double used, double total) {
 CProgress::CProgress(std::size_t total, std::string what)
     : m_nTotal(total), m_strWhat(std::move(what)), m_bShown(total >= kFewest && platform::IsErrorTerminal()) {}
 
-CProgress::~CProgress() {
+CProgress::~CProgress() { Clear(); }
+
+void CProgress::Clear() {
     if (m_nPercent >= 0) {
         std::cerr << "\r\x1b[K" << std::flush;
+        m_nPercent = -1;
     }
 }
 

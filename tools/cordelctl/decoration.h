@@ -24,6 +24,9 @@ public:
 
     void Show(std::size_t done);
 
+    /// Takes the line away, for another on standard error.
+    void Clear();
+
     /// True when there is a line to be seen: then single steps need no line of their own.
     bool IsShown() const noexcept { return m_bShown; }
 

@@ -10,8 +10,8 @@ namespace {
 
 constexpr const char* kExitStatuses = R"(Exit status:
   0  done
-  1  the answer is no: files share an ID, the project does not fit, or the
-     doctor found an error or a warning
+  1  the answer is no: files share an ID, the project does not fit,
+     documents differ, or the doctor found an error or a warning
   2  the command line was not understood
   3  what was asked for, or was to be changed, is not in the document
   4  the change was not kept: there is no writable per-user copy, or it could
@@ -32,6 +32,8 @@ void AddVerbs(CLI::App& app, Host& host) {
     AddInitVerb(app, host);
     AddDoctorVerb(app, host);
     AddRestoreVerb(app, host);
+    AddShowVerbs(app, host);
+    AddDiffVerb(app, host);
     AddAttributeVerbs(app, host);
     AddCopyVerb(app, host);
     AddStringVerbs(app, host);
@@ -39,6 +41,7 @@ void AddVerbs(CLI::App& app, Host& host) {
     AddSpaceVerb(app, host);
     AddPartitionVerb(app, host);
     AddFilesVerb(app, host);
+    AddProjectVerbs(app, host);
     AddPclVerb(app, host);
     AddIdVerb(app, host);
     AddJobVerb(app, host);

@@ -2,6 +2,7 @@
 
 #include "verbs.h"
 
+#include "decoration.h"
 #include "field_text.h"
 #include "file_facts.h"
 #include "file_ids.h"
@@ -139,18 +140,23 @@ ExitCode Add(const Globals& globals, const Options& options) {
     CFileAdder adder(options);
     std::vector<Json> rows;
     std::size_t added = 0;
+    CProgress progress(options.files.size(), "adding");
     for (const auto& name : options.files) {
         try {
             rows.push_back(adder.Add(name));
-            SayAdded(globals, rows.back());
             ++added;
+            if (!progress.IsShown()) {
+                SayAdded(globals, rows.back());
+            }
         } catch (const CFailure& failure) {
             if (failure.Code() != ExitCode::Refused) {
                 throw;
             }
+            progress.Clear();
             SayRefused(name, failure);
             rows.push_back({{"file", JsonText(name)}, {"added", false}, {"reason", JsonText(failure.what())}});
         }
+        progress.Show(rows.size());
     }
     if (globals.json) {
         PrintJson(rows);

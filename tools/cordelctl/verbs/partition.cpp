@@ -2,14 +2,17 @@
 
 #include "verbs.h"
 
+#include "decoration.h"
 #include "field_text.h"
 #include "lookup.h"
+#include "number_text.h"
 #include "output.h"
 #include "row_edit.h"
 #include "row_index.h"
 #include "session.h"
 
 #include <limits>
+#include <map>
 
 namespace {
 
@@ -79,6 +82,23 @@ void AppendRows(const Medium& medium, const char* layout, const char* layoutName
     }
 }
 
+/// The share of each partition in what its layout holds in all, as a bar.
+void AppendShares(std::vector<Json>& rows) {
+    const auto size = [](const Json& row) {
+        return static_cast<double>(ParseSize(row.value("Size", std::string())).value_or(0));
+    };
+    std::map<std::pair<std::string, std::string>, double> totals;
+    const auto layout = [](const Json& row) {
+        return std::pair(row["Medium"].get<std::string>(), row["Layout"].get<std::string>());
+    };
+    for (const Json& row : rows) {
+        totals[layout(row)] += size(row);
+    }
+    for (Json& row : rows) {
+        row["share"] = UsageBar(size(row), totals[layout(row)]);
+    }
+}
+
 ExitCode Show(const Globals& globals) {
     const CSession session(globals);
     std::vector<Json> rows;
@@ -91,13 +111,15 @@ ExitCode Show(const Globals& globals) {
         PrintJson({{"partitions", rows}, {"diskPercent", JsonText(percents)}});
         return ExitCode::Done;
     }
+    AppendShares(rows);
     PrintRows(globals,
               {{"Medium", "MEDIUM"},
                {"Layout", "LAYOUT"},
                {"Partition", "PARTITION"},
                {"Image", "IMAGE", Format::Number},
                {"Size", "KIB", Format::Number},
-               {"Percent", "PERCENT", Format::Number}},
+               {"Percent", "PERCENT", Format::Number},
+               {"share", "SHARE"}},
               rows);
     Say(globals, "the current disk in percent: " + (percents.empty() ? "none" : percents));
     return ExitCode::Done;

@@ -2,8 +2,10 @@
 
 #include "verbs.h"
 
+#include "decoration.h"
 #include "field_text.h"
 #include "lookup.h"
+#include "number_text.h"
 #include "output.h"
 #include "platform/platform.h"
 #include "row_index.h"
@@ -129,8 +131,20 @@ std::vector<Json> StoredVolumes() {
     return rows;
 }
 
+/// How full the volume is; empty when its sizes are no numbers.
+std::string Usage(const Json& row) {
+    const auto total = ParseSize(row["TotalSpace"].get<std::string>());
+    const auto free = ParseSize(row["FreeSpace"].get<std::string>());
+    return total && free ? UsageBar(static_cast<double>(*total - *free), static_cast<double>(*total)) : "";
+}
+
 void PrintVolumes(const Globals& globals) {
-    const auto rows = StoredVolumes();
+    auto rows = StoredVolumes();
+    for (Json& row : rows) {
+        if (!globals.json) {
+            row["usage"] = Usage(row);
+        }
+    }
     if (rows.empty()) {
         const auto volume = FindValue("Storage", "Volume");
         Note(volume ? "the document holds volumes that this program did not record, the first of them " + *volume
@@ -143,7 +157,8 @@ void PrintVolumes(const Globals& globals) {
                {"Location", "LOCATION"},
                {"Status", "STATUS"},
                {"TotalSpace", "TOTAL", Format::Size},
-               {"FreeSpace", "FREE", Format::Size}},
+               {"FreeSpace", "FREE", Format::Size},
+               {"usage", "USED"}},
               rows);
 }
 

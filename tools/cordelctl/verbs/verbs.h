@@ -13,6 +13,8 @@ CLI::App* AddFamily(CLI::App& app, const char* name, const char* description);
 void AddInitVerb(CLI::App& app, Host& host);
 void AddDoctorVerb(CLI::App& app, Host& host);
 void AddRestoreVerb(CLI::App& app, Host& host);
+void AddShowVerbs(CLI::App& app, Host& host); // show, tree
+void AddDiffVerb(CLI::App& app, Host& host);
 void AddAttributeVerbs(CLI::App& app, Host& host); // get, set, clear
 void AddCopyVerb(CLI::App& app, Host& host);
 void AddStringVerbs(CLI::App& app, Host& host); // string, filter
@@ -22,6 +24,8 @@ void AddPartitionVerb(CLI::App& app, Host& host);
 void AddPclVerb(CLI::App& app, Host& host);
 void AddIdVerb(CLI::App& app, Host& host);
 void AddJobVerb(CLI::App& app, Host& host);
+
+void AddProjectVerbs(CLI::App& app, Host& host); // export, import
 
 void AddFilesVerb(CLI::App& app, Host& host); // files, with the verbs below
 void AddFilesAddVerb(CLI::App& files, Host& host);
