@@ -60,16 +60,11 @@ int32_t WriteItem(const CXmlQuery* query) noexcept {
 
 int32_t WriteAttribute(const CXmlQuery* query) noexcept {
     return RunOnCurrent(query, [&](CDocumentTables& tables, CRowTable& table) {
-        const NameNumber wanted = table.FindName(platform::CDomArgument(query->m_strAttr).View());
-        if (wanted == kNoName) {
+        const CellPlace found = FindQueriedCell(table, *query);
+        if (found.row == kNoRow) {
             return 1;
         }
-        const RowNumber row = CRowFilter(table, *query).FindFirst(table, wanted);
-        if (row == kNoRow) {
-            return 1;
-        }
-        const auto cell = static_cast<std::size_t>(table.FindCell(row, wanted) - table.Cells(row).data());
-        tables.SetText(table, row, cell, platform::CDomArgument(query->m_strValue).View());
+        tables.SetText(table, found.row, found.cell, platform::CDomArgument(query->m_strValue).View());
         return 0;
     });
 }

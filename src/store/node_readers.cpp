@@ -51,15 +51,11 @@ void DeliverRow(CXmlQuery& query, const CRowTable& table, std::span<const RowCel
 
 int32_t ReadAttribute(CXmlObject* document, CXmlQuery* query) noexcept {
     return RunOnContainer(document, query, [&](CDocumentTables&, CRowTable& table) {
-        const NameNumber wanted = table.FindName(platform::CDomArgument(query->m_strAttr).View());
-        if (wanted == kNoName) {
+        const CellPlace found = FindQueriedCell(table, *query);
+        if (found.row == kNoRow) {
             return 1;
         }
-        const RowNumber row = CRowFilter(table, *query).FindFirst(table, wanted);
-        if (row == kNoRow) {
-            return 1;
-        }
-        DeliverRow(*query, table, {table.FindCell(row, wanted), 1});
+        DeliverRow(*query, table, table.Cells(found.row).subspan(found.cell, 1));
         return 0;
     });
 }

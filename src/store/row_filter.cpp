@@ -90,3 +90,12 @@ RowNumber CRowFilter::Probe(CRowTable& table, NameNumber wanted) const {
     }
     return row;
 }
+
+CellPlace FindQueriedCell(CRowTable& table, const CXmlQuery& query) {
+    const NameNumber wanted = table.FindName(platform::CDomArgument(query.m_strAttr).View());
+    const RowNumber row = wanted != kNoName ? CRowFilter(table, query).FindFirst(table, wanted) : kNoRow;
+    if (row == kNoRow) {
+        return {};
+    }
+    return {row, static_cast<std::size_t>(table.FindCell(row, wanted) - table.Cells(row).data())};
+}

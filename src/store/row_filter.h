@@ -39,3 +39,13 @@ private:
     std::vector<platform::CDomArgument> m_texts; // of the pairs
     std::vector<RowPair> m_pairs;                // at most m_nCount; kNoName for a name that no row carries
 };
+
+/// The place of a cell in its table.
+struct CellPlace {
+    RowNumber row = kNoRow; // kNoRow: there is no such cell
+    std::size_t cell = 0;   // within the row
+};
+
+/// The attribute that a query means: m_strAttr of the first child that passes the filter and carries it. Throws
+/// DomError when a row without attributes stands before it, std::bad_alloc.
+CellPlace FindQueriedCell(CRowTable& table, const CXmlQuery& query);
