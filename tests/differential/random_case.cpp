@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <iterator>
 #include <limits>
 
 namespace {
@@ -17,6 +18,8 @@ const char* const kTexts[] = {"",  "1",  "2",     "3",        "01",       " 1",
 const char* const kOddTexts[] = {"\x01", "\xEF\xBF\xBE", "\xEF\xBF\xBF", "\x1F\x7F", "\xFF",
                                  "\xC3", "a\xE2\x82z",   "\xED\xA0\x80", "a\x0B"};
 const int32_t kOddCounts[] = {-1, -2, std::numeric_limits<int32_t>::min(), std::numeric_limits<int32_t>::max(), 100};
+
+const std::size_t kLargeRanges[] = {4, 12, 100};
 
 using Pairs = std::vector<std::pair<std::string, std::string>>;
 
@@ -152,8 +155,8 @@ private:
             const std::size_t rows = bManyContainers ? m_choices.Below(4) : 80 + m_choices.Below(100);
             for (std::size_t row = 0; row < rows; ++row) {
                 RefNode item = Element("i");
-                for (int attribute = 0; attribute < 6; ++attribute) {
-                    item.attributes.push_back({"T" + std::to_string(attribute), std::to_string(m_choices.Below(40))});
+                for (std::size_t attribute = 0; attribute < std::size(kLargeRanges); ++attribute) {
+                    item.attributes.push_back({"T" + std::to_string(attribute), LargeText()});
                 }
                 Remember(item);
                 container.children.push_back(std::move(item));
@@ -163,6 +166,9 @@ private:
         document.children.push_back(Element("Last"));
         m_bLarge = true;
     }
+
+    /// Texts that few, some or many rows share.
+    std::string LargeText() { return std::to_string(m_choices.Below(m_choices.Of(kLargeRanges))); }
 
     std::string ElementName() {
         if (!m_containers.empty() && !m_choices.OneIn(6)) {
@@ -176,14 +182,14 @@ private:
 
     std::string AttributeName() {
         if (m_bLarge && !m_choices.OneIn(8)) {
-            return "T" + std::to_string(m_choices.Below(6));
+            return "T" + std::to_string(m_choices.Below(std::size(kLargeRanges)));
         }
         return m_choices.OneIn(20) ? m_choices.Of(kOddNames) : m_choices.Of(kNames);
     }
 
     std::string AnyText() {
         if (m_bLarge && !m_choices.OneIn(4)) {
-            return std::to_string(m_choices.Below(40));
+            return LargeText();
         }
         return m_choices.OneIn(15) ? m_choices.Of(kOddTexts) : Text();
     }
@@ -191,7 +197,7 @@ private:
     /// Pairs of a row that the document had in the beginning, in any order, or any others.
     Pairs SomePairs() {
         Pairs pairs;
-        const std::size_t count = m_choices.Below(5);
+        const std::size_t count = m_choices.Below(m_bLarge ? 3 : 5);
         const bool bFromRow = !m_rows.empty() && !m_choices.OneIn(4);
         const Pairs none;
         const Pairs& row = bFromRow ? m_choices.Of(m_rows) : none;

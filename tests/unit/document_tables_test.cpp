@@ -297,6 +297,16 @@ TEST(Containers, BeyondTheirNumberAreFoundAnew) {
     }
 }
 
+TEST(Containers, BeyondTheirNumberAreForgotten) {
+    CEngineDocument document("<r><L>" + Rows(3) + "</L></r>");
+    Remove("L", "1");
+    ASSERT_EQ(document.Tables().FindContainer("L")->RowCount(), 3u) << "with a gap, as long as it is remembered";
+    for (int number = 0; number < 64; ++number) {
+        ASSERT_EQ(document.Tables().FindContainer("none" + std::to_string(number)), nullptr);
+    }
+    EXPECT_EQ(document.Tables().FindContainer("L")->RowCount(), 2u) << "read anew, without the gap";
+}
+
 TEST(Tables, ThatBecameMostlyGapsAreMadeAnew) {
     CEngineDocument document("<r><L>" + Rows(200) + "</L></r>");
     ASSERT_EQ(Find(document, "L", "5"), "5");
