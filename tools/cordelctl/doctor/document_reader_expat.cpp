@@ -70,7 +70,10 @@ public:
     void Build(const std::string& text) {
         XML_Parser parser = m_pParser.get();
         if (XML_Parse(parser, text.data(), static_cast<int>(text.size()), XML_TRUE) != XML_STATUS_OK) {
-            m_content.error = {XML_ErrorString(XML_GetErrorCode(parser)), Place()};
+            const bool deep = m_content.depth > kDeepestDocument;
+            m_content.error = {deep ? "elements lie more than 1,000 deep within each other"
+                                    : XML_ErrorString(XML_GetErrorCode(parser)),
+                               Place()};
         }
         while (!m_open.empty()) {
             Close();
@@ -113,6 +116,9 @@ private:
         }
         builder.m_open.push_back(std::move(node));
         builder.m_content.depth = std::max(builder.m_content.depth, static_cast<int>(builder.m_open.size()));
+        if (builder.m_content.depth > kDeepestDocument) {
+            XML_StopParser(builder.m_pParser.get(), XML_FALSE);
+        }
     }
 
     static void XMLCALL OnEnd(void* self, const XML_Char*) {
@@ -186,8 +192,5 @@ DocumentContent ReadDocument(const std::filesystem::path& path) {
         text = std::move(*converted);
     }
     CContentBuilder(content).Build(text);
-    if (!content.error && content.depth > kDeepestDocument) {
-        content.error = {"elements lie more than 1,000 deep within each other", {}};
-    }
     return content;
 }

@@ -1,0 +1,97 @@
+// doctor: the form of a document, its encoding and its containers.
+
+#include "doctor_test.h"
+
+using ::testing::HasSubstr;
+
+class DoctorForm : public DoctorTest {};
+
+TEST_F(DoctorForm, SaysWhereADocumentIsNotWellFormed) {
+    const auto findings = FindingsIn("<Cordelbox>\n  <Files>\n  </Jobs>\n</Cordelbox>\n");
+    ExpectIn(findings, "not-well-formed", "error", "");
+    EXPECT_EQ(findings[0]["place"]["line"], 3);
+    EXPECT_GT(findings[0]["place"]["column"], 1);
+}
+
+TEST_F(DoctorForm, AnEmptyFileIsNoDocument) { ExpectIn(FindingsIn(""), "not-well-formed", "error", ""); }
+
+TEST_F(DoctorForm, ADocumentDeeperThanTheLibraryGoesIsAnError) {
+    std::string text;
+    for (int i = 0; i < 1001; ++i) {
+        text = "<E>" + text + "</E>";
+    }
+    ExpectIn(FindingsIn(text), "not-well-formed", "error", "");
+}
+
+TEST_F(DoctorForm, AnotherEncodingIsANote) {
+    const std::string text = "<?xml version='1.0' encoding='iso-8859-1'?><Cordelbox><Jobs/></Cordelbox>";
+    const auto document = Run({"--json", "doctor", UserFile("x.xml", text)}).Json()["documents"][0];
+    EXPECT_EQ(document["encoding"], "ISO-8859-1");
+    ExpectIn(document["findings"], "other-encoding", "note", "");
+}
+
+TEST_F(DoctorForm, Utf16IsRead) {
+    std::string text = "\xFF\xFE";
+    for (const char c : std::string("<Cordelbox><Jobs><Item ID='1'/></Jobs></Cordelbox>")) {
+        text += {c, '\0'};
+    }
+    const auto findings = FindingsIn(text);
+    ExpectIn(findings, "other-encoding", "note", "");
+    ExpectIn(findings, "job-order", "error", "Jobs", "item 1 (ID \"1\")");
+}
+
+TEST_F(DoctorForm, BytesThatAreNotInTheEncodingAreAnError) {
+    ExpectIn(FindingsIn("<?xml version='1.0' encoding='no-such'?><Cordelbox/>"), "not-well-formed", "error", "");
+}
+
+TEST_F(DoctorForm, AMissingContainerIsAWarningInTheMainDocument) {
+    WriteBytes(UserPath(), Document("<Files/>"));
+    ExpectIn(MainFindings()["findings"], "container-missing", "warning", "Storage");
+}
+
+TEST_F(DoctorForm, AMissingContainerIsANoteInAPrinterDocument) {
+    ExpectFinding("<Files/>", "container-missing", "note", "Storage");
+}
+
+TEST_F(DoctorForm, ARepeatedContainerIsAWarning) {
+    ExpectFinding("<Jobs/><Jobs/>", "container-repeated", "warning", "Jobs");
+    ExpectFinding("<Other/><Group><Jobs/></Group><Jobs/>", "container-repeated", "warning", "Jobs");
+    ExpectFinding("<Mine/><Mine/>", "container-repeated", "warning", "Mine");
+}
+
+TEST_F(DoctorForm, ADocumentElementIsNoContainer) {
+    ExpectIn(FindingsIn("<Files/>"), "container-is-document-element", "error", "Files");
+}
+
+TEST_F(DoctorForm, ACommentBeforeAnItemIsAnError) {
+    ExpectFinding("<Mine><!-- x --><Item A='1'/></Mine>", "stray-node", "error", "Mine", "before the first item");
+}
+
+TEST_F(DoctorForm, ACommentBehindTheLastItemIsAWarning) {
+    ExpectFinding("<Mine><Item A='1'/><!-- x --></Mine>", "stray-node", "warning", "Mine", "behind item 1");
+}
+
+TEST_F(DoctorForm, TextACDataSectionAndAnInstructionStopReadsToo) {
+    for (const char* const node : {"text", "<![CDATA[]]>", "<?x y?>"}) {
+        ExpectFinding("<Mine>" + std::string(node) + "<Item A='1'/></Mine>", "stray-node", "error", "Mine",
+                      "before the first item");
+    }
+}
+
+TEST_F(DoctorForm, CommentsBetweenContainersAreFine) {
+    ExpectNoFinding("<!-- x --><Mine> <Item A='1'/> </Mine><!-- y -->", "stray-node");
+}
+
+TEST_F(DoctorForm, AnAttributeThatIsRepeatedButForItsPrefixIsAWarning) {
+    ExpectFinding("<Mine><Item xmlns:p='u' A='1' p:A='2'/></Mine>", "attribute-repeated", "warning", "Mine", "item 1");
+}
+
+TEST_F(DoctorForm, AReplacementCharacterIsAWarning) {
+    ExpectFinding("<Mine><Item A='a\xEF\xBF\xBD'/></Mine>", "replacement-character", "warning", "Mine", "item 1");
+}
+
+TEST_F(DoctorForm, AValueThatNoFieldHoldsIsAWarning) {
+    ExpectFinding("<Mine><Item A='" + std::string(256, 'a') + "'/></Mine>", "value-too-long", "warning", "Mine",
+                  "item 1");
+    ExpectNoFinding("<Mine><Item A='" + std::string(255, 'a') + "'/></Mine>", "value-too-long");
+}
