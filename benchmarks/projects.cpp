@@ -2,6 +2,7 @@
 
 #include "cordelbox.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <iterator>
 #include <string_view>
