@@ -55,8 +55,8 @@ file(MAKE_DIRECTORY ${link})
 file(CREATE_LINK ${from_path_to_tool}/cordelctl ${link}/cordelctl SYMBOLIC)
 install(PROGRAMS ${link}/cordelctl TYPE BIN COMPONENT Tool)
 
-install(FILES tools/cordelctl/cordelctl.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT Tool OPTIONAL)
+install(FILES tools/cordelctl/cordelctl.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT Tool)
 install(FILES tools/cordelctl/completions/cordelctl.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
-    RENAME cordelctl COMPONENT Tool OPTIONAL)
+    RENAME cordelctl COMPONENT Tool)
 install(FILES tools/cordelctl/completions/_cordelctl
-    DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions COMPONENT Tool OPTIONAL)
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions COMPONENT Tool)
