@@ -89,7 +89,7 @@ private:
         }
         const std::string ticked = ValueIn(*m_row.node, "checked");
         if (ticked != "0" && ticked != "1") {
-            Add(Level::Warning, "tick-is-no-tick", "\"checked\" is \"" + ticked + "\".",
+            Add(Level::Warning, "tick-is-no-tick", "The value of checked is \"" + ticked + "\".",
                 "Only exactly 1 means ticked: the file is not sent.", "Set it to 0 or 1.");
         }
     }

@@ -164,8 +164,8 @@ private:
     /// The FileID that it had, unless another file has it or it is no number.
     std::string FileIDFor(const std::string& former) {
         const auto number = IsPlainNumber(former) ? ParseSize(former) : std::nullopt;
-        const bool near = number && *number >= 1 && *number <= m_nLastFileID + 1;
-        if (near && !RowExists("Files", "FileID", former)) {
+        const bool fits = number && *number >= 1 && *number <= m_nLastFileID + 1;
+        if (fits && !RowExists("Files", "FileID", former)) {
             m_nLastFileID = std::max(m_nLastFileID, static_cast<int>(*number));
             return former;
         }

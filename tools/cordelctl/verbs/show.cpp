@@ -56,10 +56,10 @@ ExitCode Show(const Globals& globals, const Options& options) {
             }
         }
     }
-    std::vector<Column> columns;
-    for (const std::string& name : names) {
-        columns.push_back({name.c_str(), name.c_str()});
-    }
+    std::vector<Column> columns(names.size());
+    std::transform(names.begin(), names.end(), columns.begin(), [](const std::string& name) {
+        return Column{name.c_str(), name.c_str()};
+    });
     if (rows.empty()) {
         Say(globals, options.container + " is empty");
     }
