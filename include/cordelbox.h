@@ -335,7 +335,7 @@ extern "C" {
 /// A document whose file is missing, unreadable, malformed, deeper than 1,000 elements or larger than 256 MiB
 /// is not opened. External entities and external document type definitions are never read.
 /// Throws a class derived from std::exception when the DOM's own load call fails (out of memory, say). The
-/// semaphores of the pool and of that document then stay taken: the host can only report and end.
+/// semaphores of the pool and of that document may then stay taken: the host can only report and end.
 CORDELBOX_API CXmlObject* GetXmlObj(PoolOwner* owner, const char* language);
 
 /// Releases one reference of the main and of the strings document opened by the last GetXmlObj. Printer

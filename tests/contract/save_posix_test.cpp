@@ -3,6 +3,8 @@
 #include "host_test.h"
 #include "unprivileged_posix.h"
 
+#include <gmock/gmock.h>
+
 #include <sys/stat.h>
 
 #include <fstream>
@@ -144,4 +146,20 @@ TEST_F(SavePosix, SavedXmlIsIndentedByTwoBlanks) {
     OpenMain("<List><Item ID=\"1\"/></List>");
     DelAllElem("NoSuchContainer");
     EXPECT_NE(UserMainText().find("<Cordelbox>\n  <List>\n    <Item ID=\"1\""), std::string::npos) << UserMainText();
+}
+
+TEST_F(SavePosix, ACarriageReturnInTextBetweenElementsSurvivesEverySave) {
+    OpenMain("<Info><Item Name=\"before\"/></Info><Note>a&#13;b&#13;&#10;c</Note>");
+    WriteAttr("Info", "Name", "after");
+    EXPECT_THAT(UserMainText(), ::testing::HasSubstr("<Note>a&#13;b&#13;\nc</Note>"));
+}
+
+TEST_F(SavePosix, LineEndsOfADocumentTypeDeclarationAreLineFeedsInWhatIsSaved) {
+    const std::string document = "<!DOCTYPE Cordelbox [\r\n<!ENTITY e \"x\">\r]>\r\n<Cordelbox><Info><Item "
+                                 "Name=\"&e;\"/></Info></Cordelbox>";
+    InstallMain(document);
+    CopyMainForUser(document);
+    Open();
+    WriteAttr("Info", "Name", "after");
+    EXPECT_THAT(UserMainText(), ::testing::HasSubstr("<!DOCTYPE Cordelbox [\n<!ENTITY e \"x\">\n]>\n"));
 }

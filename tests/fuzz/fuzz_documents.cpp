@@ -12,7 +12,6 @@
 #include "store/module_state.h"
 #include "store/xml_object.h"
 
-#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <filesystem>
@@ -76,16 +75,6 @@ bool CurrentTree(RefNode& tree) {
     return false;
 }
 
-/// A carriage return in text, which the library never reads, is saved as it stands and loads as a line end.
-void TakeReturnsForLineEnds(RefNode& node) {
-    if (node.kind == RefNode::Kind::Text) {
-        std::replace(node.text.begin(), node.text.end(), '\r', '\n');
-    }
-    for (RefNode& child : node.children) {
-        TakeReturnsForLineEnds(child);
-    }
-}
-
 /// What the current document holds is what it holds when it was saved and opened anew.
 template <class Reopen>
 void CheckReopened(Reopen reopen) {
@@ -97,7 +86,6 @@ void CheckReopened(Reopen reopen) {
     Require((State().currentDocument != nullptr) == bWasOpen, "a document that was saved does not open again");
     if (bHasTree) {
         JoinTexts(before);
-        TakeReturnsForLineEnds(before);
         RefNode after;
         Require(CurrentTree(after), "an element is gone");
         Require(WriteXml(before) == WriteXml(after),

@@ -75,7 +75,7 @@ public:
     explicit CTextWriter(std::size_t expected) { m_strText.reserve(expected); }
     void write(const void* data, std::size_t size) override {
         try {
-            m_strText.append(static_cast<const char*>(data), size);
+            Append({static_cast<const char*>(data), size});
         } catch (const std::bad_alloc&) {
             m_bWhole = false;
         }
@@ -84,6 +84,16 @@ public:
     const std::string& Text() const noexcept { return m_strText; }
 
 private:
+    /// A carriage return as it stands would be read back as a line end. pugixml writes it so in one place only, text
+    /// between elements, where a character reference may stand for it.
+    void Append(std::string_view text) {
+        for (std::size_t found = 0; (found = text.find('\r')) != std::string_view::npos;
+             text.remove_prefix(found + 1)) {
+            m_strText.append(text, 0, found).append("&#13;");
+        }
+        m_strText += text;
+    }
+
     std::string m_strText;
     bool m_bWhole = true;
 };

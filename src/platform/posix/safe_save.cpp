@@ -96,8 +96,8 @@ CFile OpenTemporary(const std::string& path, int& error) noexcept {
 
 bool FillTemporary(int file, std::string_view contents, const struct stat& original) noexcept {
     // Ownership first: changing it may clear permission bits. Without the right to change it the file is the user's
-    // own.
-    if (fchown(file, original.st_uid, original.st_gid) != 0 && errno == EIO) {
+    // own; a shortage is a failure like any other.
+    if (fchown(file, original.st_uid, original.st_gid) != 0 && (errno == EIO || errno == ENOSPC || errno == EDQUOT)) {
         return false;
     }
     return ftruncate(file, 0) == 0 && WriteAll(file, contents) && fchmod(file, original.st_mode & 07777) == 0 &&

@@ -21,6 +21,19 @@ bool IsWhiteSpace(std::string_view text) noexcept {
     return text.find_first_not_of(" \t\r\n") == std::string_view::npos;
 }
 
+/// Makes every line end a line feed, as Expat does in what it passes on.
+void NormalizeLineEnds(std::string& text) noexcept {
+    std::size_t end = 0;
+    for (std::size_t position = 0; position < text.size(); ++position) {
+        const bool bReturn = text[position] == '\r';
+        if (bReturn && position + 1 < text.size() && text[position + 1] == '\n') {
+            continue;
+        }
+        text[end++] = bReturn ? '\n' : text[position];
+    }
+    text.resize(end);
+}
+
 /// Takes Expat's events. An exception must not pass through Expat: a handler that cannot go on notes why and stops
 /// the parser.
 class CTreeBuilder {
@@ -152,7 +165,7 @@ private:
         });
     }
 
-    /// Keeps the declaration as it stands in the source; `end` is the position of its ">".
+    /// Keeps the declaration as it stands in the source, but for its line ends; `end` is the position of its ">".
     void AppendDoctype(std::size_t end) {
         constexpr std::string_view kOpening = "<!DOCTYPE";
         std::string text(end - m_nPrologEnd, '\0');
@@ -160,7 +173,8 @@ private:
             Stop();
             return;
         }
-        const std::size_t content = text.find_first_not_of(" \t\r\n", text.find(kOpening) + kOpening.size());
+        NormalizeLineEnds(text);
+        const std::size_t content = text.find_first_not_of(" \t\n", text.find(kOpening) + kOpening.size());
         Require(Append(pugi::node_doctype).set_value(text.c_str() + content));
     }
 
