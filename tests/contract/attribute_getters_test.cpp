@@ -221,10 +221,18 @@ TEST_F(AttributeGetters, EachOfTwoAttributesOfOneBaseNameCanPassTheFilter) {
 }
 
 TEST_F(AttributeGetters, NamespaceDeclarationsAreAttributes) {
-    OpenWith("<Files><Item xmlns:x=\"urn:x\" xmlns=\"urn:d\" Path=\"a\"/></Files>");
+    OpenWith("<Files><Item xmlns:x=\"urn:x\" Path=\"a\"/></Files>");
     EXPECT_EQ(GetAttrValue("Files", "x"), "urn:x");
-    EXPECT_EQ(GetAttrValue("Files", "xmlns"), "urn:d");
     EXPECT_EQ(GetAttrValue1("Files", "x", "urn:x", "Path"), "a");
+}
+
+TEST_F(AttributeGetters, ADeclarationOfTheDefaultNamespaceIsAnAttribute) {
+    if (HasDomOfWine()) {
+        GTEST_SKIP() << "Wine's DOM counts that attribute and cannot hand it out";
+    }
+    OpenWith("<Files><Item xmlns=\"urn:d\" Path=\"a\"/></Files>");
+    EXPECT_EQ(GetAttrValue("Files", "xmlns"), "urn:d");
+    EXPECT_EQ(GetAttrValue1("Files", "xmlns", "urn:d", "Path"), "a");
 }
 
 TEST_F(AttributeGetters, ATagNameIsComparedWithItsPrefix) {
@@ -261,7 +269,9 @@ TEST_F(AttributeGetters, FilterValuesMayHoldAnything) {
 }
 
 TEST_F(AttributeGetters, NamesMayHaveAnyLength) {
-    for (const std::size_t nLength : {255u, 256u, 259u, 260u, 261u, 100000u}) {
+    const std::size_t nLongest = HasDomOfWine() ? 50000 : 100000; // Wine's DOM has a limit
+    for (const std::size_t nLength :
+         {std::size_t{255}, std::size_t{256}, std::size_t{259}, std::size_t{260}, std::size_t{261}, nLongest}) {
         const std::string name(nLength, 'n');
         const std::string value(nLength, 'v');
         OpenWith("<" + name + "><Item Key=\"" + value + "\" " + name + "=\"found\"/></" + name + ">");

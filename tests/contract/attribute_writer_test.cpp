@@ -86,6 +86,9 @@ TEST_F(AttributeWriter, ACommentBehindTheChildDoesNotMatter) {
 }
 
 TEST_F(AttributeWriter, AnAttributeByDefaultOfTheDocumentCanBeOverwritten) {
+    if (HasDomOfWine()) {
+        GTEST_SKIP() << "Wine's DOM knows no defaults of attributes";
+    }
     CopyMainForUser("<!DOCTYPE Cordelbox [<!ATTLIST Item Value CDATA \"default\">]>"
                     "<Cordelbox><List><Item/></List></Cordelbox>");
     Open();

@@ -31,6 +31,8 @@ inline void PrintTo(const AnsiString& text, std::ostream* stream) { *stream << '
 std::filesystem::path InstallFolder();
 /// Sends the library to a per-user root that is the tests' own, where the target allows it, and returns the root.
 std::filesystem::path PreparePerUserRoot();
+/// Whether the library's DOM is that of Wine, which lacks a few things that every other DOM has.
+bool HasDomOfWine();
 SemaphoreHandle NewHostSemaphore();
 void DeleteHostSemaphore(SemaphoreHandle semaphore);
 void TakeHostSemaphore(SemaphoreHandle semaphore);

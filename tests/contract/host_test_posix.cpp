@@ -22,6 +22,8 @@ fs::path PreparePerUserRoot() {
     return root;
 }
 
+bool HasDomOfWine() { return false; }
+
 SemaphoreHandle NewHostSemaphore() {
     sem_t* const semaphore = new sem_t;
     if (::sem_init(semaphore, 0, 1) != 0) {

@@ -26,6 +26,8 @@ fs::path PreparePerUserRoot() {
     return path.data();
 }
 
+bool HasDomOfWine() { return ::GetProcAddress(::GetModuleHandleA("ntdll.dll"), "wine_get_version") != nullptr; }
+
 SemaphoreHandle NewHostSemaphore() {
     const SemaphoreHandle semaphore = ::CreateSemaphoreA(nullptr, 1, 1, nullptr);
     if (semaphore == nullptr) {

@@ -83,7 +83,15 @@ const RefusedFile kRefusedFiles[] = {
 
 } // namespace
 
-class RefusedFiles : public HostTest, public ::testing::WithParamInterface<RefusedFile> {};
+class RefusedFiles : public HostTest, public ::testing::WithParamInterface<RefusedFile> {
+protected:
+    void SetUp() override {
+        HostTest::SetUp();
+        if (HasDomOfWine() && GetParam().name == std::string("ZeroBytesAfterTheDocument")) {
+            GTEST_SKIP() << "Wine's DOM reads up to the first zero byte";
+        }
+    }
+};
 
 TEST_P(RefusedFiles, AreNotOpenedAsMainOrStringsDocument) {
     InstallMain(GetParam().bytes);

@@ -152,6 +152,9 @@ TEST_F(Load, EntitiesOfTheDocumentsOwnDefinitionAreResolved) {
 }
 
 TEST_F(Load, DefaultsOfTheDocumentsOwnDefinitionAreAttributes) {
+    if (HasDomOfWine()) {
+        GTEST_SKIP() << "Wine's DOM knows no defaults of attributes";
+    }
     OpenText("<!DOCTYPE Cordelbox [<!ATTLIST Item Name CDATA \"by default\">]>"
              "<Cordelbox><Info><Item/></Info></Cordelbox>");
     EXPECT_EQ(CurrentName(), "by default");

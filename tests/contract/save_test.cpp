@@ -248,6 +248,14 @@ TEST_F(Save, TheDocumentTypeDeclarationSurvives) {
     }
     Reopen();
     EXPECT_EQ(GetAttrValue("Info", "Name"), "second floor");
+}
+
+TEST_F(Save, TheDefaultsOfTheDocumentTypeDeclarationSurvive) {
+    if (HasDomOfWine()) {
+        GTEST_SKIP() << "Wine's DOM knows no defaults of attributes";
+    }
+    Resaved("<!DOCTYPE Cordelbox [<!ATTLIST Item Kind CDATA \"plain\">]><Cordelbox><Info><Item/></Info></Cordelbox>");
+    Reopen();
     EXPECT_EQ(GetAttrValue("Info", "Kind"), "plain");
 }
 

@@ -5,6 +5,8 @@
 #include <array>
 #include <random>
 #include <stdexcept>
+#include <string>
+#include <system_error>
 
 namespace fs = std::filesystem;
 
@@ -23,13 +25,14 @@ public:
         startup.cb = sizeof startup;
         startup.dwFlags = STARTF_USESTDHANDLES;
         startup.hStdOutput = hOutput;
-        std::wstring program = (InstallFolder() / "endless_saver.exe").wstring();
+        const std::wstring program = (InstallFolder() / "endless_saver.exe").wstring();
         PROCESS_INFORMATION process{};
-        const BOOL started =
-            ::CreateProcessW(program.c_str(), nullptr, nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup, &process);
+        const bool started = ::CreateProcessW(program.c_str(), nullptr, nullptr, nullptr, TRUE, 0, nullptr, nullptr,
+                                              &startup, &process) != FALSE;
+        const DWORD error = ::GetLastError();
         ::CloseHandle(hOutput);
-        if (started == FALSE) {
-            throw std::runtime_error("no process");
+        if (!started) {
+            throw std::system_error(static_cast<int>(error), std::system_category(), "no process");
         }
         ::CloseHandle(process.hThread);
         m_hProcess = process.hProcess;

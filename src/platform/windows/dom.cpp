@@ -187,6 +187,35 @@ void DeclareUtf8(IXMLDOMDocument* document) {
           "the DOM cannot replace the XML declaration");
 }
 
+/// Whether a document that was loaded keeps to the limits. It is ready for use then.
+bool IsUsable(IXMLDOMDocument* document) {
+    try {
+        const CComPointer<IXMLDOMElement> documentElement = DocumentElement(document);
+        if (!documentElement || IsTooDeep(documentElement.Get())) {
+            return false;
+        }
+        DeclareUtf8(document);
+        return true;
+    } catch (const DomError&) {
+        return false; // only a failure of the load call itself passes to the host
+    }
+}
+
+bool LoadFile(IXMLDOMDocument* document, const char* path) {
+    const std::wstring widePath = platform::ToWideText(path);
+    if (!IsOfLoadableSize(widePath)) {
+        return false;
+    }
+    const DomText argument(widePath);
+    VARIANT_BOOL isLoaded = VARIANT_FALSE;
+    const HRESULT result = document->load(argument.AsVariant(), &isLoaded);
+    Check(result, "the DOM cannot load a document");
+    if (result != S_OK || isLoaded == VARIANT_FALSE) {
+        return false;
+    }
+    return IsUsable(document);
+}
+
 } // namespace
 
 struct DomDocument::Native {
@@ -218,24 +247,11 @@ std::unique_ptr<DomDocument> DomDocument::Create() noexcept {
 }
 
 bool DomDocument::Load(const char* path) {
-    const std::wstring widePath = platform::ToWideText(path);
-    if (!IsOfLoadableSize(widePath)) {
-        return false;
+    try {
+        return LoadFile(m_pNative->document.Get(), path);
+    } catch (const std::bad_alloc&) {
+        throw DomError("out of memory while loading a document");
     }
-    const DomText argument(widePath);
-    IXMLDOMDocument* const document = m_pNative->document.Get();
-    VARIANT_BOOL isLoaded = VARIANT_FALSE;
-    const HRESULT result = document->load(argument.AsVariant(), &isLoaded);
-    Check(result, "the DOM cannot load a document");
-    if (result != S_OK || isLoaded == VARIANT_FALSE) {
-        return false;
-    }
-    const CComPointer<IXMLDOMElement> documentElement = DocumentElement(document);
-    if (!documentElement || IsTooDeep(documentElement.Get())) {
-        return false;
-    }
-    DeclareUtf8(document);
-    return true;
 }
 
 void DomDocument::Save(const char* path) {
