@@ -50,7 +50,8 @@ void AddVerbs(CLI::App& app, Host& host) {
 ExitCode Run(int argc, char** argv) {
     Host host;
     CLI::App app("Works on the documents of Cordelbox: storage, partitions, files and jobs of printers.", "cordelctl");
-    app.fallthrough(); // the options of the program may stand anywhere
+    app.fallthrough();                      // the options of the program may stand anywhere
+    app.allow_windows_style_options(false); // a path may begin with a slash on every system
     app.footer(kExitStatuses);
     AddGlobalOptions(app, host.globals);
     AddVerbs(app, host);

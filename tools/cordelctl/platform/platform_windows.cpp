@@ -1,9 +1,11 @@
-// The system as Windows has it. The message box is the system's own.
+// The system as Windows has it. The message box is the system's own, and answered as soon as it opens: at a command
+// line nobody waits for it, and its text belongs on standard error.
 
 #include "platform.h"
 
 #include <shlobj.h>
 
+#include <cstdio>
 #include <system_error>
 
 namespace platform {
@@ -25,6 +27,39 @@ std::string Narrow(UINT codePage, const std::wstring& wide) {
     WideCharToMultiByte(codePage, 0, wide.data(), size, text.data(), static_cast<int>(text.size()), nullptr, nullptr);
     return text;
 }
+
+std::string TextOfWindow(HWND window) {
+    std::string text(static_cast<std::size_t>(GetWindowTextLengthA(window)) + 1, '\0');
+    text.resize(static_cast<std::size_t>(GetWindowTextA(window, text.data(), static_cast<int>(text.size()))));
+    return text;
+}
+
+/// Prints a message box of this thread when it becomes the active window for the first time, and presses its button.
+LRESULT CALLBACK AnswerMessageBox(int code, WPARAM window, LPARAM facts) {
+    constexpr int kTextItem = 0xFFFF;
+    static HWND answered = nullptr;
+    const auto box = reinterpret_cast<HWND>(window);
+    if (code == HCBT_ACTIVATE && box != answered && GetDlgItem(box, kTextItem) != nullptr) {
+        answered = box;
+        std::fprintf(stderr, "%s: %s\n", TextOfWindow(box).c_str(), TextOfWindow(GetDlgItem(box, kTextItem)).c_str());
+        PostMessageA(box, WM_COMMAND, IDOK, 0);
+    }
+    return CallNextHookEx(nullptr, code, window, facts);
+}
+
+/// Watches this thread for message boxes as long as the program runs.
+class CMessageBoxHook {
+public:
+    CMessageBoxHook() : m_hHook(SetWindowsHookExA(WH_CBT, &AnswerMessageBox, nullptr, GetCurrentThreadId())) {}
+    ~CMessageBoxHook() { UnhookWindowsHookEx(m_hHook); }
+    CMessageBoxHook(const CMessageBoxHook&) = delete;
+    CMessageBoxHook& operator=(const CMessageBoxHook&) = delete;
+
+private:
+    const HHOOK m_hHook;
+};
+
+const CMessageBoxHook messageBoxHook;
 
 } // namespace
 
