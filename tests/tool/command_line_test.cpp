@@ -69,7 +69,7 @@ TEST_F(CommandLine, AMalformedPerUserCopyIsReportedWithTheWayBack) {
     const ToolRun run = Run({"get", "Project", "Name"});
     EXPECT_EQ(run.status, kNoDocument);
     EXPECT_THAT(run.errors, HasSubstr(UserPath().string()));
-    EXPECT_THAT(run.errors, HasSubstr("cordelctl init --force"));
+    EXPECT_THAT(run.errors, HasSubstr("cordelctl restore"));
 }
 
 TEST_F(CommandLine, AMissingMainDocumentDoesNotMatterForAPrinter) {

@@ -35,7 +35,8 @@ constexpr std::size_t kLongestPerUserPath = 248;
                        "put it there, or name another with --printer or --language");
     }
     throw CFailure(ExitCode::NoDocument, place.title + " cannot be read as XML: " + path,
-                   &file == &place.perUser ? "mend it, or put the installed one in its place: cordelctl init --force"
+                   &file == &place.perUser ? "see what is wrong with it: cordelctl doctor; to put the installed one in "
+                                             "its place and keep it beside: cordelctl restore"
                                            : "mend it, or install it again");
 }
 
