@@ -88,8 +88,8 @@ public:
     }
 
     /// Converts all of `text`; false when some of it is not in the encoding, or the result is too large.
-    bool Convert(std::string text, std::string& converted) {
-        char* input = text.data();
+    bool Convert(std::string_view text, std::string& converted) {
+        char* input = const_cast<char*>(text.data()); // which iconv only reads
         std::size_t left = text.size();
         char buffer[16384];
         while (left > 0) {
@@ -140,7 +140,7 @@ bool CDocumentSource::Convert(const char* encoding) {
     CConverter converter(encoding);
     std::string text(m_nSize, '\0');
     if (!converter.IsOpen() || !ReadAt(m_nFile, 0, text.data(), text.size()) ||
-        !converter.Convert(std::move(text), m_strConverted)) {
+        !converter.Convert(text, m_strConverted)) {
         return false;
     }
     m_bConverted = true;
