@@ -5,6 +5,7 @@
 #include "platform/terminal.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <iostream>
@@ -39,7 +40,7 @@ const char* CodeOf(Colour colour) {
 }
 
 std::string Bar(double share) {
-    const auto filled = static_cast<std::size_t>(share * static_cast<double>(kBarWidth) + 0.5);
+    const auto filled = static_cast<std::size_t>(std::lround(share * static_cast<double>(kBarWidth)));
     return "[" + std::string(filled, '#') + std::string(kBarWidth - filled, '-') + "]";
 }
 
