@@ -129,3 +129,8 @@ TEST_F(ProjectFilter, ReadingSavesNothing) {
     std::array<char, 64> buffer{};
     EXPECT_FALSE(Saves([&] { GetFilter("Filters", buffer.data(), buffer.size()); }));
 }
+
+TEST_F(ProjectFilter, ANullBufferIsIgnored) {
+    OpenMain("", kFilters);
+    EXPECT_EQ(GetFilter("Filters", nullptr, 64), 1u);
+}
