@@ -27,7 +27,7 @@ Tables ReadTables(std::string_view bytes) {
         throw std::out_of_range("no font");
     }
     Tables tables;
-    for (std::uint32_t i = 0, count = BigEndian16(bytes, start + 4); i < count; ++i) {
+    for (std::size_t i = 0, count = BigEndian16(bytes, start + 4); i < count; ++i) {
         const std::string_view entry = Part(bytes, start + 12 + i * 16, 16);
         const std::size_t offset = BigEndian32(entry, 8);
         const std::size_t length = BigEndian32(entry, 12);
@@ -98,7 +98,7 @@ bool NamesGlyphs(std::string_view table) {
     if (version != 0x20000) {
         return version == 0x10000;
     }
-    for (std::uint32_t i = 0, count = BigEndian16(table, kHeaderSize); i < count; ++i) {
+    for (std::size_t i = 0, count = BigEndian16(table, kHeaderSize); i < count; ++i) {
         const std::uint32_t name = BigEndian16(table, kHeaderSize + 2 + i * 2);
         if (name >= kFirstCharacter && name < kStandardNames) {
             return true;

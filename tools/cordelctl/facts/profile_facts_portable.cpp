@@ -38,7 +38,7 @@ Tags ReadTags(std::string_view bytes) {
         throw std::out_of_range("too many tags");
     }
     Tags tags;
-    for (std::uint32_t i = 0; i < count; ++i) {
+    for (std::size_t i = 0; i < count; ++i) {
         const std::string_view entry = Part(bytes, kHeaderSize + 4 + i * 12, 12);
         const std::size_t offset = BigEndian32(entry, 4);
         const std::size_t length = BigEndian32(entry, 8);
