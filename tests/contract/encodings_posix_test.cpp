@@ -167,6 +167,13 @@ TEST_F(Utf8CodePage, IllFormedBytesFindWhatTheyWereStoredAs) {
     EXPECT_EQ(GetAttrValue1("Info", "Name", "a\xFF", "Name"), "a\xEF\xBF\xBD");
 }
 
+TEST_F(Utf8CodePage, APathOfIllFormedBytesIsInConflictWithWhatItWasStoredAs) {
+    OpenPrinterWith("printer.xml", "<Files><Item LocalPath=\"\"/></Files>");
+    WriteAttr("Files", "LocalPath", "c:\xFF\xC3");
+    EXPECT_EQ(IsPathConflict("C:\xFF\xC3"), 1u);
+    EXPECT_EQ(IsPathConflict("C:\xFF"), 0u);
+}
+
 TEST_F(Utf8CodePage, AMissOfTheFilteredGetterReturnsTheCallersIllFormedBytes) {
     EXPECT_EQ(GetAttrValue1("Info", "Name", "a\xFF\xC3", "Name"), "a\xFF\xC3");
     EXPECT_EQ(GetXMLString1("Info", "Name", "a\xFF\xC3", "Name"), "a\xFF\xC3");
