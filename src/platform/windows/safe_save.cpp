@@ -110,18 +110,19 @@ private:
     bool m_bRenamed = false;
 };
 
-bool Write(HANDLE file, std::string_view contents) noexcept {
+/// Returns what could not be written.
+std::string_view Write(HANDLE file, std::string_view contents) noexcept {
     constexpr std::size_t kMost = std::numeric_limits<int>::max();
     while (!contents.empty()) {
         DWORD written = 0;
         if (::WriteFile(file, contents.data(), static_cast<DWORD>(std::min(contents.size(), kMost)), &written,
                         nullptr) == FALSE ||
             written == 0) {
-            return false;
+            break;
         }
         contents.remove_prefix(written);
     }
-    return true;
+    return contents;
 }
 
 /// The access rights of a file as the system stores them; empty when they cannot be had.
@@ -163,12 +164,16 @@ bool WriteInPlace(const std::wstring& path, std::string_view contents) noexcept 
     }
     LARGE_INTEGER newLength;
     newLength.QuadPart = static_cast<LONGLONG>(contents.size());
-    if (newLength.QuadPart > oldLength.QuadPart && !SetLength(file.Get(), newLength)) {
-        SetLength(file.Get(), oldLength);
+    const bool bReserved = newLength.QuadPart <= oldLength.QuadPart || SetLength(file.Get(), newLength);
+    std::string_view rest = contents;
+    if (bReserved && ::SetFilePointerEx(file.Get(), LARGE_INTEGER{}, nullptr, FILE_BEGIN) != FALSE) {
+        rest = Write(file.Get(), contents);
+    }
+    if (rest.size() == contents.size()) {
+        SetLength(file.Get(), oldLength); // nothing has changed but the length
         return false;
     }
-    return ::SetFilePointerEx(file.Get(), LARGE_INTEGER{}, nullptr, FILE_BEGIN) != FALSE &&
-           Write(file.Get(), contents) && SetLength(file.Get(), newLength) && ::FlushFileBuffers(file.Get()) != FALSE;
+    return rest.empty() && SetLength(file.Get(), newLength) && ::FlushFileBuffers(file.Get()) != FALSE;
 }
 
 bool Replace(const std::wstring& path, std::string_view contents) {
@@ -182,7 +187,7 @@ bool Replace(const std::wstring& path, std::string_view contents) {
             error == ERROR_ACCESS_DENIED || error == ERROR_PATH_NOT_FOUND || error == ERROR_FILENAME_EXCED_RANGE;
         return takesNoFile && WriteInPlace(target, contents);
     }
-    if (!Write(temporary.Handle(), contents)) {
+    if (!Write(temporary.Handle(), contents).empty()) {
         return false;
     }
     CopyAttributes(target, temporary.Path());
