@@ -1,0 +1,247 @@
+// Every call of a save to the system fails in turn, in every way. Whatever fails, the copy is the old document or the
+// new one, and says so by the save's status; nothing lies beside it; and the next save works.
+
+#include "save_fault_test.h"
+
+#include <cstdio>
+#include <map>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+const DWORD kErrors[] = {ERROR_DISK_FULL,         ERROR_WRITE_FAULT,       ERROR_ACCESS_DENIED,
+                         ERROR_SHARING_VIOLATION, ERROR_NOT_ENOUGH_MEMORY, ERROR_TOO_MANY_OPEN_FILES,
+                         ERROR_INVALID_HANDLE,    ERROR_NETNAME_DELETED};
+
+bool IsForAttributes(const SystemCall& call) { return call.name.ends_with("FileAttributesW"); }
+
+bool IsForRights(const SystemCall& call) { return call.name.ends_with("FileSecurityW"); }
+
+std::string Describe(const SystemCall& call) { return call.name + " of " + fs::path(call.path).string(); }
+
+} // namespace
+
+class SaveCalls : public SaveFaultTest {
+protected:
+    /// A save of which one call fails, and what is wrong then with the copy and the next save. Attributes and rights
+    /// that cannot be asked or set are those of a new file. Returns the call.
+    SystemCall FailOne(std::size_t failing, DWORD error, DWORD nAtMost = Fate().nAtMost) {
+        SystemCall failed;
+        const int32_t status = SaveWatched([&](std::size_t number, const SystemCall& call) {
+            if (number == failing) {
+                failed = call;
+            }
+            return Fate{number == failing ? error : 0, false, nAtMost};
+        });
+        SCOPED_TRACE(Describe(failed) + ": " + std::to_string(error));
+        ExpectWholeAfter(status, !IsForAttributes(failed), !IsForRights(failed));
+        return failed;
+    }
+};
+
+TEST_F(SaveCalls, AreTheOnesThatTheseTestsKnow) {
+    WriteFile(LeftoverPath(), "half a document");
+    std::map<std::string, int> counts;
+    for (const SystemCall& call : CallsOfASave()) {
+        ++counts[call.name];
+    }
+    for (const char* const name : {"CreateFileA", "GetFileType", "GetFileInformationByHandle", "CloseHandle",
+                                   "CreateFileW", "GetFinalPathNameByHandleW", "FindFirstFileW", "FindNextFileW",
+                                   "FindClose", "WriteFile", "GetFileAttributesW", "SetFileAttributesW",
+                                   "GetFileSecurityW", "SetFileSecurityW", "FlushFileBuffers", "MoveFileExW"}) {
+        EXPECT_GE(counts[name], 1) << name;
+    }
+    EXPECT_EQ(counts["WriteFile"], 1) << "the whole document at once";
+    EXPECT_EQ(counts["MoveFileExW"], 1);
+    EXPECT_EQ(counts["DeleteFileW"], 0);
+}
+
+TEST_F(SaveCalls, FailingOneByOneLeaveAWholeDocumentAndNothingBesideIt) {
+    int failures = 0;
+    for (const DWORD nAtMost : {Fate().nAtMost, static_cast<DWORD>(m_strNew.size() / 4)}) {
+        const std::size_t count = CallsOfASave(nAtMost).size();
+        for (const DWORD error : kErrors) {
+            for (std::size_t failing = 0; failing < count; ++failing) {
+                RestoreCopy();
+                const std::string failed = Describe(FailOne(failing, error, nAtMost));
+                EXPECT_EQ(Names(), kCopyAlone) << failed;
+                ExpectNextSaveToWork();
+                ++failures;
+                ASSERT_FALSE(HasFailure()) << failed;
+            }
+        }
+    }
+    std::printf("%d calls failed, one by one\n", failures);
+}
+
+TEST_F(SaveCalls, FailingOneByOneLeaveNoMoreThanTheFileOfAKilledProcess) {
+    WriteFile(LeftoverPath(), "half a document");
+    const std::size_t count = CallsOfASave().size();
+    int failures = 0;
+    int leftovers = 0;
+    for (const DWORD error : kErrors) {
+        for (std::size_t failing = 0; failing < count; ++failing) {
+            RestoreCopy();
+            WriteFile(LeftoverPath(), "half a document");
+            const std::string failed = Describe(FailOne(failing, error));
+            std::set<std::wstring> names = Names();
+            leftovers += static_cast<int>(names.erase(LeftoverPath().filename().wstring()));
+            EXPECT_EQ(names, kCopyAlone) << failed;
+            ExpectNextSaveToWork();
+            ++failures;
+            ASSERT_FALSE(HasFailure()) << failed;
+        }
+    }
+    // Where the save ends before it, or the folder cannot be searched, or the file not be opened.
+    constexpr int kCallsThatKeepIt = 5;
+    EXPECT_LE(leftovers, kCallsThatKeepIt * static_cast<int>(std::size(kErrors)));
+    std::printf("%d calls failed, one by one, beside the file of a killed process\n", failures);
+}
+
+TEST_F(SaveCalls, FailingFromOneOnLeaveAWholeDocument) {
+    // A disk that died: the temporary file cannot even be removed. The next save does it.
+    const std::size_t count = CallsOfASave().size();
+    int failures = 0;
+    for (const DWORD error : kErrors) {
+        for (std::size_t failing = 0; failing < count; ++failing) {
+            RestoreCopy();
+            std::string failed;
+            const int32_t status = SaveWatched([&](std::size_t number, const SystemCall& call) {
+                if (number == failing) {
+                    failed = Describe(call);
+                }
+                // No save makes this many calls: one that does would go on for ever.
+                return number > 10 * count ? Fate{0, true} : Fate{number >= failing ? error : 0};
+            });
+            SCOPED_TRACE(failed + " and all that follow: " + std::to_string(error));
+            ExpectWholeAfter(status);
+            ExpectNextSaveToWork();
+            ++failures;
+            ASSERT_FALSE(HasFailure());
+        }
+    }
+    std::printf("%d points from which on every call failed\n", failures);
+}
+
+TEST_F(SaveCalls, FailingTwiceLeaveAWholeDocument) {
+    const std::size_t count = CallsOfASave().size() + 2;
+    int failures = 0;
+    for (std::size_t first = 0; first < count; ++first) {
+        for (std::size_t second = first + 1; second < count; ++second) {
+            RestoreCopy();
+            bool bAttributesKept = true;
+            bool bRightsKept = true;
+            const int32_t status = SaveWatched([&](std::size_t number, const SystemCall& call) {
+                const bool bFails = number == first || number == second;
+                bAttributesKept = bAttributesKept && !(bFails && IsForAttributes(call));
+                bRightsKept = bRightsKept && !(bFails && IsForRights(call));
+                return Fate{bFails ? DWORD{ERROR_WRITE_FAULT} : 0};
+            });
+            SCOPED_TRACE(std::to_string(first) + " and " + std::to_string(second));
+            ExpectWholeAfter(status, bAttributesKept, bRightsKept);
+            ExpectNextSaveToWork();
+            ++failures;
+            ASSERT_FALSE(HasFailure());
+        }
+    }
+    std::printf("%d pairs of calls failed\n", failures);
+}
+
+TEST_F(SaveCalls, BeforeWhichTheProcessIsKilledLeaveAWholeDocument) {
+    const std::vector<SystemCall> calls = CallsOfASave();
+    bool bReplaced = false;
+    int leftovers = 0;
+    for (std::size_t killed = 0; killed < calls.size(); ++killed) {
+        RestoreCopy();
+        EXPECT_EXIT(SaveWatched([&](std::size_t number, const SystemCall&) {
+                        return Fate{0, number == killed};
+                    }),
+                    ::testing::ExitedWithCode(kKilled), "");
+        SCOPED_TRACE("before " + Describe(calls[killed]));
+        ExpectWholeAfter(bReplaced ? 0 : 1);
+        leftovers += Names() != kCopyAlone ? 1 : 0;
+        ExpectNextSaveToWork();
+        bReplaced = bReplaced || calls[killed].name == "MoveFileExW";
+    }
+    std::printf("%d times killed, once before each call; %d temporary files left\n", static_cast<int>(calls.size()),
+                leftovers);
+}
+
+TEST_F(SaveCalls, ThatRenameAreTriedAgainWhileAnotherProgramHoldsTheFile) {
+    for (const DWORD error : {ERROR_ACCESS_DENIED, ERROR_SHARING_VIOLATION}) {
+        RestoreCopy();
+        int attempts = 0;
+        const int32_t status = SaveWatched([&](std::size_t, const SystemCall& call) {
+            const bool bFails = call.name == "MoveFileExW" && ++attempts <= 5;
+            return Fate{bFails ? error : 0};
+        });
+        EXPECT_EQ(attempts, 6);
+        EXPECT_EQ(status, 0);
+        ExpectWholeAfter(status);
+    }
+}
+
+TEST_F(SaveCalls, ThatRenameAreGivenUpInTheEnd) {
+    for (const DWORD error : {ERROR_ACCESS_DENIED, ERROR_SHARING_VIOLATION, ERROR_DISK_FULL}) {
+        int attempts = 0;
+        const int32_t status = SaveWatched([&](std::size_t, const SystemCall& call) {
+            const bool bFails = call.name == "MoveFileExW";
+            attempts += bFails ? 1 : 0;
+            return Fate{bFails ? error : 0};
+        });
+        EXPECT_EQ(attempts, error == ERROR_DISK_FULL ? 1 : 20) << error;
+        EXPECT_EQ(status, 1);
+        ExpectWholeAfter(status);
+        EXPECT_EQ(Names(), kCopyAlone);
+    }
+}
+
+TEST_F(SaveCalls, ThatWriteByteByByteWriteTheWholeDocument) {
+    EXPECT_EQ(SaveWatched([](std::size_t, const SystemCall&) { return Fate{0, false, 1}; }), 0);
+    ExpectWholeAfter(0);
+}
+
+TEST_F(SaveCalls, ThatWriteNothingFailTheSave) {
+    // As a full disk does that reports no error.
+    EXPECT_EQ(SaveWatched([](std::size_t, const SystemCall&) { return Fate{0, false, 0}; }), 1);
+    ExpectWholeAfter(1);
+    EXPECT_EQ(Names(), kCopyAlone);
+}
+
+TEST_F(SaveCalls, ThatCannotFlushFailTheSave) {
+    EXPECT_EQ(SaveWatched([](std::size_t, const SystemCall& call) {
+                  return Fate{call.name == "FlushFileBuffers" ? DWORD{ERROR_WRITE_FAULT} : 0};
+              }),
+              1);
+    ExpectWholeAfter(1);
+}
+
+TEST_F(SaveCalls, ThatAskForTheAttributesInVainHideNothing) {
+    ::SetFileAttributesW(UserMainPath().c_str(), FILE_ATTRIBUTE_NORMAL);
+    EXPECT_EQ(SaveWatched([](std::size_t, const SystemCall& call) {
+                  return Fate{call.name == "GetFileAttributesW" ? DWORD{ERROR_ACCESS_DENIED} : 0};
+              }),
+              0);
+    EXPECT_EQ(::GetFileAttributesW(UserMainPath().c_str()) & (FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM), 0u);
+}
+
+TEST_F(SaveCalls, NeverTouchTheCopyItselfButToReplaceIt) {
+    for (const SystemCall& call : CallsOfASave()) {
+        if (fs::path(call.path).filename() == UserMainPath().filename()) {
+            EXPECT_TRUE(call.name != "WriteFile" && call.name != "SetEndOfFile" && call.name != "DeleteFileW" &&
+                        call.name != "SetFileAttributesW" && call.name != "SetFileSecurityW" && !call.bCreates)
+                << call.name;
+        }
+    }
+}
+
+TEST_F(SaveCalls, FlushTheDocumentBeforeItTakesItsPlace) {
+    std::string order;
+    for (const SystemCall& call : CallsOfASave()) {
+        if (call.name == "WriteFile" || call.name == "FlushFileBuffers" || call.name == "MoveFileExW") {
+            order += call.name + " ";
+        }
+    }
+    EXPECT_EQ(order, "WriteFile FlushFileBuffers MoveFileExW ");
+}
