@@ -24,8 +24,8 @@ std::string Describe(const SystemCall& call) { return call.name + " of " + fs::p
 
 class SaveCalls : public SaveFaultTest {
 protected:
-    /// A save of which one call fails, and what is wrong then with the copy and the next save. Attributes and rights
-    /// that cannot be asked or set are those of a new file. Returns the call.
+    /// Lets one call of a save fail, looks at the copy, and returns the call. Attributes and rights that cannot be
+    /// asked or set are those of a new file.
     SystemCall FailOne(std::size_t failing, DWORD error, DWORD nAtMost = Fate().nAtMost) {
         SystemCall failed;
         const int32_t status = SaveWatched([&](std::size_t number, const SystemCall& call) {
