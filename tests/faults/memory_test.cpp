@@ -6,6 +6,7 @@
 #include "comparison.h"
 #include "engine_document.h"
 #include "fault_document.h"
+#include "nodes/node_writers.h"
 
 #include <gtest/gtest.h>
 
@@ -154,10 +155,7 @@ private:
 };
 
 /// Lets every allocation of every step fail; returns how many there were.
-int TryAll(std::uint64_t seed, bool bFurther) {
-    CChoices choices(seed);
-    Case wanted = RandomCase(choices);
-    wanted.steps.resize(std::min<std::size_t>(wanted.steps.size(), 12));
+int TryAll(const Case& wanted, bool bFurther) {
     int refused = 0;
     for (std::size_t step = 0; step < wanted.steps.size(); ++step) {
         for (std::size_t allocation = 1;; ++allocation) {
@@ -165,8 +163,7 @@ int TryAll(std::uint64_t seed, bool bFurther) {
             CRun run(wanted, {step, allocation, bFurther});
             const std::string fault = run.Do(bReached);
             if (!fault.empty()) {
-                ADD_FAILURE() << "seed " << seed << ", allocation " << allocation << " of step " << step + 1 << ": "
-                              << fault << "\n"
+                ADD_FAILURE() << "allocation " << allocation << " of step " << step + 1 << ": " << fault << "\n"
                               << Describe(wanted);
                 return refused;
             }
@@ -179,12 +176,45 @@ int TryAll(std::uint64_t seed, bool bFurther) {
     return refused;
 }
 
+int TryAllOfRandomCase(std::uint64_t seed, bool bFurther) {
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    CChoices choices(seed);
+    Case wanted = RandomCase(choices);
+    wanted.steps.resize(std::min<std::size_t>(wanted.steps.size(), 12));
+    return TryAll(wanted, bFurther);
+}
+
+RefNode Element(const std::string& name, std::vector<RefAttribute> attributes, std::vector<RefNode> children = {}) {
+    return {RefNode::Kind::Element, name, {}, std::move(attributes), std::move(children)};
+}
+
+/// Names and texts for each of which the tree needs memory of its own, where shorter ones share a page: every
+/// allocation inside the DOM can be refused.
+Case CaseOfLongTexts() {
+    const std::string longName(40000, 'n');
+    const std::string longText(40000, 't');
+    const RefNode row = Element("ElementWithANameOfSomeLength", {{"ID", "1"}, {"Name", "before"}}, {Element("i", {})});
+    Case wanted;
+    wanted.document = Element("Doc", {}, {Element("List", {}, {row, row}), Element("Last", {})});
+    wanted.steps = {
+        {Operation::WriteItem, false, {2, "List", {}, {}, {{"ID", "2"}, {"Name", longText}}}},
+        {Operation::WriteItem, false, {2, "List", {}, {}, {{"ID", "3"}, {longName, longText}}}},
+        {Operation::WriteAttribute, false, {1, "List", "Name", longText, {{"ID", "1"}}}},
+        {Operation::UpdateItem, false, {2, "List", "ID", "1", {{"Name", "x" + longText}, {"ID", longText}}}},
+        {Operation::ReadAttribute, false, {1, "List", longName, {}, {{"ID", "3"}}}},
+        {Operation::RemoveItems, false, {1, "List", {}, {}, {{"ID", longText}}}},
+        {Operation::RemoveItems, false, {0, "List", {}, {}, {}}},
+        {Operation::WriteItem, false, {1, "List", {}, {}, {{longName, "1"}}}},
+    };
+    return wanted;
+}
+
 } // namespace
 
 TEST(EngineMemory, FailingOnceAtEveryAllocationIsHarmless) {
     int refused = 0;
     for (std::uint64_t seed = 1; seed <= 40 && !::testing::Test::HasFailure(); ++seed) {
-        refused += TryAll(seed, false);
+        refused += TryAllOfRandomCase(seed, false);
     }
     EXPECT_GT(refused, 1000);
     std::printf("%d allocations refused, one by one\n", refused);
@@ -193,10 +223,40 @@ TEST(EngineMemory, FailingOnceAtEveryAllocationIsHarmless) {
 TEST(EngineMemory, FailingFromEveryAllocationOnIsHarmless) {
     int refused = 0;
     for (std::uint64_t seed = 1001; seed <= 1040 && !::testing::Test::HasFailure(); ++seed) {
-        refused += TryAll(seed, true);
+        refused += TryAllOfRandomCase(seed, true);
     }
     EXPECT_GT(refused, 1000);
     std::printf("%d points from which on all allocations were refused\n", refused);
+}
+
+TEST(EngineMemory, FailingForNamesAndTextsOfAnyLengthIsHarmless) {
+    EXPECT_GT(TryAll(CaseOfLongTexts(), false), 50);
+    EXPECT_GT(TryAll(CaseOfLongTexts(), true), 50);
+}
+
+TEST(EngineMemory, FailingInARequestAddsNothingToIt) {
+    const std::string longText(100, 't');
+    const AnsiString text(longText.c_str());
+    CXmlQuery query;
+    for (std::size_t allocation = 1;; ++allocation) {
+        CLibraryMemory::Reset();
+        const CLibraryMemory memory(allocation);
+        const int32_t status = query.m_attrs.Add("Name", longText.c_str());
+        if (!CLibraryMemory::HasFailed()) {
+            EXPECT_EQ(status, 0);
+            EXPECT_GT(allocation, 2u);
+            break;
+        }
+        EXPECT_EQ(status, 1);
+        EXPECT_EQ(query.m_attrs.Count(), 0);
+    }
+    {
+        const CLibraryMemory memory(1);
+        CLibraryMemory::Reset();
+        EXPECT_THROW(query.AddPair(text, text), std::bad_alloc);
+    }
+    EXPECT_EQ(query.m_nCount, 0);
+    EXPECT_EQ(query.m_attrs.Count(), 1);
 }
 
 class SaveMemory : public FaultTest {};
@@ -229,4 +289,31 @@ TEST_F(SaveMemory, FailingAtEveryAllocationLeavesAWholeDocument) {
         EXPECT_GT(refused, 3);
         std::printf("%d allocations of a save refused\n", refused);
     }
+}
+
+TEST_F(SaveMemory, FailingWhereTheTextOutgrowsItsRoomLeavesTheOldDocument) {
+    const auto saveWith = [&](const std::string& text, std::size_t failing) {
+        CXmlQuery change("Files", "ID", AnsiString(text.c_str()));
+        change.AddPair("FileID", "6");
+        EXPECT_EQ(WriteAttribute(&change), 0);
+        CLibraryMemory::Reset();
+        const CLibraryMemory memory(failing);
+        return Save();
+    };
+    const std::string longText(100000, 'l');
+    int refused = 0;
+    for (std::size_t allocation = 1;; ++allocation) {
+        ASSERT_EQ(saveWith("short", 0), 0);
+        const std::string before = ReadBytes(CopyPath());
+        const int32_t status = saveWith(longText, allocation);
+        if (!CLibraryMemory::HasFailed()) {
+            EXPECT_EQ(status, 0);
+            EXPECT_GT(ReadBytes(CopyPath()).size(), longText.size());
+            break;
+        }
+        ++refused;
+        EXPECT_EQ(status, 1);
+        EXPECT_EQ(ReadBytes(CopyPath()), before);
+    }
+    EXPECT_GT(refused, 4);
 }

@@ -51,6 +51,11 @@ protected:
         std::ofstream(m_host / "Cordelbox" / "xml" / "Printer.xml") << document;
         std::ofstream(m_host / "Cordelbox" / "xml" / "Latin.xml")
             << "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?><r><L><i V=\"\xE4\"/></L></r>";
+        // Each part is so long that the tree asks for memory for it alone.
+        const std::string part(40000, 'p');
+        std::ofstream(m_host / "Cordelbox" / "xml" / "Long.xml")
+            << "<?xml version=\"1.0\"?><!DOCTYPE r [<!ENTITY e '" + part + "'>]><!--" + part + "--><?" + part + " " +
+                   part + "?><r " + part + "=\"" + part + "\"><" + part + "/>" + part + "<![CDATA[" + part + "]]></r>";
         std::ofstream(m_host / "Cordelbox" / "language" / "English" / "Strings.xml") << "<r><Main/></r>";
         m_owner.semaphore = platform::NewSemaphore();
     }
@@ -151,6 +156,37 @@ TEST_F(OpenMemory, FailingInGetXmlObjKeepsTheLocksOnlyWhereTheLoadFails) {
 TEST_F(OpenMemory, FailingInGetPrinterXmlObjKeepsTheLocksOnlyWhereTheLoadFails) {
     State().poolOwner = &m_owner;
     TryAll([] { return GetPrinterXmlObj("Printer.xml"); });
+}
+
+TEST_F(OpenMemory, FailingInADocumentOfLongPartsKeepsTheLocksOnlyWhereTheLoadFails) {
+    State().poolOwner = &m_owner;
+    TryAll([] { return GetPrinterXmlObj("Long.xml"); });
+}
+
+TEST_F(OpenMemory, FailingInALoadLeavesADocumentThatOpensOnceTheHostGaveTheLocksBack) {
+    State().poolOwner = &m_owner;
+    const fs::path file = m_host / "Cordelbox" / "xml" / "Printer.xml";
+    for (const bool bFileGone : {false, true}) {
+        std::size_t allocation = 1;
+        while (Try([] { return GetPrinterXmlObj("Printer.xml"); }, allocation, false) != Outcome::DomFailed) {
+            ReleaseEverything();
+            ++allocation;
+        }
+        CXmlObject* const kept = Last();
+        platform::Signal(kept->m_hSemaphore);
+        platform::Signal(m_owner.semaphore);
+        if (bFileGone) {
+            fs::rename(file, m_host / "aside");
+        }
+        EXPECT_EQ(GetPrinterXmlObj("Printer.xml"), bFileGone ? nullptr : kept);
+        EXPECT_EQ(Value(m_owner.semaphore), 1);
+        EXPECT_EQ(Value(kept->m_hSemaphore), 1);
+        if (bFileGone) {
+            fs::rename(m_host / "aside", file);
+            EXPECT_NE(GetPrinterXmlObj("Printer.xml"), nullptr);
+        }
+        ReleaseEverything();
+    }
 }
 
 TEST_F(OpenMemory, FailingWhereAnEncodingIsConvertedKeepsTheLocksOnlyWhereTheLoadFails) {

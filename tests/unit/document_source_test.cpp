@@ -89,8 +89,17 @@ TEST(DocumentSource, TakesAnEncodingFromTheDeclarationOnly) {
     EXPECT_EQ(Utf8Of(text), text);
 }
 
+TEST(DocumentSource, PassesADeclarationThatIsNotWholeAsItIs) {
+    // The parser refuses it, and says nothing of encodings.
+    for (const char* const text : {"<?xml", "<?xmlx encoding='UTF-16'?>", "<?xml version='1.0' encoding?><a/>",
+                                   "<?xml version='1.0' encoding='ISO-8859-1?><a/>", "<?xml encoding=''?><a/>"}) {
+        EXPECT_EQ(Utf8Of(text), text);
+    }
+}
+
 TEST(DocumentSource, RefusesAnEncodingThatNobodyKnows) {
     EXPECT_EQ(Utf8Of("<?xml version='1.0' encoding='no-such'?><a/>"), std::nullopt);
+    EXPECT_EQ(Utf8Of("<?xml version='1.0' encoding='no{such}'?><a/>"), std::nullopt);
     EXPECT_EQ(Utf8Of("<?xml version='1.0' encoding='" + std::string(900, 'x') + "'?><a/>"), std::nullopt);
 }
 
@@ -103,6 +112,7 @@ TEST(DocumentSource, RefusesBytesThatAreNotInTheEncoding) {
 
 TEST(DocumentSource, RefusesADeclarationThatIsNotInTheEncodingThatItNames) {
     EXPECT_EQ(Utf8Of("<?xml version='1.0' encoding='UTF-16LE'?><a/>"), std::nullopt);
+    EXPECT_EQ(Utf8Of("<?xml version='1.0' encoding='UTF-16LE'?><aa/>"), std::nullopt) << "an even number of bytes";
     EXPECT_EQ(Utf8Of("<?xml version='1.0' encoding='UTF-32'?><aaaa/>"), std::nullopt);
 }
 

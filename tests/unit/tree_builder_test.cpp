@@ -95,6 +95,21 @@ TEST(TreeBuilder, KeepsTheDeclarationWhateverStandsBeforeIt) {
               "<!--<!DOCTYPE no>--><?pi <!DOCTYPE no>?><!DOCTYPE r  SYSTEM 'x.dtd' ><r/>");
 }
 
+TEST(TreeBuilder, MakesEveryLineEndOfTheDeclarationALineFeed) {
+    EXPECT_EQ(Tree("<!DOCTYPE r\r\n[\r<!ENTITY e 'x'>\n\r]\r><r/>"), "<!DOCTYPE r\n[\n<!ENTITY e 'x'>\n\n]\n><r/>");
+    EXPECT_EQ(Tree("<!DOCTYPE r\r><r/>"), "<!DOCTYPE r\n><r/>");
+}
+
+TEST(TreeBuilder, TakesAnyNumberOfNames) {
+    std::string xml = "<r>";
+    for (int number = 0; number < 600; ++number) {
+        const std::string name = "N" + std::to_string(number);
+        xml += "<i " + name + "=\"" + name + "\"/>";
+    }
+    xml += "</r>";
+    EXPECT_EQ(Tree(xml), xml);
+}
+
 TEST(TreeBuilder, SaysThatTheDocumentIsUtf8WhenItSaidAnything) {
     EXPECT_EQ(Tree("<?xml version='1.0' encoding='ISO-8859-1'?><r a='\xE4'/>"),
               "<?xml version=\"1.0\" encoding=\"UTF-8\"?><r a=\"\xC3\xA4\"/>");
@@ -131,6 +146,9 @@ TEST(TreeBuilder, RefusesWhatIsNotWellFormed) {
                                   "<a/>trailing",
                                   " <?xml version='1.0'?><a/>",
                                   "<?xml version='2'?><a>",
+                                  "<?xml version='1.0' encoding?><a/>",
+                                  "<?xml version='1.0' encoding='{|}~'?><a/>",
+                                  "<?xml version='1.0' encoding='ASCII//IGNORE'?><a/>",
                                   "<!DOCTYPE a [<!ENTITY e '&e;'>]><a>&e;</a>",
                                   "<1a/>",
                                   "<a 1b=''/>",

@@ -146,7 +146,7 @@ bool CDocumentSource::Convert(const char* encoding) {
     m_bConverted = true;
     m_nSize = m_strConverted.size();
     // A declaration that the conversion does not lead to itself names an encoding that the file is not in.
-    return m_strConverted.starts_with("<") || m_strConverted.starts_with("\xEF\xBB\xBF<");
+    return m_strConverted.starts_with('<');
 }
 
 bool CDocumentSource::Read(std::size_t offset, char* buffer, std::size_t size) const noexcept {

@@ -4,6 +4,7 @@
 
 #include "document_source.h"
 #include "safe_save.h"
+#include "shared_names.h"
 #include "tree_builder.h"
 
 #include <cstring>
@@ -47,7 +48,7 @@ pugi::xml_node NextNode(pugi::xml_node node, pugi::xml_node root) noexcept {
 /// Takes a new child back unless it is kept.
 class CNewChild {
 public:
-    CNewChild(pugi::xml_node parent, const char* name) : m_parent(parent), m_child(m_parent.append_child(name)) {
+    explicit CNewChild(pugi::xml_node parent) : m_parent(parent), m_child(m_parent.append_child()) {
         Require(!m_child.empty());
     }
     ~CNewChild() {
@@ -57,7 +58,7 @@ public:
     }
     CNewChild(const CNewChild&) = delete;
     CNewChild& operator=(const CNewChild&) = delete;
-    pugi::xml_node Node() const noexcept { return m_child; }
+    pugi::xml_node& Node() noexcept { return m_child; }
     pugi::xml_node Keep() noexcept {
         m_bKept = true;
         return m_child;
@@ -171,12 +172,13 @@ DomText DomDocument::SetAttributeText(const DomNode& element, std::size_t index,
 }
 
 DomNode DomDocument::AppendItem(const DomNode& container, const std::vector<DomPair>& attributes) {
-    CNewChild item(container, kItemName);
+    CNewChild item(container);
+    Require(item.Node().set_name(kItemName));
     for (const DomPair& pair : attributes) {
         const std::string name(pair.name);
         pugi::xml_attribute attribute = item.Node().attribute(name.c_str());
         if (attribute.empty()) {
-            attribute = item.Node().append_attribute(name.c_str());
+            attribute = AppendNamedAttribute(item.Node(), name.c_str());
         }
         Require(!attribute.empty() && attribute.set_value(std::string(pair.text).c_str()));
     }

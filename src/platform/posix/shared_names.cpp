@@ -10,6 +10,11 @@ constexpr std::size_t kMaxPatterns = 256;
 
 } // namespace
 
+pugi::xml_attribute AppendNamedAttribute(pugi::xml_node element, const char* name) noexcept {
+    pugi::xml_attribute attribute = element.append_attribute("");
+    return attribute.set_name(name) ? attribute : pugi::xml_attribute();
+}
+
 CSharedNames::CSharedNames(pugi::xml_document& tree) : m_tree(tree), m_patterns(tree.append_child("Patterns")) {}
 
 CSharedNames::~CSharedNames() { m_tree.remove_child(m_patterns); }
@@ -22,7 +27,7 @@ pugi::xml_attribute CSharedNames::AppendAttribute(pugi::xml_node element, std::s
     if (std::strcmp(pattern.name(), name) != 0) {
         pattern = Pattern(name);
     }
-    return pattern.empty() ? element.append_attribute(name) : element.append_copy(pattern);
+    return pattern.empty() ? AppendNamedAttribute(element, name) : element.append_copy(pattern);
 }
 
 /// The pattern of a name, made on first use; empty when there is none.

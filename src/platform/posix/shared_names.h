@@ -14,6 +14,10 @@
 #include <unordered_map>
 #include <vector>
 
+/// Appends an attribute with a name of its own and without text. Empty when there is no memory; the element is then of
+/// no further use. (pugixml's own function says nothing of a name that it had no memory for.)
+pugi::xml_attribute AppendNamedAttribute(pugi::xml_node element, const char* name) noexcept;
+
 class CSharedNames {
 public:
     /// Keeps its patterns in the tree as long as it lives.

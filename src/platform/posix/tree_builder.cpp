@@ -112,7 +112,7 @@ private:
     }
 
     void AppendAttribute(pugi::xml_node node, const char* name, const char* value) {
-        pugi::xml_attribute attribute = node.append_attribute(name);
+        pugi::xml_attribute attribute = AppendNamedAttribute(node, name);
         Require(!attribute.empty() && attribute.set_value(value));
     }
 
@@ -130,16 +130,13 @@ private:
 
     /// Notes where markup before the document element ends: the document type declaration is what comes next.
     void NotePrologEnd() noexcept {
-        if (m_nDepth == 0 && !m_bInDoctype) {
+        if (m_nDepth == 0) {
             m_nPrologEnd = EventEnd();
         }
     }
 
     static void XMLCALL OnDeclaration(void* self, const XML_Char* version, const XML_Char* encoding, int standalone) {
         CTreeBuilder& builder = Self(self);
-        if (version == nullptr) {
-            return; // the text declaration of an external entity
-        }
         builder.Handle([&] {
             const pugi::xml_node declaration = builder.Append(pugi::node_declaration);
             builder.AppendAttribute(declaration, "version", version);
