@@ -12,6 +12,16 @@ namespace fs = std::filesystem;
 
 class SaveInPlace : public FaultTest {
 protected:
+    /// What becomes of the calls after the one that was refused.
+    std::vector<SystemCall> CallsInPlace() {
+        std::vector<SystemCall> calls;
+        SaveWithoutNewFile(EACCES, [&](std::size_t, const SystemCall& call) {
+            calls.push_back(call);
+            return Fate{};
+        });
+        return calls;
+    }
+
     /// A save in a folder that refuses a new file with that error; `judge` decides on all other calls.
     int32_t SaveWithoutNewFile(int error, const CSystemCallWatch::Judge& judge = {}) {
         CSystemCallWatch watch([&](std::size_t number, const SystemCall& call) {
@@ -97,4 +107,27 @@ TEST_F(SaveInPlace, ReservesItsSpaceBeforeItWritesAndFlushesAfterwards) {
 TEST_F(SaveInPlace, LeavesNothingBesideTheCopy) {
     EXPECT_EQ(SaveWithoutNewFile(EACCES), 0);
     EXPECT_EQ(Names(), std::set<std::string>{"Faults.xml"});
+}
+
+TEST_F(SaveInPlace, FailsWhereAnyOfItsCallsFailsAndWorksTheNextTime) {
+    const std::vector<SystemCall> calls = CallsInPlace();
+    int failures = 0;
+    for (std::size_t failing = 0; failing < calls.size(); ++failing) {
+        RestoreCopy();
+        std::size_t number = 0;
+        const int32_t status = SaveWithoutNewFile(
+            EACCES, [&](std::size_t, const SystemCall&) { return Fate{number++ == failing ? EIO : 0}; });
+        SCOPED_TRACE(calls[failing].name + " of " + calls[failing].path);
+        if (calls[failing].name == "posix_fallocate" || calls[failing].name == "write") {
+            EXPECT_EQ(status, 1);
+            EXPECT_EQ(ReadBytes(CopyPath()), m_strOld) << "not a byte was written";
+        } else if (status == 0) {
+            EXPECT_EQ(ReadBytes(CopyPath()), m_strNew);
+        }
+        failures += status;
+        EXPECT_EQ(Names(), std::set<std::string>{"Faults.xml"});
+        ASSERT_EQ(Save(), 0);
+        EXPECT_EQ(ReadBytes(CopyPath()), m_strNew);
+    }
+    EXPECT_GE(failures, 6) << "opening, locking, looking, reserving, writing, cutting off, flushing";
 }

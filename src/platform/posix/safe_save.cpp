@@ -35,18 +35,20 @@ private:
     int m_nDescriptor;
 };
 
-bool WriteAll(int file, std::string_view contents) noexcept {
-    while (!contents.empty()) {
-        const ssize_t written = write(file, contents.data(), contents.size());
-        if (written < 0 && errno == EINTR) {
+/// The number of bytes that were written: all of them, unless the system fails.
+std::size_t Write(int file, std::string_view contents) noexcept {
+    std::size_t written = 0;
+    while (written < contents.size()) {
+        const ssize_t count = write(file, contents.data() + written, contents.size() - written);
+        if (count < 0 && errno == EINTR) {
             continue;
         }
-        if (written <= 0) {
-            return false;
+        if (count <= 0) {
+            break;
         }
-        contents.remove_prefix(static_cast<std::size_t>(written));
+        written += static_cast<std::size_t>(count);
     }
-    return true;
+    return written;
 }
 
 /// True when opening the temporary file failed because the folder takes no new file there, as opposed to a shortage
@@ -100,8 +102,8 @@ bool FillTemporary(int file, std::string_view contents, const struct stat& origi
     if (fchown(file, original.st_uid, original.st_gid) != 0 && (errno == EIO || errno == ENOSPC || errno == EDQUOT)) {
         return false;
     }
-    return ftruncate(file, 0) == 0 && WriteAll(file, contents) && fchmod(file, original.st_mode & 07777) == 0 &&
-           fsync(file) == 0;
+    return ftruncate(file, 0) == 0 && Write(file, contents) == contents.size() &&
+           fchmod(file, original.st_mode & 07777) == 0 && fsync(file) == 0;
 }
 
 bool WriteInPlace(const char* path, std::string_view contents) noexcept {
@@ -112,9 +114,9 @@ bool WriteInPlace(const char* path, std::string_view contents) noexcept {
     }
     const auto size = static_cast<off_t>(contents.size());
     const bool bReserved = posix_fallocate(file.Descriptor(), 0, size) == 0;
-    const bool bWritten = bReserved && WriteAll(file.Descriptor(), contents);
-    // A file whose space could not be reserved may have grown already.
-    return ftruncate(file.Descriptor(), bReserved ? size : original.st_size) == 0 && bWritten &&
+    const std::size_t written = bReserved ? Write(file.Descriptor(), contents) : 0;
+    // Reserving may have made the file longer, even where it failed; up to the first byte it is the old document.
+    return ftruncate(file.Descriptor(), written == 0 ? original.st_size : size) == 0 && written == contents.size() &&
            fsync(file.Descriptor()) == 0;
 }
 
