@@ -7,7 +7,10 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 #include <map>
+
+namespace fs = std::filesystem;
 
 namespace {
 
@@ -181,5 +184,29 @@ TEST_F(SaveCalls, NeverTouchTheCopyItselfButToReplaceIt) {
         if (call.path == CopyPath()) {
             EXPECT_TRUE(call.name != "write" && call.name != "ftruncate" && call.name != "unlink") << call.name;
         }
+    }
+}
+
+TEST_F(SaveCalls, ThatFindTheirTemporaryFileGoneOrReplacedBeginAgain) {
+    // As when another process has just put that very file in the document's place.
+    for (const bool bReplaced : {false, true}) {
+        RestoreCopy();
+        int looks = 0;
+        const CSystemCallWatch watch([&](std::size_t, const SystemCall& call) {
+            if (IsFor(call, "stat") && call.path == TemporaryPath() && ++looks == 1) {
+                if (bReplaced) {
+                    WriteBytes(TemporaryPath().string() + "2", "of another");
+                    fs::rename(TemporaryPath().string() + "2", TemporaryPath());
+                } else {
+                    fs::remove(TemporaryPath());
+                }
+            }
+            return Fate{};
+        });
+        EXPECT_EQ(Save(), 0);
+        EXPECT_EQ(looks, 2);
+        EXPECT_TRUE(CopyIsWhole());
+        EXPECT_EQ(ReadBytes(CopyPath()), m_strNew);
+        EXPECT_EQ(Names(), std::set<std::string>{"Faults.xml"});
     }
 }

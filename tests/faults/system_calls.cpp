@@ -2,6 +2,7 @@
 
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <iconv.h>
 #include <signal.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -100,7 +101,11 @@ int stat(const char* path, struct stat* status) noexcept {
 
 ssize_t readlink(const char* path, char* buffer, std::size_t size) noexcept {
     static const auto real = Real<ssize_t (*)(const char*, char*, std::size_t)>("readlink");
-    return Fails(Note({"readlink", path, {}, {}})) ? -1 : real(path, buffer, size);
+    const Fate fate = Note({"readlink", path, {}, {}});
+    if (!fate.answer.empty()) {
+        return static_cast<ssize_t>(fate.answer.copy(buffer, size));
+    }
+    return Fails(fate) ? -1 : real(path, buffer, size);
 }
 
 char* realpath(const char* path, char* resolved) noexcept {
@@ -141,6 +146,23 @@ int posix_fallocate(int file, off_t offset, off_t length) {
     static const auto real = Real<int (*)(int, off_t, off_t)>("posix_fallocate");
     const Fate fate = NoteFile("posix_fallocate", file);
     return fate.error != 0 ? fate.error : real(file, offset, length);
+}
+
+ssize_t pread(int file, void* bytes, std::size_t count, off_t offset) {
+    static const auto real = Real<ssize_t (*)(int, void*, std::size_t, off_t)>("pread");
+    const Fate fate = NoteFile("pread", file);
+    return Fails(fate) ? -1 : real(file, bytes, std::min(count, fate.nAtMost), offset);
+}
+
+iconv_t iconv_open(const char* to, const char* from) {
+    static const auto real = Real<iconv_t (*)(const char*, const char*)>("iconv_open");
+    return Fails(Note({"iconv_open", from, {}, {}})) ? reinterpret_cast<iconv_t>(-1) : real(to, from);
+}
+
+std::size_t iconv(iconv_t converter, char** input, std::size_t* inputLeft, char** output, std::size_t* outputLeft) {
+    static const auto real = Real<std::size_t (*)(iconv_t, char**, std::size_t*, char**, std::size_t*)>("iconv");
+    return Fails(Note({"iconv", {}, {}, {}})) ? static_cast<std::size_t>(-1)
+                                              : real(converter, input, inputLeft, output, outputLeft);
 }
 
 ssize_t write(int file, const void* bytes, std::size_t count) {

@@ -1,5 +1,5 @@
-// The calls of a save to the system, watched and made to fail. This program defines the functions; outside a watch they
-// do what they always do.
+// The calls of a load and of a save to the system, watched and made to fail. This program defines the functions;
+// outside a watch they do what they always do.
 
 #pragma once
 
@@ -10,7 +10,7 @@
 
 struct SystemCall {
     std::string name;
-    std::string path;   // of the file, or of the folder
+    std::string path;   // of the file, or of the folder; of a converter its encoding
     std::string target; // of a rename
     std::string bytes;  // of a write
     bool bCreates = false;
@@ -20,7 +20,8 @@ struct SystemCall {
 struct Fate {
     int error = 0;            // the call fails with it
     bool bKill = false;       // the process is killed before the call
-    std::size_t nAtMost = -1; // a write takes only so many bytes
+    std::size_t nAtMost = -1; // a write or a read takes only so many bytes
+    std::string answer{};     // what a link leads to, if not to what is there
 };
 
 /// While it lives, every call is put to a judge, with its number from 0 on, and noted.

@@ -63,6 +63,7 @@ TEST(FormattingAClash, FollowsWidthAndFlagsOfANumber) {
     EXPECT_EQ(FormatClash("%s[%-5d]", "", 42), "[42   ]");
     EXPECT_EQ(FormatClash("%s[%05d]", "", 42), "[00042]");
     EXPECT_EQ(FormatClash("%s[%05d]", "", -42), "[-0042]");
+    EXPECT_EQ(FormatClash("%s[%005d]", "", 42), "[00042]");
     EXPECT_EQ(FormatClash("%s[%+d]", "", 42), "[+42]");
     EXPECT_EQ(FormatClash("%s[% d]", "", 42), "[ 42]");
     EXPECT_EQ(FormatClash("%s[%+ d]", "", 42), "[+42]");
@@ -75,6 +76,7 @@ TEST(FormattingAClash, FollowsThePrecisionOfANumber) {
     EXPECT_EQ(FormatClash("%s[%8.5d]", "", 42), "[   00042]");
     EXPECT_EQ(FormatClash("%s[%08.5d]", "", 42), "[   00042]");
     EXPECT_EQ(FormatClash("%s[%.0d]", "", 0), "[]");
+    EXPECT_EQ(FormatClash("%s[%.0d]", "", 7), "[7]");
     EXPECT_EQ(FormatClash("%s[%+.0d]", "", 0), "[+]");
 }
 

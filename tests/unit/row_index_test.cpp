@@ -5,10 +5,13 @@
 #include "engine_document.h"
 #include "nodes/node_writers.h"
 #include "store/node_readers.h"
+#include "store/text_hash.h"
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <string>
+#include <unordered_map>
 
 namespace {
 
@@ -44,6 +47,22 @@ TEST(RowIndex, GivesAllRowsOfATextInDocumentOrder) {
     EXPECT_EQ(FindAll(Table(document), "3"), (std::vector<RowNumber>{3, 10, 17}));
     EXPECT_EQ(FindAll(Table(document), "7"), std::vector<RowNumber>{});
     EXPECT_EQ(FindAll(Table(document), ""), std::vector<RowNumber>{});
+}
+
+TEST(RowIndex, TellsTextsOfOneHashApart) {
+    // Among a quarter of a million texts some agree in the 32 bits that an index keeps.
+    std::unordered_map<std::uint32_t, int> seen;
+    int first = 0;
+    int second = 0;
+    for (int number = 0; second == 0; ++number) {
+        const auto [place, bNew] = seen.emplace(static_cast<std::uint32_t>(HashText(Text(number))), number);
+        first = place->second;
+        second = bNew ? 0 : number;
+    }
+    CEngineDocument document("<r><L><i B=\"" + Text(first) + "\"/><i B=\"" + Text(second) + "\"/><i B=\"" +
+                             Text(first) + "\"/></L></r>");
+    EXPECT_EQ(FindAll(Table(document), Text(first)), (std::vector<RowNumber>{0, 2}));
+    EXPECT_EQ(FindAll(Table(document), Text(second)), std::vector<RowNumber>{1});
 }
 
 TEST(RowIndex, IsMadeOnceForTheSameNames) {

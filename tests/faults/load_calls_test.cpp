@@ -1,0 +1,213 @@
+// Every call of a load to the system fails in turn, in every way. Whatever fails, either a document is open, whole, or
+// none is, and no lock is held; and the next load works.
+
+#include "platform/semaphore.h"
+#include "scratch_folder.h"
+#include "store/document_pool.h"
+#include "store/xml_object.h"
+#include "system_calls.h"
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+const int kErrors[] = {EIO, EINTR, EACCES, EPERM, ENOENT, ENOLCK, EWOULDBLOCK, ENOMEM, EMFILE, EILSEQ};
+
+constexpr const char* kName = "Cordelbox\\xml\\Loads.xml";
+
+/// A document that is read in several pieces, and once more for its document type declaration.
+std::string LargeDocument(const std::string& encoding, const std::string& text) {
+    std::string xml =
+        "<?xml version=\"1.0\" encoding=\"" + encoding + "\"?><!DOCTYPE r [<!ENTITY e 'entity'>]><r><Files>";
+    for (int row = 0; row < 12000; ++row) {
+        xml += "<Item FileID=\"" + std::to_string(row) + "\" Name=\"" + text + "\"/>";
+    }
+    return xml + "</Files></r>";
+}
+
+class LoadCalls : public ::testing::TestWithParam<const char*> {
+protected:
+    LoadCalls()
+        : m_installed(fs::read_symlink("/proc/self/exe").parent_path() / "Cordelbox" / "xml" / "Loads.xml"),
+          m_copy(m_folder.Path() / "Marvane" / "Hollivet" / "Cordelbox" / "xml" / "Loads.xml") {
+        ::setenv("XDG_CONFIG_HOME", m_folder.Path().c_str(), 1);
+        fs::create_directories(m_installed.parent_path());
+        fs::create_directories(m_copy.parent_path());
+        std::ofstream(m_installed) << LargeDocument(GetParam(), "installed");
+        std::ofstream(m_copy) << LargeDocument(GetParam(), "copied");
+        m_owner.semaphore = platform::NewSemaphore();
+        m_contents[LoadState::FromUserCopy] = ContentsOf(LoadState::FromUserCopy);
+        fs::rename(m_copy, m_folder.Path() / "aside");
+        m_contents[LoadState::FromInstallFolder] = ContentsOf(LoadState::FromInstallFolder);
+        fs::rename(m_folder.Path() / "aside", m_copy);
+    }
+    ~LoadCalls() override {
+        platform::DeleteSemaphore(m_owner.semaphore);
+        fs::remove_all(m_installed.parent_path().parent_path());
+    }
+
+    /// Loads while the judge decides, and expects a whole document or none. True when there was one.
+    bool LoadsWholeOrNotAtAll(const CSystemCallWatch::Judge& judge) {
+        CXmlObject* document = nullptr;
+        {
+            const CSystemCallWatch watch(judge);
+            document = OpenDocument(&m_owner, kName);
+        }
+        if (document != nullptr) {
+            EXPECT_EQ(Contents(*document), m_contents[document->m_nLoadState]);
+            EXPECT_EQ(ReleaseDocument(&m_owner, kName), 0);
+        }
+        EXPECT_EQ(m_owner.head, nullptr);
+        int value = -1;
+        sem_getvalue(m_owner.semaphore, &value);
+        EXPECT_EQ(value, 1) << "the pool is locked";
+        return document != nullptr;
+    }
+
+    std::vector<SystemCall> CallsOfALoad() {
+        CSystemCallWatch watch;
+        EXPECT_NE(OpenDocument(&m_owner, kName), nullptr);
+        std::vector<SystemCall> calls = watch.Calls();
+        ReleaseDocument(&m_owner, kName);
+        return calls;
+    }
+
+    void ExpectNextLoadToWork() {
+        CXmlObject* const document = OpenDocument(&m_owner, kName);
+        ASSERT_NE(document, nullptr);
+        EXPECT_EQ(document->m_nLoadState, LoadState::FromUserCopy);
+        ReleaseDocument(&m_owner, kName);
+    }
+
+    PoolOwner m_owner{};
+
+private:
+    /// The tree as text.
+    std::string Contents(CXmlObject& document) const {
+        const fs::path file = m_folder.Path() / "contents";
+        std::ofstream(file) << "";
+        document.m_pDom->Save(file.c_str());
+        std::ifstream stream(file, std::ios::binary);
+        return std::string(std::istreambuf_iterator<char>(stream), {});
+    }
+
+    std::string ContentsOf(LoadState state) {
+        CXmlObject* const document = OpenDocument(&m_owner, kName);
+        if (document == nullptr || document->m_nLoadState != state) {
+            throw std::runtime_error("the document does not load");
+        }
+        std::string contents = Contents(*document);
+        ReleaseDocument(&m_owner, kName);
+        return contents;
+    }
+
+    const CScratchFolder m_folder;
+    const fs::path m_installed;
+    const fs::path m_copy;
+    std::map<LoadState, std::string> m_contents; // of the installed document and of the per-user copy
+};
+
+} // namespace
+
+TEST_P(LoadCalls, AreTheOnesThatTheseTestsKnow) {
+    std::map<std::string, int> counts;
+    for (const SystemCall& call : CallsOfALoad()) {
+        ++counts[call.name];
+    }
+    for (const char* const name : {"open", "flock", "fstat", "pread", "close", "readlink"}) {
+        EXPECT_GE(counts[name], 1) << name;
+    }
+    const bool bConverted = GetParam() != std::string("UTF-8");
+    EXPECT_EQ(counts["iconv_open"], bConverted ? 1 : 0);
+    EXPECT_EQ(counts["iconv"] > 1, bConverted) << "in several pieces";
+    EXPECT_GE(counts["pread"], bConverted ? 2 : 4);
+    EXPECT_EQ(counts["write"], 0);
+    EXPECT_EQ(counts["rename"], 0);
+}
+
+TEST_P(LoadCalls, FailingOneByOneLeaveAWholeDocumentOrNone) {
+    const std::size_t count = CallsOfALoad().size();
+    int failures = 0;
+    int refused = 0;
+    for (const int error : kErrors) {
+        for (std::size_t failing = 0; failing < count; ++failing, ++failures) {
+            std::string failed;
+            const bool bLoaded = LoadsWholeOrNotAtAll([&](std::size_t number, const SystemCall& call) {
+                if (number == failing) {
+                    failed = call.name;
+                }
+                return Fate{number == failing ? error : 0};
+            });
+            SCOPED_TRACE(failed + ": " + std::strerror(error));
+            refused += bLoaded ? 0 : 1;
+            if (failed == "pread") {
+                EXPECT_EQ(bLoaded, error == EINTR) << "an interrupted read is made again, every other fails the load";
+            }
+            ExpectNextLoadToWork();
+            if (HasFailure()) {
+                return;
+            }
+        }
+    }
+    EXPECT_GT(refused, 20);
+    std::printf("%d calls failed, one by one, %d of which kept the document closed\n", failures, refused);
+}
+
+TEST_P(LoadCalls, FailingFromOneOnLeaveNoDocument) {
+    const std::size_t count = CallsOfALoad().size();
+    for (const int error : {EIO, ENOMEM, EMFILE}) {
+        for (std::size_t failing = 0; failing < count; ++failing) {
+            const bool bLoaded = LoadsWholeOrNotAtAll(
+                [&](std::size_t number, const SystemCall&) { return Fate{number >= failing ? error : 0}; });
+            // Closing the file is the last thing that a load does.
+            EXPECT_EQ(bLoaded, failing == count - 1) << failing << ": " << std::strerror(error);
+            ExpectNextLoadToWork();
+        }
+    }
+}
+
+TEST_P(LoadCalls, FailingTwiceLeaveAWholeDocumentOrNone) {
+    const std::size_t count = CallsOfALoad().size();
+    for (std::size_t first = 0; first < count; ++first) {
+        for (std::size_t second = first + 1; second < count; ++second) {
+            LoadsWholeOrNotAtAll([&](std::size_t number, const SystemCall&) {
+                return Fate{number == first || number == second ? EIO : 0};
+            });
+            ASSERT_FALSE(HasFailure()) << first << " and " << second;
+        }
+    }
+    ExpectNextLoadToWork();
+}
+
+TEST_P(LoadCalls, ThatReadLessThanWasAskedForReadOn) {
+    for (const std::size_t nAtMost : {std::size_t{997}, std::size_t{100000}}) {
+        EXPECT_TRUE(LoadsWholeOrNotAtAll([&](std::size_t, const SystemCall&) { return Fate{0, false, nAtMost}; }));
+    }
+}
+
+TEST_P(LoadCalls, ThatFindTheFileCutOffMeanwhileLeaveNoDocument) {
+    const std::vector<SystemCall> calls = CallsOfALoad();
+    for (std::size_t failing = 0; failing < calls.size(); ++failing) {
+        if (calls[failing].name == "pread") {
+            EXPECT_FALSE(LoadsWholeOrNotAtAll([&](std::size_t number, const SystemCall&) {
+                return Fate{0, false, number == failing ? 0 : std::size_t(-1)};
+            })) << failing;
+        }
+    }
+    ExpectNextLoadToWork();
+}
+
+INSTANTIATE_TEST_SUITE_P(Each, LoadCalls, ::testing::Values("UTF-8", "ISO-8859-1"), [](const auto& instance) {
+    return std::string(instance.index == 0 ? "AsItIs" : "Converted");
+});

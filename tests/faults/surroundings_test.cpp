@@ -1,0 +1,164 @@
+// What the library does where its surroundings lack something that is always there: a semaphore, a locale, a folder of
+// the host's own. This program defines the functions that tell.
+
+#include "fault_document.h"
+#include "nodes/node_writers.h"
+#include "platform/code_page.h"
+#include "platform/folders.h"
+#include "platform/semaphore.h"
+#include "store/current_document.h"
+#include "store/document_pool.h"
+#include "store/module_state.h"
+#include "store/node_readers.h"
+#include "store/xml_object.h"
+#include "system_calls.h"
+
+#include <dlfcn.h>
+#include <locale.h>
+#include <semaphore.h>
+
+#include <cerrno>
+#include <cstdlib>
+
+namespace {
+
+int g_nNewSemaphoreError = 0;
+int g_nWaitError = 0;
+int g_nWaitsFailing = 0;
+bool g_bNoLocale = false;
+
+template <class Function>
+Function Real(const char* name) {
+    return reinterpret_cast<Function>(::dlsym(RTLD_NEXT, name));
+}
+
+} // namespace
+
+extern "C" {
+
+int sem_init(sem_t* semaphore, int shared, unsigned value) noexcept {
+    static const auto real = Real<int (*)(sem_t*, int, unsigned)>("sem_init");
+    errno = g_nNewSemaphoreError;
+    return g_nNewSemaphoreError != 0 ? -1 : real(semaphore, shared, value);
+}
+
+int sem_wait(sem_t* semaphore) {
+    static const auto real = Real<int (*)(sem_t*)>("sem_wait");
+    if (g_nWaitsFailing == 0) {
+        return real(semaphore);
+    }
+    --g_nWaitsFailing;
+    errno = g_nWaitError;
+    return -1;
+}
+
+locale_t newlocale(int mask, const char* name, locale_t base) noexcept {
+    static const auto real = Real<locale_t (*)(int, const char*, locale_t)>("newlocale");
+    return g_bNoLocale ? nullptr : real(mask, name, base);
+}
+
+} // extern "C"
+
+namespace {
+
+/// Documents are made without a semaphore.
+class CNoSemaphores {
+public:
+    CNoSemaphores() { g_nNewSemaphoreError = ENOSPC; }
+    ~CNoSemaphores() { g_nNewSemaphoreError = 0; }
+    CNoSemaphores(const CNoSemaphores&) = delete;
+    CNoSemaphores& operator=(const CNoSemaphores&) = delete;
+};
+
+class Surroundings : public FaultTest {
+protected:
+    ~Surroundings() override { ::setenv("HOME", m_strHome.c_str(), 1); }
+
+private:
+    const std::string m_strHome = std::getenv("HOME") != nullptr ? std::getenv("HOME") : "/";
+};
+
+} // namespace
+
+TEST_F(Surroundings, WithoutASemaphoreNoDocumentIsOpened) {
+    const CNoSemaphores none;
+    EXPECT_EQ(platform::NewSemaphore(), nullptr);
+    EXPECT_EQ(OpenDocument(&m_owner, "Cordelbox\\xml\\Other.xml"), nullptr);
+    EXPECT_EQ(m_owner.head->document, m_pDocument) << "the one that was open before";
+    EXPECT_EQ(m_owner.head->next, nullptr);
+}
+
+TEST_F(Surroundings, ADocumentWithoutASemaphoreTakesNoOperation) {
+    const CNoSemaphores none;
+    CXmlObject document;
+    EXPECT_EQ(document.Open("Cordelbox\\xml\\Faults.xml"), 1);
+    EXPECT_EQ(document.ReleaseReference(), 1);
+    State().currentDocument = &document;
+    CXmlQuery query("Files", "ID", "x");
+    EXPECT_EQ(WriteAttribute(&query), 1);
+    EXPECT_EQ(ReadAttribute(&document, &query), 1);
+    SaveCurrentDocument();
+    EXPECT_EQ(ReadBytes(CopyPath()), m_strOld);
+    State().currentDocument = m_pDocument;
+}
+
+TEST_F(Surroundings, AnInterruptedWaitForALockGoesOn) {
+    g_nWaitError = EINTR;
+    g_nWaitsFailing = 3;
+    CXmlQuery query("Files", "ID");
+    query.AddPair("FileID", "3");
+    EXPECT_EQ(ReadAttribute(m_pDocument, &query), 0);
+    EXPECT_EQ(query.FirstValue(), "21");
+    EXPECT_EQ(g_nWaitsFailing, 0);
+}
+
+TEST_F(Surroundings, ALockThatIsNoneIsNotWaitedForForever) {
+    // A host that hands in something else than a semaphore.
+    g_nWaitError = EINVAL;
+    g_nWaitsFailing = 1;
+    platform::Wait(m_owner.semaphore);
+    EXPECT_EQ(g_nWaitsFailing, 0);
+}
+
+TEST_F(Surroundings, WithoutALocaleOfUnicodeOnlyLettersOfAsciiAreFolded) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe"); // a process of its own: the locale is asked for once
+    const auto fold = [] {
+        g_bNoLocale = true;
+        const bool bAscii = platform::EqualIgnoringCase("path A", "PATH a");
+        const bool bSame = platform::EqualIgnoringCase("\xC3\x84", "\xC3\x84");
+        const bool bOther = platform::EqualIgnoringCase("\xC3\x84", "\xC3\xA4");
+        std::exit(bAscii && bSame && !bOther ? 0 : 1);
+    };
+    EXPECT_EXIT(fold(), ::testing::ExitedWithCode(0), "");
+}
+
+TEST_F(Surroundings, AHostInTheRootFolderHasThatFolder) {
+    const CSystemCallWatch watch([](std::size_t, const SystemCall& call) {
+        Fate fate;
+        fate.answer = call.name == "readlink" ? "/host" : "";
+        return fate;
+    });
+    EXPECT_EQ(platform::HostFolder(), "/");
+}
+
+TEST_F(Surroundings, AHostWhosePathIsTooLongHasNoFolder) {
+    for (const std::size_t length : {std::size_t{259}, std::size_t{260}, std::size_t{300}}) {
+        const std::string path = "/host/" + std::string(length - 6, 'h');
+        const CSystemCallWatch watch([&](std::size_t, const SystemCall& call) {
+            Fate fate;
+            fate.answer = call.name == "readlink" ? path : "";
+            return fate;
+        });
+        EXPECT_EQ(platform::HostFolder(), length < 260 ? "/host" : "");
+    }
+}
+
+TEST_F(Surroundings, WithoutAHomeThereIsNoFolderForCopies) {
+    ::unsetenv("XDG_CONFIG_HOME");
+    ::setenv("HOME", "", 1);
+    EXPECT_EQ(platform::ApplicationDataFolder(), "");
+    ::unsetenv("HOME");
+    EXPECT_EQ(platform::ApplicationDataFolder(), "");
+    ::setenv("HOME", "/home/user", 1);
+    EXPECT_EQ(platform::ApplicationDataFolder(), "/home/user/.config");
+}
