@@ -81,9 +81,18 @@ DomNode AttributeAt(IXMLDOMNamedNodeMap* attributes, std::size_t index) {
     return Required(result, attribute, "the DOM cannot give an attribute");
 }
 
+/// The value, since not every DOM gives white space alone as the text.
 DomText TextOf(IXMLDOMNode* attribute) {
+    constexpr const char* kFailure = "the DOM cannot give an attribute's text";
+    VARIANT value;
+    ::VariantInit(&value);
+    Check(attribute->get_nodeValue(&value), kFailure);
+    if (value.vt != VT_BSTR) {
+        ::VariantClear(&value);
+        throw DomError(kFailure);
+    }
     DomText text;
-    Check(attribute->get_text(text.Receive()), "the DOM cannot give an attribute's text");
+    *text.Receive() = value.bstrVal;
     return text;
 }
 
