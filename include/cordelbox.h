@@ -160,8 +160,16 @@ public:
                (left.size() == right.size() && std::memcmp(left.c_str(), right.c_str(), left.size()) == 0);
     }
 
+    /// Byte for byte, with zero-terminated text; null equals the empty string.
+    friend bool operator==(const AnsiString& left, const char* right) noexcept {
+        return std::strcmp(left.c_str(), right != nullptr ? right : "") == 0;
+    }
+
     /// Byte for byte.
     friend bool operator!=(const AnsiString& left, const AnsiString& right) noexcept { return !(left == right); }
+
+    /// Byte for byte, with zero-terminated text; null equals the empty string.
+    friend bool operator!=(const AnsiString& left, const char* right) noexcept { return !(left == right); }
 
 private:
     struct Buffer { // the text and its terminating zero follow
