@@ -70,7 +70,8 @@ protected:
         try {
             const CLibraryMemory memory(allocation, bFurther);
             return open() != nullptr ? Outcome::Opened : Outcome::NotOpened;
-        } catch (const DomError&) {
+        } catch (const DomError& error) {
+            EXPECT_STREQ(error.what(), "out of memory while loading a document");
             return Outcome::DomFailed;
         } catch (const std::exception&) {
             return Outcome::OtherException;
