@@ -177,7 +177,7 @@ void DeclareUtf8(IXMLDOMDocument* document) {
     if (!first ||
         FAILED(
             first->QueryInterface(IID_IXMLDOMProcessingInstruction, reinterpret_cast<void**>(declaration.Receive()))) ||
-        NameOf(first.Get()).View() != L"xml") {
+        !declaration || NameOf(first.Get()).View() != L"xml") {
         return;
     }
     DomText data;
@@ -328,8 +328,14 @@ DomText DomDocument::SetAttributeText(const DomNode& element, std::size_t index,
         throw DomError("the node has no attributes");
     }
     const DomNode attribute = AttributeAt(map.Get(), index);
+    const DomText former = TextOf(attribute.Get());
     Check(attribute->put_text(argument.Get()), "the DOM cannot set an attribute's text");
-    return TextOf(attribute.Get());
+    try {
+        return TextOf(attribute.Get());
+    } catch (const DomError&) {
+        attribute->put_text(former.Get()); // what is in memory is what a save writes
+        throw;
+    }
 }
 
 DomNode DomDocument::AppendItem(const DomNode& container, const std::vector<DomPair>& attributes) {

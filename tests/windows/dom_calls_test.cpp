@@ -1,0 +1,255 @@
+// Every call to the DOM fails in turn, in every way. Whatever fails, an operation is done or not done, as its status
+// says; what is in memory is what a save writes; and the next operation works.
+
+#include "dom_calls_windows.h"
+
+#include "host_test.h"
+#include "nodes/node_writers.h"
+#include "platform/dom.h"
+#include "store/document_file.h"
+#include "store/module_state.h"
+#include "store/node_readers.h"
+#include "store/xml_object.h"
+
+#include <cstdio>
+#include <functional>
+#include <utility>
+
+namespace {
+
+const char* const kContainers = "<?first?><Files><Item ID=\"1\" Name=\"one\"/><Item ID=\"2\" Name=\"two\"/></Files>"
+                                "<p:Files xmlns:p=\"urn:p\"><Item ID=\"3\"/></p:Files>";
+
+// The load declares UTF-8 then.
+std::string DocumentInLatin1() {
+    std::string document = Document(kContainers);
+    const std::size_t end = document.find("?>");
+    return "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"" + document.substr(end);
+}
+
+} // namespace
+
+class DomCalls : public HostTest {
+protected:
+    using Operation = std::function<int32_t()>;
+
+    void SetUp() override {
+        HostTest::SetUp();
+        Start();
+    }
+
+    /// The document as it was, open.
+    void Start() {
+        CloseAll();
+        InstallMain(DocumentInLatin1());
+        CopyMainForUser(DocumentInLatin1());
+        Open();
+    }
+
+    /// The attributes of every item, one after the other.
+    static Record InMemory(const char* container = "Files") {
+        CXmlQuery query(container, "");
+        ListAllAttributes(State().currentDocument, &query);
+        Record attributes;
+        for (const CXmlAttribute::Pair* pair = query.m_attrs.Head(); pair != nullptr; pair = pair->next) {
+            attributes.emplace_back(pair->name.c_str(), pair->value.c_str());
+        }
+        return attributes;
+    }
+
+    Record OnDisk() const {
+        Record attributes;
+        for (const Record& item : SavedItems("Files")) {
+            attributes.insert(attributes.end(), item.begin(), item.end());
+        }
+        return attributes;
+    }
+
+    static int32_t Save() { return SaveDocument(*State().currentDocument); }
+
+    /// Answers one call of the operation otherwise, in turn, in a document that was never asked for anything and in one
+    /// that was. Where the DOM says that it failed, the operation is not done.
+    void FailEachCallOf(const Operation& operation) {
+        Start();
+        const Record before = InMemory();
+        ASSERT_EQ(operation(), 0);
+        const Record after = InMemory();
+        for (const bool bKnown : {false, true}) {
+            for (const DomAnswer answer : {DomAnswer::Failure, DomAnswer::Nothing, DomAnswer::Success}) {
+                for (std::size_t failing = 0;; ++failing) {
+                    Start();
+                    if (bKnown) {
+                        InMemory();
+                    }
+                    int32_t status = 0;
+                    std::string failed;
+                    {
+                        const CDomCallWatch watch([&](std::size_t number, const std::string& name) {
+                            failed = number == failing ? name : failed;
+                            return number == failing ? answer : DomAnswer::ItsOwn;
+                        });
+                        status = operation();
+                    }
+                    if (failed.empty()) {
+                        break;
+                    }
+                    SCOPED_TRACE(failed + ", call " + std::to_string(failing));
+                    if (answer == DomAnswer::Failure) {
+                        ASSERT_EQ(InMemory(), status == 0 ? after : before);
+                        ASSERT_EQ(Save(), 0);
+                        ASSERT_EQ(OnDisk(), status == 0 ? after : before);
+                    }
+                    CXmlQuery query("Files", "Name", "next");
+                    WriteAttribute(&query);
+                    ASSERT_EQ(Save(), 0);
+                    ++m_nFailures;
+                }
+            }
+        }
+    }
+
+    int m_nFailures = 0;
+};
+
+TEST_F(DomCalls, OfALoadFailingOneByOneGiveNoDocument) {
+    for (const DomAnswer answer : {DomAnswer::Failure, DomAnswer::Nothing, DomAnswer::Success}) {
+        for (std::size_t failing = 0;; ++failing) {
+            std::string failed;
+            std::string error;
+            bool bLoaded = false;
+            {
+                const CDomCallWatch watch([&](std::size_t number, const std::string& name) {
+                    failed = number == failing ? name : failed;
+                    return number == failing ? answer : DomAnswer::ItsOwn;
+                });
+                const auto dom = DomDocument::Create();
+                try {
+                    bLoaded = dom != nullptr && dom->Load(UserMainPath().string().c_str());
+                } catch (const DomError& thrown) {
+                    error = thrown.what();
+                }
+            }
+            if (failed.empty()) {
+                EXPECT_TRUE(bLoaded);
+                break;
+            }
+            SCOPED_TRACE(failed + ", call " + std::to_string(failing));
+            if (answer == DomAnswer::Failure) {
+                // An element without the right to be asked for its interface is none that declares the encoding.
+                EXPECT_EQ(bLoaded, failed == "QueryInterface");
+            }
+            EXPECT_EQ(!error.empty(), answer == DomAnswer::Failure && failed == "load") << error;
+        }
+    }
+}
+
+TEST_F(DomCalls, OfASaveThatWritesNothingLeaveTheCopy) {
+    const std::string before = UserMainText();
+    for (const DomAnswer answer : {DomAnswer::Failure, DomAnswer::Nothing, DomAnswer::Success}) {
+        const CDomCallWatch watch([&](std::size_t, const std::string&) { return answer; });
+        EXPECT_EQ(Save(), 1);
+        EXPECT_EQ(watch.Calls(), std::vector<std::string>{"save"});
+        EXPECT_EQ(UserMainText(), before);
+    }
+}
+
+TEST_F(DomCalls, OfReadersFailingOneByOneGiveNothing) {
+    for (std::size_t failing = 0;; ++failing) {
+        Start();
+        CXmlQuery query("Files", "Name");
+        query.AddPair("ID", "2");
+        int32_t status = 0;
+        std::size_t count = 0;
+        {
+            const CDomCallWatch watch([&](std::size_t number, const std::string&) {
+                return number == failing ? DomAnswer::Failure : DomAnswer::ItsOwn;
+            });
+            status = ReadAttribute(State().currentDocument, &query);
+            count = watch.Calls().size();
+        }
+        if (count <= failing) {
+            EXPECT_EQ(status, 0);
+            break;
+        }
+        EXPECT_EQ(status, 1) << "call " << failing;
+        EXPECT_EQ(InMemory(), (Record{{"ID", "1"}, {"Name", "one"}, {"ID", "2"}, {"Name", "two"}}));
+    }
+}
+
+TEST_F(DomCalls, OfWritersFailingOneByOneDoAllOrNothing) {
+    const std::pair<const char*, Operation> operations[] = {
+        {"overwriting",
+         [] {
+             CXmlQuery query("Files", "Name", "changed");
+             return WriteAttribute(&query);
+         }},
+        {"updating",
+         [] {
+             CXmlQuery query("Files", "ID", "2");
+             query.AddPair("Name", "updated");
+             return UpdateItem(&query);
+         }},
+        {"appending",
+         [] {
+             CXmlQuery query("Files", "");
+             query.AddPair("ID", "4");
+             query.AddPair("Name", "four");
+             return WriteItem(&query);
+         }},
+        {"removing",
+         [] {
+             CXmlQuery query("Files", "");
+             query.AddPair("ID", "1");
+             return RemoveItems(&query);
+         }},
+    };
+    for (const auto& [name, operation] : operations) {
+        SCOPED_TRACE(name);
+        FailEachCallOf(operation);
+        ASSERT_FALSE(HasFailure());
+    }
+    std::printf("%d calls of the DOM failed, one by one\n", m_nFailures);
+}
+
+TEST_F(DomCalls, OfRemovingAllKeepWhatIsNotRemoved) {
+    CXmlQuery query("Files", "");
+    {
+        int removals = 0;
+        const CDomCallWatch watch([&](std::size_t, const std::string& name) {
+            return name == "removeChild" && ++removals == 2 ? DomAnswer::Failure : DomAnswer::ItsOwn;
+        });
+        EXPECT_EQ(RemoveItems(&query), 1);
+    }
+    const Record left = InMemory();
+    EXPECT_EQ(left.size(), 2u);
+    EXPECT_EQ(Save(), 0);
+    EXPECT_EQ(OnDisk(), left);
+}
+
+TEST_F(DomCalls, ThatFindNoEndOfLevelsGiveNoDocument) {
+    const CDomCallWatch watch([](std::size_t, const std::string& name) {
+        return name == "get_firstChild" ? DomAnswer::Itself : DomAnswer::ItsOwn;
+    });
+    EXPECT_FALSE(DomDocument::Create()->Load(UserMainPath().string().c_str()));
+}
+
+TEST_F(DomCalls, FindNothingInADocumentWithoutAnElement) {
+    const auto dom = DomDocument::Create();
+    EXPECT_FALSE(dom->FirstElementNamed(L"Files"));
+}
+
+TEST_F(DomCalls, SetNoTextOfANodeThatHasNoAttributes) {
+    const auto dom = DomDocument::Create();
+    CopyMainForUser(Document("<Files>text</Files>"));
+    ASSERT_TRUE(dom->Load(UserMainPath().string().c_str()));
+    const DomNode text = dom->FirstChild(dom->FirstElementNamed(L"Files"));
+    ASSERT_TRUE(text);
+    EXPECT_THROW(dom->SetAttributeText(text, 0, L"new"), DomError);
+}
+
+TEST_F(DomCalls, ReadAnAppendedAttributeWithoutItsPrefix) {
+    CXmlQuery query("Files", "");
+    query.AddPair("p:Kind", "new");
+    EXPECT_EQ(WriteItem(&query), 0);
+    EXPECT_EQ(InMemory().back(), (std::pair<std::string, std::string>("Kind", "new")));
+}

@@ -1,0 +1,117 @@
+#include "lacking_system.h"
+
+#include <objbase.h>
+#include <oleauto.h>
+#include <shlobj.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <new>
+
+namespace {
+
+Lacks g_lacks;
+const std::string* g_hostPath = nullptr;
+bool g_bUtf8 = false;
+
+bool IsMemoryRefused() noexcept {
+    return g_lacks.nAllocations != std::numeric_limits<int>::max() && g_lacks.nAllocations-- <= 0;
+}
+
+UINT CodePage(UINT codePage) noexcept { return g_bUtf8 && codePage == CP_ACP ? CP_UTF8 : codePage; }
+
+} // namespace
+
+CLackingSystem::CLackingSystem(const Lacks& lacks) { g_lacks = lacks; }
+
+CLackingSystem::~CLackingSystem() { g_lacks = {}; }
+
+bool CLackingSystem::HasRefused() const noexcept { return g_lacks.nAllocations < 0; }
+
+CHostPath::CHostPath(const std::string& path) : m_strPath(path) { g_hostPath = &m_strPath; }
+
+CHostPath::~CHostPath() { g_hostPath = nullptr; }
+
+CUtf8CodePage::CUtf8CodePage() { g_bUtf8 = true; }
+
+CUtf8CodePage::~CUtf8CodePage() { g_bUtf8 = false; }
+
+void* operator new(std::size_t size) {
+    void* const memory = IsMemoryRefused() ? nullptr : std::malloc(size != 0 ? size : 1);
+    if (memory == nullptr) {
+        throw std::bad_alloc();
+    }
+    return memory;
+}
+
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    return IsMemoryRefused() ? nullptr : std::malloc(size != 0 ? size : 1);
+}
+
+void operator delete(void* memory) noexcept { std::free(memory); }
+
+void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+
+namespace {
+
+BSTR WINAPI LackingSysAllocStringLen(const OLECHAR* text, UINT length) {
+    static const auto s_real = RealFunction(&::SysAllocStringLen, "SysAllocStringLen", "oleaut32.dll");
+    return IsMemoryRefused() ? nullptr : s_real(text, length);
+}
+
+HRESULT WINAPI LackingCoInitialize(LPVOID reserved) {
+    static const auto s_real = RealFunction(&::CoInitialize, "CoInitialize", "ole32.dll");
+    return g_lacks.bCom ? RPC_E_CHANGED_MODE : s_real(reserved);
+}
+
+HANDLE WINAPI LackingCreateSemaphoreA(LPSECURITY_ATTRIBUTES security, LONG count, LONG most, LPCSTR name) {
+    static const auto s_real = RealFunction(&::CreateSemaphoreA, "CreateSemaphoreA", "kernel32.dll");
+    return g_lacks.bSemaphores ? nullptr : s_real(security, count, most, name);
+}
+
+BOOL WINAPI LackingSHGetSpecialFolderPathA(HWND owner, LPSTR path, int folder, BOOL bCreate) {
+    static const auto s_real = RealFunction(&::SHGetSpecialFolderPathA, "SHGetSpecialFolderPathA", "shell32.dll");
+    return g_lacks.bApplicationData ? FALSE : s_real(owner, path, folder, bCreate);
+}
+
+/// A path that is too long is cut.
+DWORD WINAPI LackingGetModuleFileNameA(HMODULE module, LPSTR path, DWORD size) {
+    static const auto s_real = RealFunction(&::GetModuleFileNameA, "GetModuleFileNameA", "kernel32.dll");
+    if (g_hostPath == nullptr) {
+        return s_real(module, path, size);
+    }
+    const std::size_t length = g_hostPath->copy(path, size - 1);
+    path[length] = '\0';
+    return length == g_hostPath->size() ? static_cast<DWORD>(length) : size;
+}
+
+UINT WINAPI LackingGetACP() {
+    static const auto s_real = RealFunction(&::GetACP, "GetACP", "kernel32.dll");
+    return g_bUtf8 ? UINT{CP_UTF8} : s_real();
+}
+
+int WINAPI LackingMultiByteToWideChar(UINT codePage, DWORD flags, LPCCH bytes, int length, LPWSTR units, int size) {
+    static const auto s_real = RealFunction(&::MultiByteToWideChar, "MultiByteToWideChar", "kernel32.dll");
+    return g_lacks.bConversions ? 0 : s_real(CodePage(codePage), flags, bytes, length, units, size);
+}
+
+int WINAPI LackingWideCharToMultiByte(UINT codePage, DWORD flags, LPCWCH units, int length, LPSTR bytes, int size,
+                                      LPCCH standIn, LPBOOL bUsed) {
+    static const auto s_real = RealFunction(&::WideCharToMultiByte, "WideCharToMultiByte", "kernel32.dll");
+    return s_real(CodePage(codePage), flags, units, length, bytes, size, standIn, bUsed);
+}
+
+} // namespace
+
+extern "C" {
+
+decltype(&::SysAllocStringLen) __imp_SysAllocStringLen = LackingSysAllocStringLen;
+decltype(&::CoInitialize) __imp_CoInitialize = LackingCoInitialize;
+decltype(&::CreateSemaphoreA) __imp_CreateSemaphoreA = LackingCreateSemaphoreA;
+decltype(&::SHGetSpecialFolderPathA) __imp_SHGetSpecialFolderPathA = LackingSHGetSpecialFolderPathA;
+decltype(&::GetModuleFileNameA) __imp_GetModuleFileNameA = LackingGetModuleFileNameA;
+decltype(&::GetACP) __imp_GetACP = LackingGetACP;
+decltype(&::MultiByteToWideChar) __imp_MultiByteToWideChar = LackingMultiByteToWideChar;
+decltype(&::WideCharToMultiByte) __imp_WideCharToMultiByte = LackingWideCharToMultiByte;
+
+} // extern "C"

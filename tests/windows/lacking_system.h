@@ -1,0 +1,56 @@
+// A system that lacks something: memory, a semaphore, COM, a folder; or whose code page is UTF-8. The program has
+// entries of its own for the functions that tell, to which the library's calls come.
+
+#pragma once
+
+#include "cordelbox.h"
+
+#include <limits>
+#include <string>
+
+/// The function itself; the first argument only tells of what type it is.
+template <class Function>
+Function RealFunction(Function, const char* name, const char* library) {
+    return reinterpret_cast<Function>(reinterpret_cast<void*>(::GetProcAddress(::LoadLibraryA(library), name)));
+}
+
+struct Lacks {
+    int nAllocations = std::numeric_limits<int>::max(); // so many are granted, and then all are refused
+    bool bCom = false;
+    bool bSemaphores = false;
+    bool bConversions = false;
+    bool bApplicationData = false;
+};
+
+/// While it lives, the system lacks what is named. Nothing else may be looked at or reported meanwhile.
+class CLackingSystem {
+public:
+    explicit CLackingSystem(const Lacks& lacks);
+    ~CLackingSystem();
+    CLackingSystem(const CLackingSystem&) = delete;
+    CLackingSystem& operator=(const CLackingSystem&) = delete;
+
+    /// Whether memory was refused.
+    bool HasRefused() const noexcept;
+};
+
+/// While it lives, the path of the host is another one.
+class CHostPath {
+public:
+    explicit CHostPath(const std::string& path);
+    ~CHostPath();
+    CHostPath(const CHostPath&) = delete;
+    CHostPath& operator=(const CHostPath&) = delete;
+
+private:
+    const std::string m_strPath;
+};
+
+/// While it lives, the code page is UTF-8.
+class CUtf8CodePage {
+public:
+    CUtf8CodePage();
+    ~CUtf8CodePage();
+    CUtf8CodePage(const CUtf8CodePage&) = delete;
+    CUtf8CodePage& operator=(const CUtf8CodePage&) = delete;
+};
