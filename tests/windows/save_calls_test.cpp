@@ -226,6 +226,22 @@ TEST_F(SaveCalls, ThatAskForTheAttributesInVainHideNothing) {
     EXPECT_EQ(::GetFileAttributesW(UserMainPath().c_str()) & (FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM), 0u);
 }
 
+TEST_F(SaveCalls, DoNotSetRightsThatANewFileHasAnyway) {
+    fs::remove(UserMainPath());
+    WriteFile(UserMainPath(), m_strOld);
+    for (const SystemCall& call : CallsOfASave()) {
+        EXPECT_NE(call.name, "SetFileSecurityW");
+    }
+}
+
+TEST_F(SaveCalls, RemoveTheFilesOfSeveralKilledProcesses) {
+    WriteFile(LeftoverPath(), "half a document");
+    WriteFile(LeftoverPath().replace_filename("~cordelbox-1-2.tmp"), "half a document");
+    WriteFile(LeftoverPath().replace_filename("~cordelbox-22-1.tmp"), "");
+    EXPECT_EQ(Save(), 0);
+    EXPECT_EQ(Names(), kCopyAlone);
+}
+
 TEST_F(SaveCalls, NeverTouchTheCopyItselfButToReplaceIt) {
     for (const SystemCall& call : CallsOfASave()) {
         if (fs::path(call.path).filename() == UserMainPath().filename()) {

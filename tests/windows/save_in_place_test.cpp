@@ -89,6 +89,28 @@ TEST_F(SaveInPlace, WhoseCallsFailOneByOneBeforeTheFirstByteLeavesTheOldDocument
     }
 }
 
+TEST_F(SaveInPlace, SaysThatItFailedAfterTheFirstByte) {
+    std::size_t first = 0;
+    std::size_t last = 0;
+    EXPECT_EQ(SaveWithoutNewFile(ERROR_ACCESS_DENIED,
+                                 [&](std::size_t number, const SystemCall& call) {
+                                     first = first == 0 && call.name == "WriteFile" ? number : first;
+                                     last = call.name == "FlushFileBuffers" ? number : last;
+                                     return Fate{0, false, 1000};
+                                 }),
+              0);
+    ASSERT_GT(last, first + 2) << "some writes, the length, and the flush";
+    for (std::size_t failing = first + 1; failing <= last; ++failing) {
+        RestoreCopy();
+        EXPECT_EQ(SaveWithoutNewFile(ERROR_ACCESS_DENIED,
+                                     [&](std::size_t number, const SystemCall&) {
+                                         return Fate{number == failing ? DWORD{ERROR_DISK_FULL} : 0, false, 1000};
+                                     }),
+                  1);
+        ExpectNextSaveToWork();
+    }
+}
+
 TEST_F(SaveInPlace, WritesWhatAShortWriteLeft) {
     EXPECT_EQ(SaveWithoutNewFile(ERROR_ACCESS_DENIED,
                                  [](std::size_t, const SystemCall&) {
