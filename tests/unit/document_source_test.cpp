@@ -3,6 +3,7 @@
 #include "document_source.h"
 
 #include "engine_document.h"
+#include "platform/document_limits.h"
 
 #include <gtest/gtest.h>
 

@@ -4,6 +4,7 @@
 
 #include "document_source.h"
 #include "engine_document.h"
+#include "platform/document_limits.h"
 
 #include <gtest/gtest.h>
 
@@ -36,12 +37,12 @@ std::string Tree(const std::string& xml) {
     return text.str();
 }
 
-std::string Nested(int depth) {
+std::string Nested(std::size_t depth) {
     std::string xml;
-    for (int level = 0; level < depth; ++level) {
+    for (std::size_t level = 0; level < depth; ++level) {
         xml += "<a>";
     }
-    for (int level = 0; level < depth; ++level) {
+    for (std::size_t level = 0; level < depth; ++level) {
         xml += "</a>";
     }
     return xml;
@@ -174,7 +175,7 @@ TEST(TreeBuilder, NeverReadsAnythingExternal) {
 }
 
 TEST(TreeBuilder, TakesElementsUpToTheGreatestDepth) {
-    ASSERT_EQ(kMaxElementDepth, 1000);
+    ASSERT_EQ(kMaxElementDepth, 1000u);
     EXPECT_TRUE(Builds(Nested(kMaxElementDepth)));
 }
 
@@ -182,7 +183,7 @@ TEST(TreeBuilder, RefusesElementsOneLevelDeeper) { EXPECT_FALSE(Builds(Nested(kM
 
 TEST(TreeBuilder, CountsDepthAndNotElements) {
     std::string xml = "<r>";
-    for (int count = 0; count < 3 * kMaxElementDepth; ++count) {
+    for (std::size_t count = 0; count < 3 * kMaxElementDepth; ++count) {
         xml += "<a><b/></a>";
     }
     EXPECT_TRUE(Builds(xml + "</r>"));

@@ -1,5 +1,7 @@
 #include "document_source.h"
 
+#include "platform/document_limits.h"
+
 #include <fcntl.h>
 #include <iconv.h>
 #include <sys/stat.h>

@@ -5,9 +5,6 @@
 #include <cstddef>
 #include <string>
 
-/// Largest document that is loaded, in bytes on disk and again as UTF-8.
-inline constexpr std::size_t kMaxDocumentBytes = std::size_t{256} << 20;
-
 /// Reads a document in pieces. UTF-8 is passed on as it is; any other encoding that the document declares, or shows by
 /// a byte order mark, is converted whole when the source is opened.
 class CDocumentSource {
@@ -17,7 +14,8 @@ public:
     CDocumentSource(const CDocumentSource&) = delete;
     CDocumentSource& operator=(const CDocumentSource&) = delete;
 
-    /// False: no regular file that can be read, too large, or not in the encoding that it declares.
+    /// False: no regular file that can be read, larger than kMaxDocumentBytes (on disk or as UTF-8), or not in the
+    /// encoding that it declares.
     bool Open(const char* path);
 
     /// Number of bytes as UTF-8.

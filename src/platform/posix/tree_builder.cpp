@@ -1,6 +1,7 @@
 #include "tree_builder.h"
 
 #include "document_source.h"
+#include "platform/document_limits.h"
 #include "shared_names.h"
 
 #define XML_DTD // makes Expat declare its limits on entity expansion
@@ -251,7 +252,7 @@ private:
     const std::unique_ptr<XML_ParserStruct, decltype(&XML_ParserFree)> m_pParser;
     std::string m_strText; // text since the last markup
     std::size_t m_nPrologEnd = 0;
-    int m_nDepth = 0;
+    std::size_t m_nDepth = 0;
     bool m_bInDoctype = false;
     bool m_bProgress = false;
     bool m_bOutOfMemory = false;

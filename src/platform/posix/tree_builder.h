@@ -6,9 +6,6 @@
 
 class CDocumentSource;
 
-/// Deepest nesting of elements that is loaded.
-inline constexpr int kMaxElementDepth = 1000;
-
 /// Entity expansion may multiply a document by this much once its expanded text exceeds the threshold in bytes.
 inline constexpr float kMaxEntityAmplification = 100.0F;
 inline constexpr unsigned long long kEntityExpansionThreshold = 8ULL << 20;
