@@ -14,9 +14,9 @@ Lacks g_lacks;
 const std::string* g_hostPath = nullptr;
 bool g_bUtf8 = false;
 
-bool IsMemoryRefused() noexcept {
-    return g_lacks.nAllocations != std::numeric_limits<int>::max() && g_lacks.nAllocations-- <= 0;
-}
+bool IsRefused(int& granted) noexcept { return granted != std::numeric_limits<int>::max() && granted-- <= 0; }
+
+bool IsMemoryRefused() noexcept { return IsRefused(g_lacks.nAllocations); }
 
 UINT CodePage(UINT codePage) noexcept { return g_bUtf8 && codePage == CP_ACP ? CP_UTF8 : codePage; }
 
@@ -92,7 +92,7 @@ UINT WINAPI LackingGetACP() {
 
 int WINAPI LackingMultiByteToWideChar(UINT codePage, DWORD flags, LPCCH bytes, int length, LPWSTR units, int size) {
     static const auto s_real = RealFunction(&::MultiByteToWideChar, "MultiByteToWideChar", "kernel32.dll");
-    return g_lacks.bConversions ? 0 : s_real(CodePage(codePage), flags, bytes, length, units, size);
+    return IsRefused(g_lacks.nConversions) ? 0 : s_real(CodePage(codePage), flags, bytes, length, units, size);
 }
 
 int WINAPI LackingWideCharToMultiByte(UINT codePage, DWORD flags, LPCWCH units, int length, LPSTR bytes, int size,

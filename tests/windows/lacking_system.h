@@ -15,10 +15,11 @@ Function RealFunction(Function, const char* name, const char* library) {
 }
 
 struct Lacks {
-    int nAllocations = std::numeric_limits<int>::max(); // so many are granted, and then all are refused
+    // So many are granted, and then all are refused.
+    int nAllocations = std::numeric_limits<int>::max();
+    int nConversions = std::numeric_limits<int>::max();
     bool bCom = false;
     bool bSemaphores = false;
-    bool bConversions = false;
     bool bApplicationData = false;
 };
 

@@ -61,9 +61,11 @@ TEST_F(LackingSystem, KnowsNoFolderOfAHostWhosePathIsTooLong) {
 
 TEST_F(LackingSystem, WithoutConversionsFoldsNothing) {
     EXPECT_TRUE(platform::EqualIgnoringCase("a", "A"));
-    const CLackingSystem lacking({.bConversions = true});
-    EXPECT_FALSE(platform::EqualIgnoringCase("a", "A"));
-    EXPECT_TRUE(platform::EqualIgnoringCase("a", "a"));
+    for (const int granted : {0, 1}) {
+        const CLackingSystem lacking({.nConversions = granted});
+        EXPECT_FALSE(platform::EqualIgnoringCase("a", "A"));
+        EXPECT_TRUE(platform::EqualIgnoringCase("a", "a"));
+    }
 }
 
 TEST_F(LackingSystem, RefusesTextThatCannotBeCounted) {
