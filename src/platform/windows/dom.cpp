@@ -4,6 +4,7 @@
 
 #include "byte_stream.h"
 #include "com_pointer.h"
+#include "platform/document_limits.h"
 #include "safe_save.h"
 #include "wide_text.h"
 
@@ -16,10 +17,6 @@
 namespace {
 
 constexpr CLSID kDocumentClass = {0xF6D90F11, 0x9C73, 0x11D3, {0xB3, 0x2E, 0x00, 0xC0, 0x4F, 0x99, 0x0B, 0xB4}};
-
-// Limits of what is loaded: bytes of the file, and elements within each other.
-constexpr std::uint64_t kMaxDocumentBytes = std::uint64_t{256} << 20;
-constexpr std::size_t kMaxElementDepth = 1000;
 
 void Check(HRESULT result, const char* failure) {
     if (FAILED(result)) {
