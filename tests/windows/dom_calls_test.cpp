@@ -135,7 +135,7 @@ TEST_F(DomCalls, OfALoadFailingOneByOneGiveNoDocument) {
             }
             SCOPED_TRACE(failed + ", call " + std::to_string(failing));
             if (answer == DomAnswer::Failure) {
-                // An element without the right to be asked for its interface is none that declares the encoding.
+                // A first node that has not the interface of a declaration is none.
                 EXPECT_EQ(bLoaded, failed == "QueryInterface");
             }
             EXPECT_EQ(!error.empty(), answer == DomAnswer::Failure && failed == "load") << error;
