@@ -7,6 +7,7 @@
 #include "host_test.h"
 #include "nodes/node_writers.h"
 #include "platform/code_page.h"
+#include "platform/document_limits.h"
 #include "platform/dom.h"
 #include "platform/folders.h"
 #include "platform/semaphore.h"
@@ -77,9 +78,8 @@ TEST_F(LackingSystem, RefusesTextThatCannotBeCounted) {
 
 TEST_F(LackingSystem, RefusesADocumentThatIsTooLarge) {
     // The DOM would take it: it overlooks the zeros behind the document.
-    constexpr std::uintmax_t kMost = std::uintmax_t{256} << 20;
     CopyMainForUser(Document(""));
-    fs::resize_file(UserMainPath(), kMost + 1);
+    fs::resize_file(UserMainPath(), kMaxDocumentBytes + 1);
     EXPECT_FALSE(DomDocument::Create()->Load(UserMainPath().string().c_str()));
     fs::resize_file(UserMainPath(), Document("").size());
     EXPECT_TRUE(DomDocument::Create()->Load(UserMainPath().string().c_str()));
