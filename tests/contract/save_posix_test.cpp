@@ -154,6 +154,22 @@ TEST_F(SavePosix, ACarriageReturnInTextBetweenElementsSurvivesEverySave) {
     EXPECT_THAT(UserMainText(), ::testing::HasSubstr("<Note>a&#13;b&#13;\nc</Note>"));
 }
 
+TEST_F(SavePosix, EveryCharacterSurvivesWhereverInALargeDocumentItStands) {
+    // A large document is written in pieces of a mebibyte: the note is moved over the end of the first, byte by byte.
+    constexpr std::size_t kPieceBytes = std::size_t{1} << 20;
+    const std::string end = "  <Note Name=\"&lt;&amp;&quot;&#10;\">a&#13;b\u00e9\u20ac</Note>\n</Cordelbox>\n";
+    OpenMain("<Info><Item Name=\"\"/></Info><Note Name=\"&lt;&amp;&quot;&#10;\">a&#13;b\u00e9\u20ac</Note>");
+    WriteAttr("Info", "Name", "");
+    const std::size_t before = UserMainText().size() - end.size();
+    for (std::size_t shift = 0; shift <= end.size(); ++shift) {
+        const std::string padding(kPieceBytes - before - shift, 'p');
+        EXPECT_EQ(WriteAttr("Info", "Name", padding.c_str()), 1);
+        const std::string saved = UserMainText();
+        ASSERT_EQ(saved.size(), kPieceBytes - shift + end.size());
+        ASSERT_EQ(saved.substr(kPieceBytes - shift), end) << shift;
+    }
+}
+
 TEST_F(SavePosix, LineEndsOfADocumentTypeDeclarationAreLineFeedsInWhatIsSaved) {
     const std::string document = "<!DOCTYPE Cordelbox [\r\n<!ENTITY e \"x\">\r]>\r\n<Cordelbox><Info><Item "
                                  "Name=\"&e;\"/></Info></Cordelbox>";

@@ -21,10 +21,21 @@ constexpr const char* kName = "Cordelbox\\xml\\Faults.xml";
 constexpr mode_t kMode = 0640;
 constexpr uid_t kOwner = 1234; // where the tests may give files away
 
-std::string OldDocument() {
+/// A text of which no two places are alike.
+std::string Counted(std::size_t length) {
+    std::string text;
+    for (int number = 0; text.size() < length; ++number) {
+        text += std::to_string(number) + " ";
+    }
+    return text;
+}
+
+std::string OldDocument(DocumentSize size) {
+    const std::string text = Counted(static_cast<std::size_t>(size));
     std::string xml = "<?xml version=\"1.0\" encoding=\"UTF-8\"?><r><Files>";
     for (int row = 0; row < 40; ++row) {
-        xml += "<Item FileID=\"" + std::to_string(row) + "\" ID=\"" + std::to_string(row * 7) + "\"/>";
+        xml += "<Item FileID=\"" + std::to_string(row) + "\" ID=\"" + std::to_string(row * 7) + "\" Text=\"" + text +
+               "\"/>";
     }
     return xml + "</Files></r>";
 }
@@ -40,8 +51,8 @@ void WriteBytes(const fs::path& path, const std::string& bytes) {
     std::ofstream(path, std::ios::binary | std::ios::trunc) << bytes;
 }
 
-FaultTest::FaultTest()
-    : m_strOld(OldDocument()), m_copyFolder(m_folder.Path() / "Marvane" / "Hollivet" / "Cordelbox" / "xml") {
+FaultTest::FaultTest(DocumentSize size)
+    : m_strOld(OldDocument(size)), m_copyFolder(m_folder.Path() / "Marvane" / "Hollivet" / "Cordelbox" / "xml") {
     ::setenv("XDG_CONFIG_HOME", m_folder.Path().c_str(), 1);
     fs::create_directories(m_copyFolder);
     m_owner.semaphore = platform::NewSemaphore();
@@ -85,7 +96,8 @@ std::set<std::string> FaultTest::Names() const {
 ::testing::AssertionResult FaultTest::CopyIsWhole(bool bOwnerKept) const {
     const std::string bytes = ReadBytes(CopyPath());
     if (bytes != m_strOld && bytes != m_strNew) {
-        return ::testing::AssertionFailure() << "the copy is neither document:\n" << bytes;
+        return ::testing::AssertionFailure() << "the copy is neither document but " << bytes.size() << " bytes:\n"
+                                             << bytes.substr(0, 4000);
     }
     struct stat status {};
     if (::stat(CopyPath().c_str(), &status) != 0 || (status.st_mode & 07777) != kMode) {

@@ -15,9 +15,15 @@
 std::string ReadBytes(const std::filesystem::path& path);
 void WriteBytes(const std::filesystem::path& path, const std::string& bytes);
 
+/// How much text each of the document's forty elements holds.
+enum class DocumentSize : std::size_t {
+    Everyday = 20,    // a save writes it at once
+    Large = 64 << 10, // a save writes it in three pieces
+};
+
 class FaultTest : public ::testing::Test {
 protected:
-    FaultTest();
+    explicit FaultTest(DocumentSize size = DocumentSize::Everyday);
     ~FaultTest() override;
 
     /// Puts the old document in the place of the per-user copy, with permissions and an owner of its own.
@@ -36,6 +42,8 @@ protected:
     std::filesystem::path CopyPath() const { return m_copyFolder / "Faults.xml"; }
     std::filesystem::path TemporaryPath() const { return m_copyFolder / ".Faults.xml.saving"; }
 
+    static constexpr std::size_t kPieceBytes = std::size_t{1} << 20; // which a save writes at once
+
     PoolOwner m_owner{};
     CXmlObject* m_pDocument = nullptr;
     std::string m_strOld; // the per-user copy as it was
@@ -45,3 +53,16 @@ private:
     const CScratchFolder m_folder;
     const std::filesystem::path m_copyFolder;
 };
+
+/// What must hold for documents of both sizes.
+template <class Test>
+class CWithEachSize : public Test, public ::testing::WithParamInterface<DocumentSize> {
+protected:
+    CWithEachSize() : Test(GetParam()) {}
+};
+
+inline auto EachSize() { return ::testing::Values(DocumentSize::Everyday, DocumentSize::Large); }
+
+inline std::string SizeName(const ::testing::TestParamInfo<DocumentSize>& info) {
+    return info.param == DocumentSize::Large ? "LargeDocument" : "EverydayDocument";
+}

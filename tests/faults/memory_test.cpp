@@ -259,9 +259,10 @@ TEST(EngineMemory, FailingInARequestAddsNothingToIt) {
     EXPECT_EQ(query.m_attrs.Count(), 1);
 }
 
-class SaveMemory : public FaultTest {};
+class SaveMemory : public CWithEachSize<FaultTest> {};
+INSTANTIATE_TEST_SUITE_P(Of, SaveMemory, EachSize(), SizeName);
 
-TEST_F(SaveMemory, FailingAtEveryAllocationLeavesAWholeDocument) {
+TEST_P(SaveMemory, FailingAtEveryAllocationLeavesAWholeDocument) {
     for (const bool bFurther : {false, true}) {
         int refused = 0;
         for (std::size_t allocation = 1;; ++allocation) {
@@ -289,31 +290,4 @@ TEST_F(SaveMemory, FailingAtEveryAllocationLeavesAWholeDocument) {
         EXPECT_GT(refused, 3);
         std::printf("%d allocations of a save refused\n", refused);
     }
-}
-
-TEST_F(SaveMemory, FailingWhereTheTextOutgrowsItsRoomLeavesTheOldDocument) {
-    const auto saveWith = [&](const std::string& text, std::size_t failing) {
-        CXmlQuery change("Files", "ID", AnsiString(text.c_str()));
-        change.AddPair("FileID", "6");
-        EXPECT_EQ(WriteAttribute(&change), 0);
-        CLibraryMemory::Reset();
-        const CLibraryMemory memory(failing);
-        return Save();
-    };
-    const std::string longText(100000, 'l');
-    int refused = 0;
-    for (std::size_t allocation = 1;; ++allocation) {
-        ASSERT_EQ(saveWith("short", 0), 0);
-        const std::string before = ReadBytes(CopyPath());
-        const int32_t status = saveWith(longText, allocation);
-        if (!CLibraryMemory::HasFailed()) {
-            EXPECT_EQ(status, 0);
-            EXPECT_GT(ReadBytes(CopyPath()).size(), longText.size());
-            break;
-        }
-        ++refused;
-        EXPECT_EQ(status, 1);
-        EXPECT_EQ(ReadBytes(CopyPath()), before);
-    }
-    EXPECT_GT(refused, 4);
 }

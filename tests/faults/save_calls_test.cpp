@@ -4,6 +4,7 @@
 #include "fault_document.h"
 #include "system_calls.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -20,6 +21,8 @@ const int kErrors[] = {ENOSPC, EIO, EDQUOT, EROFS, EINTR, EACCES, ENOLCK, ENOMEM
 
 class SaveCalls : public FaultTest {
 protected:
+    explicit SaveCalls(DocumentSize size = DocumentSize::Everyday) : FaultTest(size) {}
+
     /// The calls of a save that nothing disturbs, with writes of at most so many bytes.
     std::vector<SystemCall> CallsOfASave(std::size_t nAtMost) {
         CSystemCallWatch watch([&](std::size_t, const SystemCall&) { return Fate{0, false, nAtMost}; });
@@ -42,6 +45,14 @@ protected:
     static bool IsFor(const SystemCall& call, const char* name) { return call.name == name; }
 };
 
+class EachSaveCall : public CWithEachSize<SaveCalls> {};
+INSTANTIATE_TEST_SUITE_P(Of, EachSaveCall, EachSize(), SizeName);
+
+class LargeSaveCalls : public SaveCalls {
+protected:
+    LargeSaveCalls() : SaveCalls(DocumentSize::Large) {}
+};
+
 TEST_F(SaveCalls, AreTheOnesThatTheseTestsKnow) {
     std::map<std::string, int> counts;
     for (const SystemCall& call : CallsOfASave(-1)) {
@@ -52,11 +63,65 @@ TEST_F(SaveCalls, AreTheOnesThatTheseTestsKnow) {
         EXPECT_GE(counts[name], 1) << name;
     }
     EXPECT_EQ(counts["write"], 1) << "the whole document at once";
+    EXPECT_EQ(counts["sync_file_range"], 0);
     EXPECT_EQ(counts["rename"], 1);
     EXPECT_EQ(counts["unlink"], 0);
 }
 
-TEST_F(SaveCalls, FailingOneByOneLeaveAWholeDocumentAndNothingBesideIt) {
+TEST_F(LargeSaveCalls, SendEachPieceToTheDiskBeforeTheNextIsWritten) {
+    std::string order;
+    std::size_t left = m_strNew.size();
+    for (const SystemCall& call : CallsOfASave(-1)) {
+        if (call.path != TemporaryPath()) {
+            continue;
+        }
+        if (call.name == "write") {
+            EXPECT_EQ(call.bytes.size(), std::min(left, kPieceBytes));
+            EXPECT_EQ(call.bytes, m_strNew.substr(m_strNew.size() - left, call.bytes.size()));
+            left -= call.bytes.size();
+        }
+        if (call.name == "write" || call.name == "sync_file_range" || call.name == "fsync" || call.name == "rename") {
+            order += call.name + " ";
+        }
+    }
+    EXPECT_EQ(order, "write sync_file_range write sync_file_range write fsync rename ");
+}
+
+TEST_F(LargeSaveCalls, WorkWhereTheDiskCannotBeSentAPiece) {
+    // As on a file system that knows no such request.
+    int refused = 0;
+    {
+        const CSystemCallWatch watch([&](std::size_t, const SystemCall& call) {
+            const bool bRefused = IsFor(call, "sync_file_range");
+            refused += bRefused ? 1 : 0;
+            return Fate{bRefused ? EINVAL : 0};
+        });
+        EXPECT_EQ(Save(), 0);
+    }
+    EXPECT_EQ(refused, 2);
+    EXPECT_EQ(ReadBytes(CopyPath()), m_strNew);
+    EXPECT_TRUE(CopyIsWhole());
+}
+
+TEST_F(LargeSaveCalls, WriteNothingMoreOnceAPieceFailed) {
+    for (const int failing : {0, 1, 2}) {
+        int writes = 0;
+        int sent = 0;
+        {
+            const CSystemCallWatch watch([&](std::size_t, const SystemCall& call) {
+                sent += IsFor(call, "sync_file_range") ? 1 : 0;
+                return Fate{IsFor(call, "write") && writes++ == failing ? ENOSPC : 0};
+            });
+            EXPECT_EQ(Save(), 1);
+        }
+        EXPECT_EQ(writes, failing + 1);
+        EXPECT_EQ(sent, failing);
+        EXPECT_EQ(ReadBytes(CopyPath()), m_strOld);
+        EXPECT_EQ(Names(), std::set<std::string>{"Faults.xml"});
+    }
+}
+
+TEST_P(EachSaveCall, FailingOneByOneLeaveAWholeDocumentAndNothingBesideIt) {
     int failures = 0;
     for (const std::size_t nAtMost : {std::size_t(-1), m_strNew.size() / 4}) {
         const std::size_t count = CallsOfASave(nAtMost).size();
@@ -89,7 +154,7 @@ TEST_F(SaveCalls, FailingOneByOneLeaveAWholeDocumentAndNothingBesideIt) {
     std::printf("%d calls failed, one by one\n", failures);
 }
 
-TEST_F(SaveCalls, FailingFromOneOnLeaveAWholeDocument) {
+TEST_P(EachSaveCall, FailingFromOneOnLeaveAWholeDocument) {
     // A disk that died: the temporary file cannot even be removed. The next save uses it up.
     const std::size_t count = CallsOfASave(-1).size();
     int failures = 0;
@@ -123,7 +188,7 @@ TEST_F(SaveCalls, FailingFromOneOnLeaveAWholeDocument) {
     std::printf("%d points from which on every call failed\n", failures);
 }
 
-TEST_F(SaveCalls, FailingTwiceLeaveAWholeDocument) {
+TEST_P(EachSaveCall, FailingTwiceLeaveAWholeDocument) {
     const std::size_t count = CallsOfASave(-1).size() + 2;
     int failures = 0;
     for (std::size_t first = 0; first < count; ++first) {

@@ -3,6 +3,7 @@
 #include "fault_document.h"
 #include "safe_save.h"
 #include "system_calls.h"
+#include "text_pieces.h"
 
 #include <signal.h>
 #include <sys/wait.h>
@@ -38,6 +39,8 @@ pid_t StartChild(Work work) {
 
 class SaveKill : public FaultTest {
 protected:
+    explicit SaveKill(DocumentSize size = DocumentSize::Everyday) : FaultTest(size) {}
+
     void ExpectNextSaveToUseUpWhatWasLeft() {
         ASSERT_EQ(Save(), 0);
         EXPECT_EQ(ReadBytes(CopyPath()), m_strNew);
@@ -46,11 +49,14 @@ protected:
     }
 };
 
-TEST_F(SaveKill, BeforeEachCallLeavesAWholeDocument) {
+class EachSaveKill : public CWithEachSize<SaveKill> {};
+INSTANTIATE_TEST_SUITE_P(Of, EachSaveKill, EachSize(), SizeName);
+
+TEST_P(EachSaveKill, BeforeEachCallLeavesAWholeDocument) {
     int kills = 0;
     int leftBehind = 0;
     int replaced = 0;
-    for (const std::size_t nAtMost : {std::size_t(-1), std::size_t(200)}) {
+    for (const std::size_t nAtMost : {std::size_t(-1), m_strNew.size() / 10}) {
         for (std::size_t killing = 0;; ++killing) {
             RestoreCopy();
             const pid_t child = StartChild([&] {
@@ -92,8 +98,8 @@ TEST_F(SaveKill, AtRandomMomentsLeavesAWholeDocument) {
                 return;
             }
             for (;;) {
-                platform::ReplaceContents(CopyPath().c_str(), second);
-                platform::ReplaceContents(CopyPath().c_str(), first);
+                platform::ReplaceContents(CopyPath().c_str(), InPieces(second));
+                platform::ReplaceContents(CopyPath().c_str(), InPieces(first));
             }
         });
         char byte = 0;

@@ -44,15 +44,16 @@ private:
 
 } // namespace
 
-class SavePowerLoss : public FaultTest {
+class SavePowerLoss : public CWithEachSize<FaultTest> {
 protected:
     std::vector<SystemCall> CallsOfASave() {
-        CSystemCallWatch watch([](std::size_t, const SystemCall&) { return Fate{0, false, 300}; });
+        const std::size_t nAtMost = m_strNew.size() / 8;
+        CSystemCallWatch watch([=](std::size_t, const SystemCall&) { return Fate{0, false, nAtMost}; });
         EXPECT_EQ(Save(), 0);
         // Calls that did less than they were asked are noted with all that they were asked: take that off.
         std::vector<SystemCall> calls = watch.Calls();
         for (SystemCall& call : calls) {
-            call.bytes.resize(std::min<std::size_t>(call.bytes.size(), 300));
+            call.bytes.resize(std::min(call.bytes.size(), nAtMost));
         }
         return calls;
     }
@@ -65,7 +66,9 @@ protected:
     }
 };
 
-TEST_F(SavePowerLoss, AtAnyMomentLeavesTheOldDocumentOrTheNewOne) {
+INSTANTIATE_TEST_SUITE_P(Of, SavePowerLoss, EachSize(), SizeName);
+
+TEST_P(SavePowerLoss, AtAnyMomentLeavesTheOldDocumentOrTheNewOne) {
     CDisk disk(CopyPath(), m_strOld);
     bool bReplaced = false;
     for (const SystemCall& call : CallsOfASave()) {
@@ -77,7 +80,7 @@ TEST_F(SavePowerLoss, AtAnyMomentLeavesTheOldDocumentOrTheNewOne) {
     EXPECT_TRUE(bReplaced) << "a save that is done is on disk";
 }
 
-TEST_F(SavePowerLoss, TheFileIsFlushedWithItsPermissionsBeforeItGetsItsName) {
+TEST_P(SavePowerLoss, TheFileIsFlushedWithItsPermissionsBeforeItGetsItsName) {
     const std::vector<SystemCall> calls = CallsOfASave();
     const std::string temporary = TemporaryPath();
     const std::size_t flushed = Position(calls, "fsync", temporary);
@@ -87,12 +90,12 @@ TEST_F(SavePowerLoss, TheFileIsFlushedWithItsPermissionsBeforeItGetsItsName) {
     EXPECT_LT(flushed, Position(calls, "rename", temporary));
 }
 
-TEST_F(SavePowerLoss, TheFolderIsFlushedAfterwards) {
+TEST_P(SavePowerLoss, TheFolderIsFlushedAfterwards) {
     const std::vector<SystemCall> calls = CallsOfASave();
     EXPECT_LT(Position(calls, "rename", TemporaryPath()), Position(calls, "fsync", CopyPath().parent_path()));
 }
 
-TEST_F(SavePowerLoss, TheModelSeesASaveThatDoesNotFlush) {
+TEST_P(SavePowerLoss, TheModelSeesASaveThatDoesNotFlush) {
     CDisk disk(CopyPath(), m_strOld);
     for (const SystemCall& call : CallsOfASave()) {
         if (call.name != "fsync") {

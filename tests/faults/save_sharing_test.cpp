@@ -3,6 +3,7 @@
 #include "fault_document.h"
 #include "safe_save.h"
 #include "system_calls.h"
+#include "text_pieces.h"
 
 #include <sys/wait.h>
 #include <unistd.h>
@@ -44,7 +45,7 @@ protected:
                 const CSystemCallWatch watch([&](std::size_t, const SystemCall&) { return Fate{0, false, nAtMost}; });
                 const auto end = std::chrono::steady_clock::now() + duration;
                 while (std::chrono::steady_clock::now() < end) {
-                    bAll = platform::ReplaceContents(CopyPath().c_str(), text) && bAll;
+                    bAll = platform::ReplaceContents(CopyPath().c_str(), InPieces(text)) && bAll;
                 }
                 ::_exit(bAll ? 0 : 1);
             }

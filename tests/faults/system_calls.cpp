@@ -179,6 +179,11 @@ int fsync(int file) {
     return Fails(NoteFile("fsync", file)) ? -1 : real(file);
 }
 
+int sync_file_range(int file, off64_t offset, off64_t length, unsigned flags) {
+    static const auto real = Real<int (*)(int, off64_t, off64_t, unsigned)>("sync_file_range");
+    return Fails(NoteFile("sync_file_range", file)) ? -1 : real(file, offset, length, flags);
+}
+
 int rename(const char* from, const char* to) noexcept {
     static const auto real = Real<int (*)(const char*, const char*)>("rename");
     return Fails(Note({"rename", from, to, {}})) ? -1 : real(from, to);

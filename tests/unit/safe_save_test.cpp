@@ -1,6 +1,7 @@
 // Replacing a file in one step.
 
 #include "safe_save.h"
+#include "text_pieces.h"
 
 #include <gtest/gtest.h>
 
@@ -38,7 +39,10 @@ protected:
     }
     ~SafeSave() override { fs::remove_all(m_folder); }
 
-    bool Replace(const std::string& contents) { return platform::ReplaceContents(m_file.c_str(), contents); }
+    bool Replace(const std::string& contents) { return Replace(m_file, contents); }
+    static bool Replace(const fs::path& file, const std::string& contents) {
+        return platform::ReplaceContents(file.c_str(), InPieces(contents));
+    }
     std::set<std::string> Names() const {
         std::set<std::string> names;
         for (const auto& entry : fs::directory_iterator(m_folder)) {
@@ -59,6 +63,21 @@ TEST_F(SafeSave, ReplacesTheContents) {
     const std::string large(5 << 20, 'x');
     EXPECT_TRUE(Replace(large));
     EXPECT_EQ(Read(m_file), large);
+}
+
+TEST_F(SafeSave, TakesPiecesOfAnyLengthAndNone) {
+    const std::string long1(100000, '1');
+    const std::string long2(3000000, '2');
+    EXPECT_TRUE(platform::ReplaceContents(m_file.c_str(), [&](const platform::PieceTaker& take) {
+        take("");
+        take(long1);
+        take("x");
+        take("");
+        take(long2);
+    }));
+    EXPECT_EQ(Read(m_file), long1 + "x" + long2);
+    EXPECT_TRUE(platform::ReplaceContents(m_file.c_str(), [](const platform::PieceTaker&) {}));
+    EXPECT_EQ(Read(m_file), "");
 }
 
 TEST_F(SafeSave, MakesANewFileOfThatName) {
@@ -131,6 +150,9 @@ TEST_F(SafeSave, WritesInPlaceWhereAFolderHoldsTheTemporaryName) {
     EXPECT_EQ(Read(m_file), "shorter or longer");
     EXPECT_TRUE(Replace("n"));
     EXPECT_EQ(Read(m_file), "n");
+    const std::string large(100000, 'l');
+    EXPECT_TRUE(Replace(large));
+    EXPECT_EQ(Read(m_file), large);
     EXPECT_EQ(FileNumber(m_file), before);
 }
 
@@ -138,7 +160,7 @@ TEST_F(SafeSave, WritesInPlaceWhereTheTemporaryNameWouldBeTooLong) {
     const fs::path file = m_folder / std::string(255, 'n');
     std::ofstream(file) << "old";
     const ino_t before = FileNumber(file);
-    EXPECT_TRUE(platform::ReplaceContents(file.c_str(), "new"));
+    EXPECT_TRUE(Replace(file, "new"));
     EXPECT_EQ(Read(file), "new");
     EXPECT_EQ(FileNumber(file), before);
 }
@@ -147,14 +169,14 @@ TEST_F(SafeSave, TakesTheLongestNameWithATemporaryFile) {
     const fs::path file = m_folder / std::string(255 - 8, 'n');
     std::ofstream(file) << "old";
     const ino_t before = FileNumber(file);
-    EXPECT_TRUE(platform::ReplaceContents(file.c_str(), "new"));
+    EXPECT_TRUE(Replace(file, "new"));
     EXPECT_EQ(Read(file), "new");
     EXPECT_NE(FileNumber(file), before);
 }
 
 TEST_F(SafeSave, ReplacesTheTargetOfALink) {
     fs::create_symlink("a.xml", m_folder / "link.xml");
-    EXPECT_TRUE(platform::ReplaceContents((m_folder / "link.xml").c_str(), "new"));
+    EXPECT_TRUE(Replace(m_folder / "link.xml", "new"));
     EXPECT_TRUE(fs::is_symlink(m_folder / "link.xml"));
     EXPECT_FALSE(fs::is_symlink(m_file));
     EXPECT_EQ(Read(m_file), "new");

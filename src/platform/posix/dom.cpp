@@ -13,12 +13,15 @@
 
 struct DomDocument::Native {
     pugi::xml_document m_tree;
-    std::size_t m_nLastSize = 0; // of the document as text, as last seen: what a save needs to reserve
 };
 
 namespace {
 
 constexpr const char* kItemName = "Item";
+
+/// The disk is busy with one piece of a document while the next is made: small enough for many pieces, and large enough
+/// for everyday documents to be one.
+constexpr std::size_t kPieceBytes = std::size_t{1} << 20;
 
 void Require(bool done) {
     if (!done) {
@@ -70,33 +73,40 @@ private:
     bool m_bKept = false;
 };
 
-/// Collects what the tree writes. The writer cannot pass an exception through pugixml and notes a failure instead.
-class CTextWriter : public pugi::xml_writer {
+/// Gathers the small bits in which a tree is written into pieces that are worth a call to the system. `piece` has room
+/// for kPieceBytes.
+class CPieceWriter : public pugi::xml_writer {
 public:
-    explicit CTextWriter(std::size_t expected) { m_strText.reserve(expected); }
-    void write(const void* data, std::size_t size) override {
-        try {
-            Append({static_cast<const char*>(data), size});
-        } catch (const std::bad_alloc&) {
-            m_bWhole = false;
-        }
-    }
-    bool IsWhole() const noexcept { return m_bWhole; }
-    const std::string& Text() const noexcept { return m_strText; }
+    CPieceWriter(std::string& piece, const platform::PieceTaker& take) noexcept : m_strPiece(piece), m_take(take) {}
 
-private:
     /// A carriage return as it stands would be read back as a line end. pugixml writes it so in one place only, text
     /// between elements, where a character reference may stand for it.
-    void Append(std::string_view text) {
+    void write(const void* data, std::size_t size) override {
+        std::string_view text(static_cast<const char*>(data), size);
         for (std::size_t found = 0; (found = text.find('\r')) != std::string_view::npos;
              text.remove_prefix(found + 1)) {
-            m_strText.append(text, 0, found).append("&#13;");
+            Append(text.substr(0, found));
+            Append("&#13;");
         }
-        m_strText += text;
+        Append(text);
     }
 
-    std::string m_strText;
-    bool m_bWhole = true;
+    void HandOver() {
+        m_take(m_strPiece);
+        m_strPiece.clear();
+    }
+
+private:
+    void Append(std::string_view text) {
+        for (std::size_t room = 0; text.size() > (room = kPieceBytes - m_strPiece.size()); text.remove_prefix(room)) {
+            m_strPiece.append(text, 0, room);
+            HandOver();
+        }
+        m_strPiece += text;
+    }
+
+    std::string& m_strPiece;
+    const platform::PieceTaker& m_take;
 };
 
 } // namespace
@@ -115,22 +125,21 @@ std::unique_ptr<DomDocument> DomDocument::Create() noexcept {
 bool DomDocument::Load(const char* path) {
     try {
         CDocumentSource source;
-        if (!source.Open(path) || !BuildTree(source, m_pNative->m_tree)) {
-            return false;
-        }
-        m_pNative->m_nLastSize = source.Size();
-        return true;
+        return source.Open(path) && BuildTree(source, m_pNative->m_tree);
     } catch (const std::bad_alloc&) {
         throw DomError("out of memory while loading a document");
     }
 }
 
 void DomDocument::Save(const char* path) {
-    CTextWriter writer(m_pNative->m_nLastSize + m_pNative->m_nLastSize / 8);
-    m_pNative->m_tree.save(writer, "  ", pugi::format_indent | pugi::format_no_declaration, pugi::encoding_utf8);
-    Require(writer.IsWhole());
-    m_pNative->m_nLastSize = writer.Text().size();
-    if (!platform::ReplaceContents(path, writer.Text())) {
+    std::string piece;
+    piece.reserve(kPieceBytes);
+    const auto writeTree = [&](const platform::PieceTaker& take) {
+        CPieceWriter writer(piece, take);
+        m_pNative->m_tree.save(writer, "  ", pugi::format_indent | pugi::format_no_declaration, pugi::encoding_utf8);
+        writer.HandOver();
+    };
+    if (!platform::ReplaceContents(path, writeTree)) {
         throw DomError("the document could not be saved");
     }
 }

@@ -35,20 +35,46 @@ private:
     int m_nDescriptor;
 };
 
-/// The number of bytes that were written: all of them, unless the system fails.
-std::size_t Write(int file, std::string_view contents) noexcept {
-    std::size_t written = 0;
-    while (written < contents.size()) {
-        const ssize_t count = write(file, contents.data() + written, contents.size() - written);
-        if (count < 0 && errno == EINTR) {
-            continue;
-        }
-        if (count <= 0) {
-            break;
-        }
-        written += static_cast<std::size_t>(count);
+/// Writes a new file, or an old one from its beginning, up to the first failure.
+class CFileWriter {
+public:
+    explicit CFileWriter(const CFile& file) noexcept : m_nFile(file.Descriptor()) {}
+
+    /// False when the system fails.
+    bool Write(const ContentsGiver& giveContents) noexcept {
+        giveContents([this](std::string_view piece) { WritePiece(piece); });
+        return !m_bFailed;
     }
-    return written;
+    std::size_t WrittenBytes() const noexcept { return m_nWritten; }
+
+private:
+    void WritePiece(std::string_view piece) noexcept {
+        if (m_nWritten > 0 && !m_bFailed) {
+            // The disk takes what is there while further pieces are made. What fails here fails in the flush.
+            sync_file_range(m_nFile, 0, 0, SYNC_FILE_RANGE_WRITE);
+        }
+        while (!m_bFailed && !piece.empty()) {
+            const ssize_t count = write(m_nFile, piece.data(), piece.size());
+            if (count < 0 && errno == EINTR) {
+                continue;
+            }
+            m_bFailed = count <= 0;
+            if (!m_bFailed) {
+                m_nWritten += static_cast<std::size_t>(count);
+                piece.remove_prefix(static_cast<std::size_t>(count));
+            }
+        }
+    }
+
+    const int m_nFile;
+    std::size_t m_nWritten = 0;
+    bool m_bFailed = false;
+};
+
+std::size_t SizeOf(const ContentsGiver& giveContents) noexcept {
+    std::size_t size = 0;
+    giveContents([&size](std::string_view piece) { size += piece.size(); });
+    return size;
 }
 
 /// True when opening the temporary file failed because the folder takes no new file there, as opposed to a shortage
@@ -96,27 +122,29 @@ CFile OpenTemporary(const std::string& path, int& error) noexcept {
     }
 }
 
-bool FillTemporary(int file, std::string_view contents, const struct stat& original) noexcept {
+bool FillTemporary(const CFile& file, const ContentsGiver& giveContents, const struct stat& original) noexcept {
+    const int descriptor = file.Descriptor();
     // Ownership first: changing it may clear permission bits. Without the right to change it the file is the user's
     // own; a shortage is a failure like any other.
-    if (fchown(file, original.st_uid, original.st_gid) != 0 && (errno == EIO || errno == ENOSPC || errno == EDQUOT)) {
+    if (fchown(descriptor, original.st_uid, original.st_gid) != 0 &&
+        (errno == EIO || errno == ENOSPC || errno == EDQUOT)) {
         return false;
     }
-    return ftruncate(file, 0) == 0 && Write(file, contents) == contents.size() &&
-           fchmod(file, original.st_mode & 07777) == 0 && fsync(file) == 0;
+    return ftruncate(descriptor, 0) == 0 && CFileWriter(file).Write(giveContents) &&
+           fchmod(descriptor, original.st_mode & 07777) == 0 && fsync(descriptor) == 0;
 }
 
-bool WriteInPlace(const char* path, std::string_view contents) noexcept {
+bool WriteInPlace(const char* path, const ContentsGiver& giveContents) noexcept {
     const CFile file(open(path, O_WRONLY | O_CLOEXEC));
     struct stat original = {};
     if (!file.IsOpen() || !LockForSaving(file.Descriptor()) || fstat(file.Descriptor(), &original) != 0) {
         return false;
     }
-    const auto size = static_cast<off_t>(contents.size());
-    const bool bReserved = posix_fallocate(file.Descriptor(), 0, size) == 0;
-    const std::size_t written = bReserved ? Write(file.Descriptor(), contents) : 0;
+    const auto size = static_cast<off_t>(SizeOf(giveContents));
+    CFileWriter writer(file);
+    const bool bWritten = posix_fallocate(file.Descriptor(), 0, size) == 0 && writer.Write(giveContents);
     // Reserving may have made the file longer, even where it failed; up to the first byte it is the old document.
-    return ftruncate(file.Descriptor(), written == 0 ? original.st_size : size) == 0 && written == contents.size() &&
+    return ftruncate(file.Descriptor(), writer.WrittenBytes() == 0 ? original.st_size : size) == 0 && bWritten &&
            fsync(file.Descriptor()) == 0;
 }
 
@@ -128,7 +156,7 @@ void FlushFolder(const std::string& folder) noexcept {
     }
 }
 
-bool ReplaceTarget(const std::string& target, std::string_view contents) {
+bool ReplaceTarget(const std::string& target, const ContentsGiver& giveContents) {
     struct stat original = {};
     if (stat(target.c_str(), &original) != 0) {
         return false;
@@ -139,9 +167,9 @@ bool ReplaceTarget(const std::string& target, std::string_view contents) {
     int error = 0;
     const CFile file = OpenTemporary(temporary, error);
     if (!file.IsOpen()) {
-        return FolderTakesNoFile(error) && WriteInPlace(target.c_str(), contents);
+        return FolderTakesNoFile(error) && WriteInPlace(target.c_str(), giveContents);
     }
-    if (!FillTemporary(file.Descriptor(), contents, original) || rename(temporary.c_str(), target.c_str()) != 0) {
+    if (!FillTemporary(file, giveContents, original) || rename(temporary.c_str(), target.c_str()) != 0) {
         unlink(temporary.c_str());
         return false;
     }
@@ -151,13 +179,13 @@ bool ReplaceTarget(const std::string& target, std::string_view contents) {
 
 } // namespace
 
-bool ReplaceContents(const char* path, std::string_view contents) noexcept {
+bool ReplaceContents(const char* path, const ContentsGiver& giveContents) noexcept {
     const std::unique_ptr<char, void (*)(void*)> target(realpath(path, nullptr), std::free);
     if (target == nullptr) {
         return false;
     }
     try {
-        return ReplaceTarget(target.get(), contents);
+        return ReplaceTarget(target.get(), giveContents);
     } catch (const std::bad_alloc&) {
         return false;
     }

@@ -2,17 +2,25 @@
 
 #pragma once
 
+#include <functional>
 #include <string_view>
 
 namespace platform {
 
+/// Takes the next piece of what a file is to hold.
+using PieceTaker = std::function<void(std::string_view piece)>;
+
+/// Hands over what a file is to hold, piece by piece, and the same however often it is called. Throws nothing.
+using ContentsGiver = std::function<void(const PieceTaker& take)>;
+
 /// Replaces the contents of a file that exists. Whatever happens, the file holds its old contents or the new ones: the
-/// new ones are written to a temporary file beside it, flushed to disk and renamed over it. Permissions and, where
-/// the process may, ownership are kept; a symbolic link stays one, and its target is replaced. A temporary file
-/// that a killed process left behind is used up by the next save. Only where the folder takes no new file is the file
-/// written in place, after its space is reserved.
+/// new ones are written to a temporary file beside it, flushed to disk and renamed over it. Each piece is one call to
+/// the system, and on its way to the disk while the next one is made. Permissions and, where the process may,
+/// ownership are kept; a symbolic link stays one, and its target is replaced. A temporary file that a killed
+/// process left behind is used up by the next save. Only where the folder takes no new file is the file written in
+/// place, after its space is reserved.
 /// Processes that save the same file at the same time take turns. False: the file is as it was, unless writing in place
 /// failed.
-bool ReplaceContents(const char* path, std::string_view contents) noexcept;
+bool ReplaceContents(const char* path, const ContentsGiver& giveContents) noexcept;
 
 } // namespace platform
