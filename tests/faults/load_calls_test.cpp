@@ -61,7 +61,7 @@ protected:
     bool LoadsWholeOrNotAtAll(const CSystemCallWatch::Judge& judge) {
         CXmlObject* document = nullptr;
         {
-            const CSystemCallWatch watch(judge);
+            CSystemCallWatch watch(judge);
             document = OpenDocument(&m_owner, kName);
         }
         if (document != nullptr) {

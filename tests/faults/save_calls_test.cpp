@@ -91,7 +91,7 @@ TEST_F(LargeSaveCalls, WorkWhereTheDiskCannotBeSentAPiece) {
     // As on a file system that knows no such request.
     int refused = 0;
     {
-        const CSystemCallWatch watch([&](std::size_t, const SystemCall& call) {
+        CSystemCallWatch watch([&](std::size_t, const SystemCall& call) {
             const bool bRefused = IsFor(call, "sync_file_range");
             refused += bRefused ? 1 : 0;
             return Fate{bRefused ? EINVAL : 0};
@@ -108,7 +108,7 @@ TEST_F(LargeSaveCalls, WriteNothingMoreOnceAPieceFailed) {
         int writes = 0;
         int sent = 0;
         {
-            const CSystemCallWatch watch([&](std::size_t, const SystemCall& call) {
+            CSystemCallWatch watch([&](std::size_t, const SystemCall& call) {
                 sent += IsFor(call, "sync_file_range") ? 1 : 0;
                 return Fate{IsFor(call, "write") && writes++ == failing ? ENOSPC : 0};
             });
@@ -229,7 +229,7 @@ TEST_F(SaveCalls, ThatAreInterruptedAreMadeAgain) {
 }
 
 TEST_F(SaveCalls, ThatWriteByteByByteWriteTheWholeDocument) {
-    const CSystemCallWatch watch([&](std::size_t, const SystemCall&) { return Fate{0, false, 1}; });
+    CSystemCallWatch watch([&](std::size_t, const SystemCall&) { return Fate{0, false, 1}; });
     EXPECT_EQ(Save(), 0);
     EXPECT_EQ(ReadBytes(CopyPath()), m_strNew);
 }
@@ -237,7 +237,7 @@ TEST_F(SaveCalls, ThatWriteByteByByteWriteTheWholeDocument) {
 TEST_F(SaveCalls, ThatWriteNothingFailTheSave) {
     // As a full disk does that reports no error.
     {
-        const CSystemCallWatch watch([&](std::size_t, const SystemCall&) { return Fate{0, false, 0}; });
+        CSystemCallWatch watch([&](std::size_t, const SystemCall&) { return Fate{0, false, 0}; });
         EXPECT_EQ(Save(), 1);
     }
     EXPECT_EQ(ReadBytes(CopyPath()), m_strOld);
@@ -257,7 +257,7 @@ TEST_F(SaveCalls, ThatFindTheirTemporaryFileGoneOrReplacedBeginAgain) {
     for (const bool bReplaced : {false, true}) {
         RestoreCopy();
         int looks = 0;
-        const CSystemCallWatch watch([&](std::size_t, const SystemCall& call) {
+        CSystemCallWatch watch([&](std::size_t, const SystemCall& call) {
             if (IsFor(call, "stat") && call.path == TemporaryPath() && ++looks == 1) {
                 if (bReplaced) {
                     WriteBytes(TemporaryPath().string() + "2", "of another");

@@ -42,7 +42,7 @@ protected:
             if (children[static_cast<std::size_t>(writer)] == 0) {
                 const std::string text = Text(writer);
                 bool bAll = true;
-                const CSystemCallWatch watch([&](std::size_t, const SystemCall&) { return Fate{0, false, nAtMost}; });
+                CSystemCallWatch watch([&](std::size_t, const SystemCall&) { return Fate{0, false, nAtMost}; });
                 const auto end = std::chrono::steady_clock::now() + duration;
                 while (std::chrono::steady_clock::now() < end) {
                     bAll = platform::ReplaceContents(CopyPath().c_str(), InPieces(text)) && bAll;

@@ -133,7 +133,7 @@ TEST_F(Surroundings, WithoutALocaleOfUnicodeOnlyLettersOfAsciiAreFolded) {
 }
 
 TEST_F(Surroundings, AHostInTheRootFolderHasThatFolder) {
-    const CSystemCallWatch watch([](std::size_t, const SystemCall& call) {
+    CSystemCallWatch watch([](std::size_t, const SystemCall& call) {
         Fate fate;
         fate.answer = call.name == "readlink" ? "/host" : "";
         return fate;
@@ -144,7 +144,7 @@ TEST_F(Surroundings, AHostInTheRootFolderHasThatFolder) {
 TEST_F(Surroundings, AHostWhosePathIsTooLongHasNoFolder) {
     for (const std::size_t length : {std::size_t{259}, std::size_t{260}, std::size_t{300}}) {
         const std::string path = "/host/" + std::string(length - 6, 'h');
-        const CSystemCallWatch watch([&](std::size_t, const SystemCall& call) {
+        CSystemCallWatch watch([&](std::size_t, const SystemCall& call) {
             Fate fate;
             fate.answer = call.name == "readlink" ? path : "";
             return fate;

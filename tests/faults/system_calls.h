@@ -3,10 +3,10 @@
 
 #pragma once
 
+#include "call_watch.h"
+
 #include <cstddef>
-#include <functional>
 #include <string>
-#include <vector>
 
 struct SystemCall {
     std::string name;
@@ -24,22 +24,4 @@ struct Fate {
     std::string answer{};     // what a link leads to, if not to what is there
 };
 
-/// While it lives, every call is put to a judge, with its number from 0 on, and noted.
-class CSystemCallWatch {
-public:
-    using Judge = std::function<Fate(std::size_t number, const SystemCall& call)>;
-    explicit CSystemCallWatch(Judge judge = {});
-    ~CSystemCallWatch();
-    CSystemCallWatch(const CSystemCallWatch&) = delete;
-    CSystemCallWatch& operator=(const CSystemCallWatch&) = delete;
-
-    const std::vector<SystemCall>& Calls() const noexcept { return m_calls; }
-
-    /// The fate of the next call, as the judge says. Kills the process where the judge does.
-    Fate Note(SystemCall call);
-
-private:
-    const Judge m_judge;
-    std::vector<SystemCall> m_calls;
-    bool m_bInside = false; // the watch itself makes no calls that count
-};
+using CSystemCallWatch = CCallWatch<SystemCall, Fate>;

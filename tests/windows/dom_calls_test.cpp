@@ -84,7 +84,7 @@ protected:
                     int32_t status = 0;
                     std::string failed;
                     {
-                        const CDomCallWatch watch([&](std::size_t number, const std::string& name) {
+                        CDomCallWatch watch([&](std::size_t number, const std::string& name) {
                             failed = number == failing ? name : failed;
                             return number == failing ? answer : DomAnswer::ItsOwn;
                         });
@@ -118,7 +118,7 @@ TEST_F(DomCalls, OfALoadFailingOneByOneGiveNoDocument) {
             std::string error;
             bool bLoaded = false;
             {
-                const CDomCallWatch watch([&](std::size_t number, const std::string& name) {
+                CDomCallWatch watch([&](std::size_t number, const std::string& name) {
                     failed = number == failing ? name : failed;
                     return number == failing ? answer : DomAnswer::ItsOwn;
                 });
@@ -146,7 +146,7 @@ TEST_F(DomCalls, OfALoadFailingOneByOneGiveNoDocument) {
 TEST_F(DomCalls, OfASaveThatWritesNothingLeaveTheCopy) {
     const std::string before = UserMainText();
     for (const DomAnswer answer : {DomAnswer::Failure, DomAnswer::Nothing, DomAnswer::Success}) {
-        const CDomCallWatch watch([&](std::size_t, const std::string&) { return answer; });
+        CDomCallWatch watch([&](std::size_t, const std::string&) { return answer; });
         EXPECT_EQ(Save(), 1);
         EXPECT_EQ(watch.Calls(), std::vector<std::string>{"save"});
         EXPECT_EQ(UserMainText(), before);
@@ -161,7 +161,7 @@ TEST_F(DomCalls, OfReadersFailingOneByOneGiveNothing) {
         int32_t status = 0;
         std::size_t count = 0;
         {
-            const CDomCallWatch watch([&](std::size_t number, const std::string&) {
+            CDomCallWatch watch([&](std::size_t number, const std::string&) {
                 return number == failing ? DomAnswer::Failure : DomAnswer::ItsOwn;
             });
             status = ReadAttribute(State().currentDocument, &query);
@@ -215,7 +215,7 @@ TEST_F(DomCalls, OfRemovingAllKeepWhatIsNotRemoved) {
     CXmlQuery query("Files", "");
     {
         int removals = 0;
-        const CDomCallWatch watch([&](std::size_t, const std::string& name) {
+        CDomCallWatch watch([&](std::size_t, const std::string& name) {
             return name == "removeChild" && ++removals == 2 ? DomAnswer::Failure : DomAnswer::ItsOwn;
         });
         EXPECT_EQ(RemoveItems(&query), 1);
@@ -227,7 +227,7 @@ TEST_F(DomCalls, OfRemovingAllKeepWhatIsNotRemoved) {
 }
 
 TEST_F(DomCalls, ThatFindNoEndOfLevelsGiveNoDocument) {
-    const CDomCallWatch watch([](std::size_t, const std::string& name) {
+    CDomCallWatch watch([](std::size_t, const std::string& name) {
         return name == "get_firstChild" ? DomAnswer::Itself : DomAnswer::ItsOwn;
     });
     EXPECT_FALSE(DomDocument::Create()->Load(UserMainPath().string().c_str()));

@@ -10,7 +10,6 @@
 
 namespace {
 
-CDomCallWatch* g_watch = nullptr;
 bool g_bInside = false; // the DOM's own calls do not count
 
 /// A function's own address, by the table and the place in it where the hook now stands.
@@ -66,7 +65,7 @@ struct Function<method> {
     }
 
     static HRESULT STDMETHODCALLTYPE Call(Interface* object, Arguments... arguments) {
-        switch (g_watch != nullptr && !g_bInside ? g_watch->Note(s_name) : DomAnswer::ItsOwn) {
+        switch (g_bInside ? DomAnswer::ItsOwn : CDomCallWatch::FateOf(s_name)) {
         case DomAnswer::Failure:
             return E_FAIL;
         case DomAnswer::Nothing:
@@ -172,7 +171,7 @@ void Watch(IXMLDOMDocument* document) {
 
 HRESULT WINAPI WatchedCoCreateInstance(REFCLSID type, LPUNKNOWN outer, DWORD context, REFIID interfaceId,
                                        LPVOID* given) {
-    switch (g_watch != nullptr ? g_watch->Note("CoCreateInstance") : DomAnswer::ItsOwn) {
+    switch (CDomCallWatch::FateOf("CoCreateInstance")) {
     case DomAnswer::Failure:
         return E_FAIL;
     case DomAnswer::Success:
@@ -191,15 +190,6 @@ HRESULT WINAPI WatchedCoCreateInstance(REFCLSID type, LPUNKNOWN outer, DWORD con
 }
 
 } // namespace
-
-CDomCallWatch::CDomCallWatch(Judge judge) : m_judge(std::move(judge)) { g_watch = this; }
-
-CDomCallWatch::~CDomCallWatch() { g_watch = nullptr; }
-
-DomAnswer CDomCallWatch::Note(const char* name) {
-    m_calls.emplace_back(name);
-    return m_judge ? m_judge(m_calls.size() - 1, m_calls.back()) : DomAnswer::ItsOwn;
-}
 
 extern "C" {
 

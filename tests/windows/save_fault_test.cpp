@@ -66,12 +66,12 @@ void SaveFaultTest::RestoreCopy() const {
 int32_t SaveFaultTest::Save() { return SaveDocument(*State().currentDocument); }
 
 int32_t SaveFaultTest::SaveWatched(const CSystemCallWatch::Judge& judge) {
-    const CSystemCallWatch watch(judge);
+    CSystemCallWatch watch(judge);
     return Save();
 }
 
 std::vector<SystemCall> SaveFaultTest::CallsOfASave(DWORD nAtMost) {
-    const CSystemCallWatch watch([&](std::size_t, const SystemCall&) { return Fate{0, false, nAtMost}; });
+    CSystemCallWatch watch([&](std::size_t, const SystemCall&) { return Fate{0, false, nAtMost}; });
     EXPECT_EQ(Save(), 0);
     return watch.Calls();
 }

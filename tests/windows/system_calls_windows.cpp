@@ -5,8 +5,6 @@
 
 namespace {
 
-CSystemCallWatch* g_watch = nullptr;
-
 /// The function itself; the first argument only tells of what type it is.
 template <class Function>
 Function Real(Function, const char* name, const char* library = "kernel32.dll") {
@@ -21,13 +19,20 @@ std::wstring PathOf(HANDLE file) {
     return path;
 }
 
-Fate NotePath(const char* name, const wchar_t* path, bool bCreates = false) {
-    return g_watch != nullptr ? g_watch->Note({name, path, bCreates}) : Fate();
+/// The fate of the next call. Kills the process where the judge says so.
+Fate Note(SystemCall call) {
+    const Fate fate = CSystemCallWatch::FateOf(std::move(call));
+    if (fate.bKill) {
+        ::TerminateProcess(::GetCurrentProcess(), kKilled);
+    }
+    return fate;
 }
 
-Fate NoteFile(const char* name, HANDLE file) {
-    return g_watch != nullptr ? g_watch->Note({name, PathOf(file)}) : Fate();
+Fate NotePath(const char* name, const wchar_t* path, bool bCreates = false) {
+    return CSystemCallWatch::IsOn() ? Note({name, path, bCreates}) : Fate();
 }
+
+Fate NoteFile(const char* name, HANDLE file) { return CSystemCallWatch::IsOn() ? Note({name, PathOf(file)}) : Fate(); }
 
 /// True when the call is to fail; the error is then set.
 bool Fails(const Fate& fate) {
@@ -36,28 +41,6 @@ bool Fails(const Fate& fate) {
     }
     return fate.error != 0;
 }
-
-} // namespace
-
-CSystemCallWatch::CSystemCallWatch(Judge judge) : m_judge(std::move(judge)) { g_watch = this; }
-
-CSystemCallWatch::~CSystemCallWatch() { g_watch = nullptr; }
-
-Fate CSystemCallWatch::Note(SystemCall call) {
-    if (m_bInside) {
-        return {};
-    }
-    m_bInside = true;
-    m_calls.push_back(std::move(call));
-    const Fate fate = m_judge ? m_judge(m_calls.size() - 1, m_calls.back()) : Fate();
-    if (fate.bKill) {
-        ::TerminateProcess(::GetCurrentProcess(), kKilled);
-    }
-    m_bInside = false;
-    return fate;
-}
-
-namespace {
 
 HANDLE WINAPI WatchedCreateFileA(LPCSTR path, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES security,
                                  DWORD disposition, DWORD flags, HANDLE model) {
@@ -171,7 +154,7 @@ BOOL WINAPI WatchedDeleteFileW(LPCWSTR path) {
 }
 
 void WINAPI WatchedSleep(DWORD milliseconds) {
-    if (g_watch == nullptr) {
+    if (!CSystemCallWatch::IsOn()) {
         Real(&::Sleep, "Sleep")(milliseconds);
     }
 }

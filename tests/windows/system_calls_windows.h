@@ -3,12 +3,10 @@
 
 #pragma once
 
+#include "call_watch.h"
 #include "cordelbox.h"
 
-#include <cstddef>
-#include <functional>
 #include <string>
-#include <vector>
 
 struct SystemCall {
     std::string name;
@@ -27,22 +25,5 @@ struct Fate {
     bool bTakesEffect = false;  // the length of a file is set, although that fails
 };
 
-/// While it lives, every call is put to a judge, with its number from 0 on, and noted. Nobody waits meanwhile.
-class CSystemCallWatch {
-public:
-    using Judge = std::function<Fate(std::size_t number, const SystemCall& call)>;
-    explicit CSystemCallWatch(Judge judge = {});
-    ~CSystemCallWatch();
-    CSystemCallWatch(const CSystemCallWatch&) = delete;
-    CSystemCallWatch& operator=(const CSystemCallWatch&) = delete;
-
-    const std::vector<SystemCall>& Calls() const noexcept { return m_calls; }
-
-    /// The fate of the next call, as the judge says. Kills the process where the judge does.
-    Fate Note(SystemCall call);
-
-private:
-    const Judge m_judge;
-    std::vector<SystemCall> m_calls;
-    bool m_bInside = false; // the watch itself makes no calls that count
-};
+/// Nobody waits during a watch.
+using CSystemCallWatch = CCallWatch<SystemCall, Fate>;
