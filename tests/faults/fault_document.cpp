@@ -11,7 +11,6 @@
 
 #include <cstdlib>
 #include <fstream>
-#include <iterator>
 
 namespace fs = std::filesystem;
 
@@ -43,8 +42,14 @@ std::string OldDocument(DocumentSize size) {
 } // namespace
 
 std::string ReadBytes(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return file ? std::string(std::istreambuf_iterator<char>(file), {}) : "(none)";
+    std::ifstream file(path, std::ios::binary | std::ios::ate);
+    if (!file) {
+        return "(none)";
+    }
+    std::string bytes(static_cast<std::size_t>(file.tellg()), '\0');
+    file.seekg(0).read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    bytes.resize(static_cast<std::size_t>(file.gcount()));
+    return bytes;
 }
 
 void WriteBytes(const fs::path& path, const std::string& bytes) {
