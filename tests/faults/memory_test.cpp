@@ -291,3 +291,30 @@ TEST_P(SaveMemory, FailingAtEveryAllocationLeavesAWholeDocument) {
         std::printf("%d allocations of a save refused\n", refused);
     }
 }
+
+TEST_P(SaveMemory, FailingForATextMuchLongerThanBeforeLeavesTheOldDocument) {
+    const auto saveWith = [&](const std::string& text, std::size_t failing) {
+        CXmlQuery change("Files", "ID", AnsiString(text.c_str()));
+        change.AddPair("FileID", "6");
+        EXPECT_EQ(WriteAttribute(&change), 0);
+        CLibraryMemory::Reset();
+        const CLibraryMemory memory(failing);
+        return Save();
+    };
+    const std::string longText(100000, 'l');
+    int refused = 0;
+    for (std::size_t allocation = 1;; ++allocation) {
+        ASSERT_EQ(saveWith("short", 0), 0);
+        const std::string before = ReadBytes(CopyPath());
+        const int32_t status = saveWith(longText, allocation);
+        if (!CLibraryMemory::HasFailed()) {
+            EXPECT_EQ(status, 0);
+            EXPECT_GT(ReadBytes(CopyPath()).size(), longText.size());
+            break;
+        }
+        ++refused;
+        EXPECT_EQ(status, 1);
+        EXPECT_EQ(ReadBytes(CopyPath()), before);
+    }
+    EXPECT_GT(refused, 4);
+}
