@@ -42,8 +42,6 @@ protected:
     std::filesystem::path CopyPath() const { return m_copyFolder / "Faults.xml"; }
     std::filesystem::path TemporaryPath() const { return m_copyFolder / ".Faults.xml.saving"; }
 
-    static constexpr std::size_t kPieceBytes = std::size_t{1} << 20; // which a save writes at once
-
     PoolOwner m_owner{};
     CXmlObject* m_pDocument = nullptr;
     std::string m_strOld; // the per-user copy as it was

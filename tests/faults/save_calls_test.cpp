@@ -15,6 +15,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
+constexpr std::size_t kPieceBytes = std::size_t{1} << 20; // which a save writes at once
+
 const int kErrors[] = {ENOSPC, EIO, EDQUOT, EROFS, EINTR, EACCES, ENOLCK, ENOMEM, EMFILE};
 
 } // namespace

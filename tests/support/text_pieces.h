@@ -8,10 +8,10 @@
 #include <string_view>
 
 /// Gives `text`, which it does not copy, in pieces of at most so many bytes.
-inline platform::ContentsGiver InPieces(std::string_view text, std::size_t pieceBytes = 16384) {
-    return [=](const platform::PieceTaker& take) {
+inline platform::ContentsProducer InPieces(std::string_view text, std::size_t pieceBytes = 16384) {
+    return [=](const platform::PieceSink& sink) {
         for (std::size_t offset = 0; offset < text.size(); offset += pieceBytes) {
-            take(text.substr(offset, pieceBytes));
+            sink(text.substr(offset, pieceBytes));
         }
     };
 }

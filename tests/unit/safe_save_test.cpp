@@ -68,15 +68,15 @@ TEST_F(SafeSave, ReplacesTheContents) {
 TEST_F(SafeSave, TakesPiecesOfAnyLengthAndNone) {
     const std::string long1(100000, '1');
     const std::string long2(3000000, '2');
-    EXPECT_TRUE(platform::ReplaceContents(m_file.c_str(), [&](const platform::PieceTaker& take) {
-        take("");
-        take(long1);
-        take("x");
-        take("");
-        take(long2);
+    EXPECT_TRUE(platform::ReplaceContents(m_file.c_str(), [&](const platform::PieceSink& sink) {
+        sink("");
+        sink(long1);
+        sink("x");
+        sink("");
+        sink(long2);
     }));
     EXPECT_EQ(Read(m_file), long1 + "x" + long2);
-    EXPECT_TRUE(platform::ReplaceContents(m_file.c_str(), [](const platform::PieceTaker&) {}));
+    EXPECT_TRUE(platform::ReplaceContents(m_file.c_str(), [](const platform::PieceSink&) {}));
     EXPECT_EQ(Read(m_file), "");
 }
 

@@ -77,7 +77,7 @@ private:
 /// for kPieceBytes.
 class CPieceWriter : public pugi::xml_writer {
 public:
-    CPieceWriter(std::string& piece, const platform::PieceTaker& take) noexcept : m_strPiece(piece), m_take(take) {}
+    CPieceWriter(std::string& piece, const platform::PieceSink& sink) noexcept : m_strPiece(piece), m_sink(sink) {}
 
     /// A carriage return as it stands would be read back as a line end. pugixml writes it so in one place only, text
     /// between elements, where a character reference may stand for it.
@@ -92,21 +92,23 @@ public:
     }
 
     void HandOver() {
-        m_take(m_strPiece);
+        m_sink(m_strPiece);
         m_strPiece.clear();
     }
 
 private:
     void Append(std::string_view text) {
-        for (std::size_t room = 0; text.size() > (room = kPieceBytes - m_strPiece.size()); text.remove_prefix(room)) {
+        while (m_strPiece.size() + text.size() > kPieceBytes) {
+            const std::size_t room = kPieceBytes - m_strPiece.size();
             m_strPiece.append(text, 0, room);
+            text.remove_prefix(room);
             HandOver();
         }
         m_strPiece += text;
     }
 
     std::string& m_strPiece;
-    const platform::PieceTaker& m_take;
+    const platform::PieceSink& m_sink;
 };
 
 } // namespace
@@ -134,8 +136,8 @@ bool DomDocument::Load(const char* path) {
 void DomDocument::Save(const char* path) {
     std::string piece;
     piece.reserve(kPieceBytes);
-    const auto writeTree = [&](const platform::PieceTaker& take) {
-        CPieceWriter writer(piece, take);
+    const auto writeTree = [&](const platform::PieceSink& sink) {
+        CPieceWriter writer(piece, sink);
         m_pNative->m_tree.save(writer, "  ", pugi::format_indent | pugi::format_no_declaration, pugi::encoding_utf8);
         writer.HandOver();
     };

@@ -41,8 +41,8 @@ public:
     explicit CFileWriter(const CFile& file) noexcept : m_nFile(file.Descriptor()) {}
 
     /// False when the system fails.
-    bool Write(const ContentsGiver& giveContents) noexcept {
-        giveContents([this](std::string_view piece) { WritePiece(piece); });
+    bool Write(const ContentsProducer& produceContents) noexcept {
+        produceContents([this](std::string_view piece) { WritePiece(piece); });
         return !m_bFailed;
     }
     std::size_t WrittenBytes() const noexcept { return m_nWritten; }
@@ -71,9 +71,9 @@ private:
     bool m_bFailed = false;
 };
 
-std::size_t SizeOf(const ContentsGiver& giveContents) noexcept {
+std::size_t SizeOf(const ContentsProducer& produceContents) noexcept {
     std::size_t size = 0;
-    giveContents([&size](std::string_view piece) { size += piece.size(); });
+    produceContents([&size](std::string_view piece) { size += piece.size(); });
     return size;
 }
 
@@ -122,7 +122,7 @@ CFile OpenTemporary(const std::string& path, int& error) noexcept {
     }
 }
 
-bool FillTemporary(const CFile& file, const ContentsGiver& giveContents, const struct stat& original) noexcept {
+bool FillTemporary(const CFile& file, const ContentsProducer& produceContents, const struct stat& original) noexcept {
     const int descriptor = file.Descriptor();
     // Ownership first: changing it may clear permission bits. Without the right to change it the file is the user's
     // own; a shortage is a failure like any other.
@@ -130,19 +130,19 @@ bool FillTemporary(const CFile& file, const ContentsGiver& giveContents, const s
         (errno == EIO || errno == ENOSPC || errno == EDQUOT)) {
         return false;
     }
-    return ftruncate(descriptor, 0) == 0 && CFileWriter(file).Write(giveContents) &&
+    return ftruncate(descriptor, 0) == 0 && CFileWriter(file).Write(produceContents) &&
            fchmod(descriptor, original.st_mode & 07777) == 0 && fsync(descriptor) == 0;
 }
 
-bool WriteInPlace(const char* path, const ContentsGiver& giveContents) noexcept {
+bool WriteInPlace(const char* path, const ContentsProducer& produceContents) noexcept {
     const CFile file(open(path, O_WRONLY | O_CLOEXEC));
     struct stat original = {};
     if (!file.IsOpen() || !LockForSaving(file.Descriptor()) || fstat(file.Descriptor(), &original) != 0) {
         return false;
     }
-    const auto size = static_cast<off_t>(SizeOf(giveContents));
+    const auto size = static_cast<off_t>(SizeOf(produceContents));
     CFileWriter writer(file);
-    const bool bWritten = posix_fallocate(file.Descriptor(), 0, size) == 0 && writer.Write(giveContents);
+    const bool bWritten = posix_fallocate(file.Descriptor(), 0, size) == 0 && writer.Write(produceContents);
     // Reserving may have made the file longer, even where it failed; up to the first byte it is the old document.
     return ftruncate(file.Descriptor(), writer.WrittenBytes() == 0 ? original.st_size : size) == 0 && bWritten &&
            fsync(file.Descriptor()) == 0;
@@ -156,7 +156,7 @@ void FlushFolder(const std::string& folder) noexcept {
     }
 }
 
-bool ReplaceTarget(const std::string& target, const ContentsGiver& giveContents) {
+bool ReplaceTarget(const std::string& target, const ContentsProducer& produceContents) {
     struct stat original = {};
     if (stat(target.c_str(), &original) != 0) {
         return false;
@@ -167,9 +167,9 @@ bool ReplaceTarget(const std::string& target, const ContentsGiver& giveContents)
     int error = 0;
     const CFile file = OpenTemporary(temporary, error);
     if (!file.IsOpen()) {
-        return FolderTakesNoFile(error) && WriteInPlace(target.c_str(), giveContents);
+        return FolderTakesNoFile(error) && WriteInPlace(target.c_str(), produceContents);
     }
-    if (!FillTemporary(file, giveContents, original) || rename(temporary.c_str(), target.c_str()) != 0) {
+    if (!FillTemporary(file, produceContents, original) || rename(temporary.c_str(), target.c_str()) != 0) {
         unlink(temporary.c_str());
         return false;
     }
@@ -179,13 +179,13 @@ bool ReplaceTarget(const std::string& target, const ContentsGiver& giveContents)
 
 } // namespace
 
-bool ReplaceContents(const char* path, const ContentsGiver& giveContents) noexcept {
+bool ReplaceContents(const char* path, const ContentsProducer& produceContents) noexcept {
     const std::unique_ptr<char, void (*)(void*)> target(realpath(path, nullptr), std::free);
     if (target == nullptr) {
         return false;
     }
     try {
-        return ReplaceTarget(target.get(), giveContents);
+        return ReplaceTarget(target.get(), produceContents);
     } catch (const std::bad_alloc&) {
         return false;
     }

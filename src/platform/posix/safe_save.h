@@ -8,10 +8,10 @@
 namespace platform {
 
 /// Takes the next piece of what a file is to hold.
-using PieceTaker = std::function<void(std::string_view piece)>;
+using PieceSink = std::function<void(std::string_view piece)>;
 
-/// Hands over what a file is to hold, piece by piece, and the same however often it is called. Throws nothing.
-using ContentsGiver = std::function<void(const PieceTaker& take)>;
+/// Passes what a file is to hold to a sink, piece by piece, and the same however often it is called. Throws nothing.
+using ContentsProducer = std::function<void(const PieceSink& sink)>;
 
 /// Replaces the contents of a file that exists. Whatever happens, the file holds its old contents or the new ones: the
 /// new ones are written to a temporary file beside it, flushed to disk and renamed over it. Each piece is one call to
@@ -21,6 +21,6 @@ using ContentsGiver = std::function<void(const PieceTaker& take)>;
 /// place, after its space is reserved.
 /// Processes that save the same file at the same time take turns. False: the file is as it was, unless writing in place
 /// failed.
-bool ReplaceContents(const char* path, const ContentsGiver& giveContents) noexcept;
+bool ReplaceContents(const char* path, const ContentsProducer& produceContents) noexcept;
 
 } // namespace platform
