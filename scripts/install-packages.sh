@@ -10,6 +10,7 @@
 #   fuzz       to build and run the fuzz targets
 #   coverage   to measure which lines the tests reach
 #   packages   to make the packages, the installer for Windows and the API pages
+#   bare       to make a bare machine (scripts/on-bare-machine)
 #
 # Does nothing, and asks for nothing, when all are there.
 
@@ -45,6 +46,9 @@ packages_of() {
         packages_of build
         echo debhelper doxygen dpkg-dev fakeroot lintian nsis
         ;;
+    bare)
+        echo debootstrap git
+        ;;
     *)
         echo "install-packages.sh: no such group: $1" >&2
         return 1
@@ -63,10 +67,16 @@ has_candidate() {
 as_root() {
     if [ "$(id -u)" -eq 0 ]; then
         "$@"
-    elif command -v sudo >/dev/null; then
+    elif ! command -v sudo >/dev/null; then
+        echo "install-packages.sh: not root, and there is no sudo; run this as root: $*" >&2
+        return 1
+    elif sudo -n true 2>/dev/null; then
+        sudo -n "$@"
+    elif { : >/dev/tty; } 2>/dev/null; then
+        echo "sudo asks for your password to install packages" >&2
         sudo "$@"
     else
-        echo "install-packages.sh: not root, and there is no sudo; run this as root: $*" >&2
+        echo "install-packages.sh: sudo needs a password, and there is no terminal to ask for it; run this as root: $*" >&2
         return 1
     fi
 }
