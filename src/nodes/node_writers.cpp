@@ -3,7 +3,7 @@
 #include "platform/code_page.h"
 #include "store/locked_pass.h"
 #include "store/module_state.h"
-#include "store/row_filter.h"
+#include "rows/row_filter.h"
 
 #include <vector>
 

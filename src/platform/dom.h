@@ -7,21 +7,28 @@
 #pragma once
 
 #include "dom_types.h" // per target: DomChar, DomText, DomNode
+#include "platform/reason.h"
 
 #include <exception>
 #include <memory>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 /// The one error of the DOM. Made without memory of its own: running out of memory is one of its reasons.
 class DomError : public std::exception {
 public:
-    /// `reason` is a literal.
-    explicit DomError(const char* reason) noexcept : m_pReason(reason) {}
-    const char* what() const noexcept override { return m_pReason; }
+    /// `words` is a literal.
+    explicit DomError(const char* words) noexcept : m_pWords(words) {}
+    DomError(const char* words, CReason reason) noexcept : m_pWords(words), m_reason(std::move(reason)) {}
+    const char* what() const noexcept override { return m_pWords; }
+
+    /// Why: what it was made with, or else its words.
+    CReason Reason() const noexcept { return m_reason ? m_reason : CReason::Of(ReasonKind::Refused, m_pWords); }
 
 private:
-    const char* m_pReason;
+    const char* m_pWords;
+    CReason m_reason;
 };
 
 using DomView = std::basic_string_view<DomChar>;
@@ -55,11 +62,13 @@ public:
     DomDocument& operator=(const DomDocument&) = delete;
 
     /// Loads the file synchronously, without validation, without reading anything external, and without text
-    /// that is only white space. False: there is no document in that file (missing, unreadable, malformed).
-    /// Throws DomError when the load call itself failed, as opposed to the document.
-    bool Load(const char* path);
+    /// that is only white space. False: there is no document in that file (missing, unreadable, malformed), and
+    /// `reason`, where one is wanted, says why. Throws DomError when the load call itself failed, as opposed to the
+    /// document.
+    bool Load(const char* path, CReason* reason = nullptr);
 
-    /// Replaces the file, which exists, by the whole document, in one step (see the target's save).
+    /// Replaces the file, which exists, by the whole document, in one step (see the target's save). The DomError of a
+    /// failure says why.
     void Save(const char* path);
 
     /// The first element in document order below the document element with this whole tag name, prefix included;

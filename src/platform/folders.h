@@ -3,6 +3,7 @@
 #pragma once
 
 #include "cordelbox.h"
+#include "platform/reason.h"
 
 namespace platform {
 
@@ -23,7 +24,7 @@ AnsiString ApplicationDataFolder();
 void ToNativeSeparators(char* path) noexcept;
 
 /// True when the path is a regular file that can be opened for reading and writing and that no other program
-/// holds open to the exclusion of others.
-bool IsPresentAndWritable(const char* path) noexcept;
+/// holds open to the exclusion of others. Otherwise `reason`, where one is wanted, says which of these it is not.
+bool IsPresentAndWritable(const char* path, CReason* reason = nullptr) noexcept;
 
 } // namespace platform

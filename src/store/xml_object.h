@@ -5,7 +5,7 @@
 #include "cordelbox.h"
 #include "platform/dom.h"
 #include "platform/semaphore.h"
-#include "store/document_tables.h"
+#include "rows/document_tables.h"
 
 #include <memory>
 

@@ -1,7 +1,7 @@
 // How the tables of a document stay in step with it: which container is found, and what the rows and their indexes
 // give after every kind of change.
 
-#include "store/document_tables.h"
+#include "rows/document_tables.h"
 
 #include "engine_document.h"
 #include "nodes/node_writers.h"

@@ -1,11 +1,11 @@
 // The hash table behind the lookups, on tables that are large enough to make it grow and to fill it with gaps.
 
-#include "store/row_index.h"
+#include "rows/row_index.h"
 
 #include "engine_document.h"
 #include "nodes/node_writers.h"
 #include "store/node_readers.h"
-#include "store/text_hash.h"
+#include "rows/text_hash.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 // What XML can hold, at the edges of its ranges.
 
-#include "store/xml_characters.h"
+#include "platform/xml_characters.h"
 
 #include <gtest/gtest.h>
 

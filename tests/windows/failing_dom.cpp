@@ -14,7 +14,7 @@ std::unique_ptr<DomDocument> DomDocument::Create() noexcept {
     return std::unique_ptr<DomDocument>(new DomDocument(nullptr));
 }
 
-bool DomDocument::Load(const char*) { throw DomError("the load call fails"); }
+bool DomDocument::Load(const char*, CReason*) { throw DomError("the load call fails"); }
 
 void DomDocument::Save(const char*) { std::abort(); }
 DomNode DomDocument::FirstElementNamed(DomView) { std::abort(); }

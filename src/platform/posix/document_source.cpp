@@ -119,23 +119,38 @@ CDocumentSource::~CDocumentSource() {
     }
 }
 
-bool CDocumentSource::Open(const char* path) {
+bool CDocumentSource::Open(const char* path, CReason* reason) {
     m_nFile = open(path, O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
     struct stat status = {};
-    if (m_nFile < 0 || fstat(m_nFile, &status) != 0 || !S_ISREG(status.st_mode)) {
+    if (m_nFile < 0 || fstat(m_nFile, &status) != 0) {
+        GiveReason(reason, CReason::OfCall(m_nFile < 0 ? "open" : "fstat", static_cast<std::uint32_t>(errno)));
         return false;
     }
-    if (status.st_size <= 0 || static_cast<std::size_t>(status.st_size) > kMaxDocumentBytes) {
+    if (!S_ISREG(status.st_mode)) {
+        GiveReason(reason, CReason::Of(ReasonKind::NotRegular));
+        return false;
+    }
+    if (status.st_size <= 0) {
+        GiveReason(reason, CReason::OfReader(1, 1, "the file is empty"));
+        return false;
+    }
+    if (static_cast<std::size_t>(status.st_size) > kMaxDocumentBytes) {
+        GiveReason(reason, CReason::Of(ReasonKind::TooLarge));
         return false;
     }
     m_nSize = static_cast<std::size_t>(status.st_size);
     char head[kDeclarationBytes];
     const std::size_t headSize = std::min(m_nSize, sizeof head);
     if (!ReadAt(m_nFile, 0, head, headSize)) {
+        GiveReason(reason, CReason::OfCall("pread", static_cast<std::uint32_t>(errno)));
         return false;
     }
     const std::string encoding = DetectEncoding({head, headSize});
-    return encoding.empty() || Convert(encoding.c_str());
+    if (!encoding.empty() && !Convert(encoding.c_str())) {
+        GiveReason(reason, CReason::Of(ReasonKind::Encoding, encoding.c_str()));
+        return false;
+    }
+    return true;
 }
 
 bool CDocumentSource::Convert(const char* encoding) {

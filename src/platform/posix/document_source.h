@@ -2,6 +2,8 @@
 
 #pragma once
 
+#include "platform/reason.h"
+
 #include <cstddef>
 #include <string>
 
@@ -15,8 +17,8 @@ public:
     CDocumentSource& operator=(const CDocumentSource&) = delete;
 
     /// False: no regular file that can be read, larger than kMaxDocumentBytes (on disk or as UTF-8), or not in the
-    /// encoding that it declares.
-    bool Open(const char* path);
+    /// encoding that it declares; `reason`, where one is wanted, says which.
+    bool Open(const char* path, CReason* reason = nullptr);
 
     /// Number of bytes as UTF-8.
     std::size_t Size() const noexcept { return m_nSize; }

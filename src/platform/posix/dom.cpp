@@ -124,12 +124,12 @@ std::unique_ptr<DomDocument> DomDocument::Create() noexcept {
     }
 }
 
-bool DomDocument::Load(const char* path) {
+bool DomDocument::Load(const char* path, CReason* reason) {
     try {
         CDocumentSource source;
-        return source.Open(path) && BuildTree(source, m_pNative->m_tree);
+        return source.Open(path, reason) && BuildTree(source, m_pNative->m_tree, reason);
     } catch (const std::bad_alloc&) {
-        throw DomError("out of memory while loading a document");
+        throw DomError("out of memory while loading a document", CReason::Of(ReasonKind::OutOfMemory));
     }
 }
 
@@ -141,8 +141,9 @@ void DomDocument::Save(const char* path) {
         m_pNative->m_tree.save(writer, "  ", pugi::format_indent | pugi::format_no_declaration, pugi::encoding_utf8);
         writer.HandOver();
     };
-    if (!platform::ReplaceContents(path, writeTree)) {
-        throw DomError("the document could not be saved");
+    CReason reason;
+    if (!platform::ReplaceContents(path, writeTree, &reason)) {
+        throw DomError("the document could not be saved", std::move(reason));
     }
 }
 

@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdlib>
 #include <string>
 #include <string_view>
@@ -45,16 +46,26 @@ void ToNativeSeparators(char* path) noexcept {
     }
 }
 
-bool IsPresentAndWritable(const char* path) noexcept {
+bool IsPresentAndWritable(const char* path, CReason* reason) noexcept {
     // O_NONBLOCK: a FIFO in the file's place must not hold the caller up.
     const int file = open(path, O_RDWR | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
     if (file < 0) {
+        GiveReason(reason, CReason::OfCall("open", static_cast<std::uint32_t>(errno)));
         return false;
     }
     struct stat status = {};
+    CReason found;
     // A shared lock: two tests at the same moment do not disturb each other, and closing the file gives it back.
-    const bool bPresent = fstat(file, &status) == 0 && S_ISREG(status.st_mode) && flock(file, LOCK_SH | LOCK_NB) == 0;
+    if (fstat(file, &status) != 0) {
+        found = CReason::OfCall("fstat", static_cast<std::uint32_t>(errno));
+    } else if (!S_ISREG(status.st_mode)) {
+        found = CReason::Of(ReasonKind::NotRegular);
+    } else if (flock(file, LOCK_SH | LOCK_NB) != 0) {
+        found = CReason::OfCall("flock", static_cast<std::uint32_t>(errno));
+    }
     close(file);
+    const bool bPresent = !found;
+    GiveReason(reason, std::move(found));
     return bPresent;
 }
 

@@ -179,14 +179,16 @@ bool ReplaceTarget(const std::string& target, const ContentsProducer& produceCon
 
 } // namespace
 
-bool ReplaceContents(const char* path, const ContentsProducer& produceContents) noexcept {
+bool ReplaceContents(const char* path, const ContentsProducer& produceContents, CReason* reason) noexcept {
     const std::unique_ptr<char, void (*)(void*)> target(realpath(path, nullptr), std::free);
     if (target == nullptr) {
+        GiveReason(reason, CReason::OfCall("realpath", static_cast<std::uint32_t>(errno)));
         return false;
     }
     try {
         return ReplaceTarget(target.get(), produceContents);
     } catch (const std::bad_alloc&) {
+        GiveReason(reason, CReason::Of(ReasonKind::OutOfMemory));
         return false;
     }
 }

@@ -2,6 +2,8 @@
 
 #pragma once
 
+#include "platform/reason.h"
+
 #include <functional>
 #include <string_view>
 
@@ -20,7 +22,7 @@ using ContentsProducer = std::function<void(const PieceSink& sink)>;
 /// process left behind is used up by the next save. Only where the folder takes no new file is the file written in
 /// place, after its space is reserved.
 /// Processes that save the same file at the same time take turns. False: the file is as it was, unless writing in place
-/// failed.
-bool ReplaceContents(const char* path, const ContentsProducer& produceContents) noexcept;
+/// failed; `reason`, where one is wanted, says why.
+bool ReplaceContents(const char* path, const ContentsProducer& produceContents, CReason* reason = nullptr) noexcept;
 
 } // namespace platform

@@ -57,6 +57,18 @@ public:
         XML_SetProcessingInstructionHandler(parser, &OnProcessingInstruction);
     }
 
+    /// Why the document was not built.
+    CReason Reason() const noexcept {
+        XML_Parser parser = m_pParser.get();
+        CReason reason = CReason::OfReader(XML_GetCurrentLineNumber(parser), XML_GetCurrentColumnNumber(parser) + 1,
+                                           XML_ErrorString(XML_GetErrorCode(parser)));
+        if (m_nDepth > kMaxElementDepth) {
+            reason.m_kind = ReasonKind::TooDeep;
+            reason.m_strWords = {};
+        }
+        return reason;
+    }
+
     bool Build() {
         std::size_t offset = 0;
         std::size_t chunk = kFirstChunk;
@@ -260,4 +272,11 @@ private:
 
 } // namespace
 
-bool BuildTree(const CDocumentSource& source, pugi::xml_document& tree) { return CTreeBuilder(source, tree).Build(); }
+bool BuildTree(const CDocumentSource& source, pugi::xml_document& tree, CReason* reason) {
+    CTreeBuilder builder(source, tree);
+    if (builder.Build()) {
+        return true;
+    }
+    GiveReason(reason, builder.Reason());
+    return false;
+}

@@ -2,6 +2,8 @@
 
 #pragma once
 
+#include "platform/reason.h"
+
 #include <pugixml.hpp>
 
 class CDocumentSource;
@@ -11,5 +13,5 @@ inline constexpr float kMaxEntityAmplification = 100.0F;
 inline constexpr unsigned long long kEntityExpansionThreshold = 8ULL << 20;
 
 /// Fills the empty `tree` from `source`: everything but text that is only white space. False when the document is
-/// malformed or beyond a limit. Throws std::bad_alloc.
-bool BuildTree(const CDocumentSource& source, pugi::xml_document& tree);
+/// malformed or beyond a limit; `reason`, where one is wanted, says what is wrong and where. Throws std::bad_alloc.
+bool BuildTree(const CDocumentSource& source, pugi::xml_document& tree, CReason* reason = nullptr);

@@ -4,6 +4,7 @@
 
 #include "byte_stream.h"
 #include "com_pointer.h"
+#include "platform/code_page.h"
 #include "platform/document_limits.h"
 #include "safe_save.h"
 #include "wide_text.h"
@@ -207,9 +208,31 @@ bool IsUsable(IXMLDOMDocument* document) {
     }
 }
 
-bool LoadFile(IXMLDOMDocument* document, const char* path) {
+/// What the DOM says of a document that it did not load.
+CReason ParseReason(IXMLDOMDocument* document) {
+    CComPointer<IXMLDOMParseError> error;
+    if (FAILED(document->get_parseError(error.Receive())) || !error) {
+        return CReason::Of(ReasonKind::Malformed);
+    }
+    long code = 0;
+    error->get_errorCode(&code);
+    if (platform::KindOfError(static_cast<std::uint32_t>(code)) != ReasonKind::CallFailed) {
+        return CReason::OfCall("IXMLDOMDocument::load", static_cast<std::uint32_t>(code));
+    }
+    long line = 0;
+    long column = 0;
+    DomText words;
+    error->get_line(&line);
+    error->get_linepos(&column);
+    error->get_reason(words.Receive());
+    return CReason::OfReader(static_cast<std::size_t>(line), static_cast<std::size_t>(column),
+                             platform::ToAnsi(words.View()).c_str());
+}
+
+bool LoadFile(IXMLDOMDocument* document, const char* path, CReason* reason) {
     const std::wstring widePath = platform::ToWideText(path);
     if (!IsOfLoadableSize(widePath)) {
+        GiveReason(reason, CReason::Of(ReasonKind::TooLarge));
         return false;
     }
     const DomText argument(widePath);
@@ -217,9 +240,14 @@ bool LoadFile(IXMLDOMDocument* document, const char* path) {
     const HRESULT result = document->load(argument.AsVariant(), &isLoaded);
     Check(result, "the DOM cannot load a document");
     if (result != S_OK || isLoaded == VARIANT_FALSE) {
+        GiveReason(reason, ParseReason(document));
         return false;
     }
-    return IsUsable(document);
+    if (!IsUsable(document)) {
+        GiveReason(reason, CReason::Of(ReasonKind::TooDeep));
+        return false;
+    }
+    return true;
 }
 
 } // namespace
@@ -252,11 +280,11 @@ std::unique_ptr<DomDocument> DomDocument::Create() noexcept {
     return std::unique_ptr<DomDocument>(new (std::nothrow) DomDocument(std::move(native)));
 }
 
-bool DomDocument::Load(const char* path) {
+bool DomDocument::Load(const char* path, CReason* reason) {
     try {
-        return LoadFile(m_pNative->document.Get(), path);
+        return LoadFile(m_pNative->document.Get(), path, reason);
     } catch (const std::bad_alloc&) {
-        throw DomError("out of memory while loading a document");
+        throw DomError("out of memory while loading a document", CReason::Of(ReasonKind::OutOfMemory));
     }
 }
 
@@ -269,8 +297,9 @@ void DomDocument::Save(const char* path) {
     if (m_pNative->document->save(destination) != S_OK || bytes.View().empty()) {
         throw DomError("the DOM failed to write the document");
     }
-    if (!platform::ReplaceContents(path, bytes.View())) {
-        throw DomError("the document could not be saved");
+    CReason reason;
+    if (!platform::ReplaceContents(path, bytes.View(), &reason)) {
+        throw DomError("the document could not be saved", std::move(reason));
     }
 }
 

@@ -31,14 +31,26 @@ AnsiString ApplicationDataFolder() {
 
 void ToNativeSeparators(char*) noexcept {} // relative paths are written with the target's separator already
 
-bool IsPresentAndWritable(const char* path) noexcept {
+bool IsPresentAndWritable(const char* path, CReason* reason) noexcept {
     const CFileHandle file(
         ::CreateFileA(path, GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
     BY_HANDLE_FILE_INFORMATION information;
+    CReason found;
     // The attributes are asked too: a privileged process may be let into a read-only file.
-    return file && ::GetFileType(file.Get()) == FILE_TYPE_DISK &&
-           ::GetFileInformationByHandle(file.Get(), &information) != FALSE &&
-           (information.dwFileAttributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY)) == 0;
+    if (!file) {
+        found = CReason::OfCall("CreateFile", ::GetLastError());
+    } else if (::GetFileType(file.Get()) != FILE_TYPE_DISK) {
+        found = CReason::Of(ReasonKind::NotRegular);
+    } else if (::GetFileInformationByHandle(file.Get(), &information) == FALSE) {
+        found = CReason::OfCall("GetFileInformationByHandle", ::GetLastError());
+    } else if ((information.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
+        found = CReason::Of(ReasonKind::NotRegular);
+    } else if ((information.dwFileAttributes & FILE_ATTRIBUTE_READONLY) != 0) {
+        found = CReason::Of(ReasonKind::NotPermitted);
+    }
+    const bool bPresent = !found;
+    GiveReason(reason, std::move(found));
+    return bPresent;
 }
 
 } // namespace platform

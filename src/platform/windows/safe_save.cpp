@@ -197,10 +197,11 @@ bool Replace(const std::wstring& path, std::string_view contents) {
 
 } // namespace
 
-bool ReplaceContents(const char* path, std::string_view contents) noexcept {
+bool ReplaceContents(const char* path, std::string_view contents, CReason* reason) noexcept {
     try {
         return Replace(ToWideText(path), contents);
     } catch (const std::bad_alloc&) {
+        GiveReason(reason, CReason::Of(ReasonKind::OutOfMemory));
         return false;
     }
 }

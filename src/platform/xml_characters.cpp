@@ -1,4 +1,4 @@
-#include "store/xml_characters.h"
+#include "platform/xml_characters.h"
 
 #include "platform/code_page.h"
 

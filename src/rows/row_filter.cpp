@@ -1,4 +1,4 @@
-#include "store/row_filter.h"
+#include "rows/row_filter.h"
 
 #include <algorithm>
 

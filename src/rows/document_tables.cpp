@@ -1,6 +1,6 @@
-#include "store/document_tables.h"
+#include "rows/document_tables.h"
 
-#include "store/xml_characters.h"
+#include "platform/xml_characters.h"
 
 #include <iterator>
 #include <string>

@@ -8,7 +8,7 @@
 #pragma once
 
 #include "platform/code_page.h"
-#include "store/row_table.h"
+#include "rows/row_table.h"
 #include "store/xml_query.h"
 
 #include <vector>

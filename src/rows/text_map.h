@@ -2,7 +2,7 @@
 
 #pragma once
 
-#include "store/text_hash.h"
+#include "rows/text_hash.h"
 
 #include <functional>
 #include <string>

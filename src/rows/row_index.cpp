@@ -1,7 +1,7 @@
-#include "store/row_index.h"
+#include "rows/row_index.h"
 
-#include "store/row_table.h"
-#include "store/text_hash.h"
+#include "rows/row_table.h"
+#include "rows/text_hash.h"
 
 #include <algorithm>
 #include <bit>

@@ -8,8 +8,8 @@
 #pragma once
 
 #include "platform/dom.h"
-#include "store/row_table.h"
-#include "store/text_map.h"
+#include "rows/row_table.h"
+#include "rows/text_map.h"
 
 #include <memory>
 #include <vector>

@@ -7,8 +7,8 @@
 
 #include "cordelbox.h"
 #include "platform/dom.h"
-#include "store/row_index.h"
-#include "store/text_map.h"
+#include "rows/row_index.h"
+#include "rows/text_map.h"
 
 #include <cstdint>
 #include <memory>

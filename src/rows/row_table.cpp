@@ -1,4 +1,4 @@
-#include "store/row_table.h"
+#include "rows/row_table.h"
 
 #include "platform/code_page.h"
 
