@@ -457,8 +457,9 @@ CORDELBOX_API void FreeFileItem(FileItem* item) noexcept;
 /// buffer is ignored. Always returns 1.
 CORDELBOX_API uint32_t GetFilter(AnsiString element, char* buffer, uint32_t size) noexcept;
 
-/// 1 when a file of "Files" has this "LocalPath", without regard to letter case, else 0. Separators are compared
-/// as they stand.
+/// 1 when a file of "Files" has this "LocalPath", without regard to letter case, else 0. Letters are folded one by
+/// one to the lower case of Unicode, whatever the locale. Bytes that are not valid in the code page count as what
+/// they would be stored as. Separators are compared as they stand.
 CORDELBOX_API uint32_t IsPathConflict(AnsiString localPath) noexcept;
 
 /// Adds a file to "Files", not ticked ("checked" = "0"), with the details of its Type: "5" a TrueTypeDetail,
@@ -481,8 +482,9 @@ CORDELBOX_API uint32_t ReadPCLFilter(int32_t settings[28]) noexcept;
 /// fonts, Types "1" and "5" together. Other Types are not checked.
 /// `id` receives the file's ID as a number, always; `kind` receives 1 for Type "2", 2 for Type "8", 0 for
 /// fonts, and is left as it is otherwise. Either may be null.
-/// Returns 1 without a clash. On a clash: disables the lent windows, shows the message box, enables them again
-/// and returns 0. `windows` may be null: no owner, no windows.
+/// Returns 1 without a clash. On a clash: disables the lent windows, shows the message box, enables the windows
+/// that it disabled again, whatever the record says by then, and returns 0. A message of more than 65,536 bytes is
+/// cut there. `windows` may be null: no owner, no windows.
 CORDELBOX_API int32_t CheckID(int32_t* id, int32_t* kind, MessageWindows* windows) noexcept;
 
 /// Checks all ticked files for two of one group with the same ID: Type "2", then fonts. Type "8" is not checked:

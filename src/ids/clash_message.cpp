@@ -1,29 +1,35 @@
 #include "ids/clash_message.h"
 
 #include "platform/bounded_text.h"
+#include "platform/code_page.h"
 #include "platform/message_box.h"
 
 #include <algorithm>
 #include <cstddef>
+#include <vector>
 
 namespace {
 
 constexpr std::size_t kMessageSize = 260;    // with the terminating zero
 constexpr std::size_t kWidthLimit = 1000000; // of a width or precision, far beyond what fits
+constexpr std::size_t kFilledLimit = 65536;  // of a filled template, far beyond what a person reads
 
 constexpr const char* kStringTable = "StringTable";
 
-std::string ReplaceAll(std::string_view text, std::string_view placeholder, std::string_view replacement) {
+/// Replaces every placeholder, as far as the first `enough` bytes of the result go; what follows them is arbitrary.
+std::string ReplaceAll(std::string_view text, std::string_view placeholder, std::string_view replacement,
+                       std::size_t enough) {
     std::string result;
-    for (;;) {
+    while (result.size() < enough) {
         const std::size_t found = text.find(placeholder);
-        result += text.substr(0, found);
+        result += text.substr(0, std::min(found, enough));
         if (found == std::string_view::npos) {
-            return result;
+            break;
         }
-        result += replacement;
+        result += replacement.substr(0, enough);
         text.remove_prefix(found + placeholder.size());
     }
+    return result;
 }
 
 /// The part of a directive between "%" and the conversion.
@@ -106,7 +112,12 @@ AnsiString FontKindName() { return GetXMLString(kStringTable, "FontFile_SPFTTF")
 AnsiString ClashTemplate() { return GetXMLString(kStringTable, "DuplicateID_EditingFile_SendingProject"); }
 
 std::string FillPlaceholders(std::string_view text, std::string_view kindName, std::string_view id) {
-    return ReplaceAll(ReplaceAll(text, "%s", kindName), "%d", id);
+    // Of two bytes at most the second pass makes one, so twice the limit is enough for it, and one byte that the first
+    // may have cut off a placeholder.
+    const std::string named = ReplaceAll(text, "%s", kindName, 2 * kFilledLimit + 2);
+    std::string filled = ReplaceAll(named, "%d", id, kFilledLimit + 1);
+    filled.resize(platform::WholeCharacters(filled, kFilledLimit));
+    return filled;
 }
 
 std::string FormatClash(std::string_view text, std::string_view kindName, int32_t id) {
@@ -142,15 +153,20 @@ std::string FormatClash(std::string_view text, std::string_view kindName, int32_
 void ShowClash(const MessageWindows* windows, const std::string& text) {
     static const MessageWindows none{};
     const MessageWindows& lent = windows != nullptr ? *windows : none;
-    const auto setLentEnabled = [&](bool enabled) {
-        for (WindowHandle* const window : lent.windows) {
-            if (window != nullptr) {
-                platform::SetWindowEnabled(*window, enabled);
-            }
+    const WindowHandle owner = lent.owner != nullptr ? *lent.owner : nullptr;
+    std::vector<WindowHandle> handles; // the host may change its record while the message is shown
+    for (const WindowHandle* const window : lent.windows) {
+        if (window != nullptr) {
+            handles.push_back(*window);
+        }
+    }
+    const AnsiString caption = GetXMLString("Main", "Title");
+    const auto setEnabled = [&handles](bool enabled) {
+        for (const WindowHandle handle : handles) {
+            platform::SetWindowEnabled(handle, enabled);
         }
     };
-    const AnsiString caption = GetXMLString("Main", "Title");
-    setLentEnabled(false);
-    platform::ShowErrorMessage(lent.owner != nullptr ? *lent.owner : nullptr, text.c_str(), caption.c_str());
-    setLentEnabled(true);
+    setEnabled(false);
+    platform::ShowErrorMessage(owner, text.c_str(), caption.c_str());
+    setEnabled(true);
 }

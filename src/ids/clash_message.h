@@ -17,7 +17,8 @@ AnsiString FontKindName();
 AnsiString ClashTemplate();
 
 /// The template with every "%s" replaced by the kind's name, and then every "%d" by the ID, also one that the name
-/// brought in.
+/// brought in. A result of more than 65,536 bytes is cut there, at a character; nothing longer is ever made of a
+/// template.
 std::string FillPlaceholders(std::string_view text, std::string_view kindName, std::string_view id);
 
 /// The template formatted with kind, ID, kind, ID, in this order. "%s" and "%d", with flags, width and precision, print
@@ -27,5 +28,5 @@ std::string FillPlaceholders(std::string_view text, std::string_view kindName, s
 std::string FormatClash(std::string_view text, std::string_view kindName, int32_t id);
 
 /// Shows the message in a modal box, with the title from the strings document. The lent windows are disabled while it
-/// is open. `windows` may be null.
+/// is open; those that were disabled are enabled again, whatever the record says by then. `windows` may be null.
 void ShowClash(const MessageWindows* windows, const std::string& text);

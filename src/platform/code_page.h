@@ -31,10 +31,14 @@ AnsiString ToAnsi(std::basic_string_view<DomChar> text);
 /// surrogate) is returned as it is.
 char32_t NextCodePoint(std::basic_string_view<DomChar> text, std::size_t& position) noexcept;
 
-/// Compares 8-bit texts with letters folded to one case, character by character of the code page.
+/// Compares 8-bit texts character by character of the code page, with letters in lower case. Bytes that are not valid
+/// in the code page count as the character that they would be stored as.
 bool EqualIgnoringCase(std::string_view left, std::string_view right);
 
 /// Position of the first occurrence of the ASCII character, never inside a multibyte character; npos if none.
 std::size_t FindCharacter(std::string_view text, char character) noexcept;
+
+/// Length of the longest beginning of `text` that ends with a character and has at most `size` bytes.
+std::size_t WholeCharacters(std::string_view text, std::size_t size) noexcept;
 
 } // namespace platform

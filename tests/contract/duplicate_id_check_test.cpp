@@ -198,6 +198,12 @@ TEST_F(DuplicateIdCheck, WindowsAreDisabledWhileTheMessageIsShown) {
         [](MessageWindows* windows) { EXPECT_EQ(CheckID(nullptr, nullptr, windows), 0); });
 }
 
+TEST_F(DuplicateIdCheck, TheWindowsThatWereDisabledAreEnabledAgainWhateverTheRecordSaysByThen) {
+    OpenWith(Edited("a") + Files(FileRow("a", "2", "3") + FileRow("b", "2", "3")));
+    ExpectTheDisabledWindowsEnabledAgain(
+        [](MessageWindows* windows) { EXPECT_EQ(CheckID(nullptr, nullptr, windows), 0); });
+}
+
 TEST_F(DuplicateIdCheck, WithoutAClashTheWindowsAreLeftAlone) {
     OpenWith(Edited("a") + Files(FileRow("a", "2", "3")));
     CTestWindow window;
@@ -252,9 +258,15 @@ TEST_F(DuplicateIdCheck, EverythingElseInTheTextStandsAsItIs) {
     EXPECT_EQ(ClashMessage({.text = "%D %S % d % s"}), "%D %S % d % s");
 }
 
-TEST_F(DuplicateIdCheck, TheMessageMayHaveAnyLength) {
+TEST_F(DuplicateIdCheck, TheMessageMayBeLong) {
     const std::string text(600, 'x');
     EXPECT_EQ(ClashMessage({.text = text + "%d"}), text + "12");
+}
+
+TEST_F(DuplicateIdCheck, AMessageOfMoreThan64KiBIsCut) {
+    const std::string text(65532, 'x');
+    EXPECT_EQ(ClashMessage({.text = text + "%d%d"}), text + "1212");
+    EXPECT_EQ(ClashMessage({.text = text + "-%d%d"}), text + "-121");
 }
 
 TEST_F(DuplicateIdCheck, AMissingKindNameIsTheTypeItself) {

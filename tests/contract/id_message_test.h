@@ -75,3 +75,26 @@ void ExpectWindowsDisabledAroundTheMessage(Call call) {
                                                           {last.Handle(), true}}));
     EXPECT_TRUE(notLent.IsEnabled());
 }
+
+/// The same while the host clears its record, and lends another window in it, before the user has answered.
+template <class Call>
+void ExpectTheDisabledWindowsEnabledAgain(Call call) {
+    CTestWindow first;
+    CTestWindow second;
+    CTestWindow another;
+    WindowHandle changing = second.Handle();
+    MessageWindows windows{};
+    windows.windows[7] = first.Slot();
+    windows.windows[9] = &changing;
+
+    const CMessageWatch watch([&] {
+        windows.windows[7] = nullptr;
+        windows.windows[8] = another.Slot();
+        changing = another.Handle();
+    });
+    call(&windows);
+
+    EXPECT_EQ(watch.Changes(),
+              (std::vector<WindowChange>{
+                  {first.Handle(), false}, {second.Handle(), false}, {first.Handle(), true}, {second.Handle(), true}}));
+}

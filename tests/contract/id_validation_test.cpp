@@ -164,6 +164,11 @@ TEST_F(IdValidation, WindowsAreDisabledWhileTheMessageIsShown) {
     ExpectWindowsDisabledAroundTheMessage([](MessageWindows* windows) { EXPECT_EQ(IdsAreValid(windows), 0); });
 }
 
+TEST_F(IdValidation, TheWindowsThatWereDisabledAreEnabledAgainWhateverTheRecordSaysByThen) {
+    OpenWith(Files(FileRow("a", "2", "3") + FileRow("b", "2", "3")));
+    ExpectTheDisabledWindowsEnabledAgain([](MessageWindows* windows) { EXPECT_EQ(IdsAreValid(windows), 0); });
+}
+
 TEST_F(IdValidation, WithoutAClashTheWindowsAreLeftAlone) {
     OpenWith(Files(FileRow("a", "2", "3")));
     CTestWindow window;

@@ -5,6 +5,7 @@
 
 #include "cordelbox.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -47,7 +48,8 @@ struct WindowChange {
 /// Closes every message box that is shown while it lives. One at a time; a message box without a watch fails the test.
 class CMessageWatch {
 public:
-    CMessageWatch();
+    /// `whileShown` runs while a message box is open, in whatever thread closes it.
+    explicit CMessageWatch(std::function<void()> whileShown = {});
     ~CMessageWatch();
     CMessageWatch(const CMessageWatch&) = delete;
     CMessageWatch& operator=(const CMessageWatch&) = delete;

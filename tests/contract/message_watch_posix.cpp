@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -16,6 +17,7 @@ struct FakeWindow {
 std::vector<FakeWindow*> s_windows;              // all that live, oldest first
 std::vector<SeenMessage>* s_pMessages = nullptr; // of the live watch, as is the next
 std::vector<WindowChange>* s_pChanges = nullptr;
+std::function<void()> s_whileShown;
 
 } // namespace
 
@@ -24,15 +26,17 @@ struct CMessageWatch::State {
     std::vector<WindowChange> changes;
 };
 
-CMessageWatch::CMessageWatch() : m_pState(std::make_unique<State>()) {
+CMessageWatch::CMessageWatch(std::function<void()> whileShown) : m_pState(std::make_unique<State>()) {
     EXPECT_EQ(s_pMessages, nullptr) << "a second watch";
     s_pMessages = &m_pState->messages;
     s_pChanges = &m_pState->changes;
+    s_whileShown = std::move(whileShown);
 }
 
 CMessageWatch::~CMessageWatch() {
     s_pMessages = nullptr;
     s_pChanges = nullptr;
+    s_whileShown = nullptr;
 }
 
 const std::vector<SeenMessage>& CMessageWatch::Messages() const noexcept { return m_pState->messages; }
@@ -63,6 +67,9 @@ CORDELBOX_API int MessageBoxA(WindowHandle owner, const char* text, const char* 
         }
     }
     s_pMessages->push_back(message);
+    if (s_whileShown) {
+        s_whileShown();
+    }
     return 1;
 }
 

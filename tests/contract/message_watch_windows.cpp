@@ -10,6 +10,7 @@
 #include <mutex>
 #include <stdexcept>
 #include <thread>
+#include <utility>
 
 struct CMessageWatch::State {
     std::vector<SeenMessage> messages;
@@ -23,6 +24,7 @@ std::mutex s_mutex;                              // guards what follows
 std::vector<HWND> s_windows;                     // all test windows that live, oldest first
 std::vector<SeenMessage>* s_pMessages = nullptr; // of the live watch, as is the next
 std::vector<WindowChange>* s_pChanges = nullptr;
+std::function<void()> s_whileShown;
 
 LRESULT CALLBACK WindowProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     if (message == WM_ENABLE) {
@@ -112,6 +114,9 @@ void Answer(HWND box) {
         } else {
             ADD_FAILURE() << "unexpected message box: " << message.text;
         }
+        if (s_whileShown) {
+            s_whileShown();
+        }
     }
     for (const HWND button : contents.buttons) {
         ::PostMessageA(button, BM_CLICK, 0, 0);
@@ -152,17 +157,19 @@ public:
 
 } // namespace
 
-CMessageWatch::CMessageWatch() : m_pState(std::make_unique<State>()) {
+CMessageWatch::CMessageWatch(std::function<void()> whileShown) : m_pState(std::make_unique<State>()) {
     const std::lock_guard lock(s_mutex);
     EXPECT_EQ(s_pMessages, nullptr) << "a second watch";
     s_pMessages = &m_pState->messages;
     s_pChanges = &m_pState->allChanges;
+    s_whileShown = std::move(whileShown);
 }
 
 CMessageWatch::~CMessageWatch() {
     const std::lock_guard lock(s_mutex);
     s_pMessages = nullptr;
     s_pChanges = nullptr;
+    s_whileShown = nullptr;
 }
 
 const std::vector<SeenMessage>& CMessageWatch::Messages() const noexcept { return m_pState->messages; }

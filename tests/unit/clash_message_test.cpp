@@ -4,8 +4,21 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/resource.h>
+
 #include <limits>
 #include <string>
+
+namespace {
+
+/// Of this process, in bytes.
+std::size_t LargestResidentSize() {
+    rusage usage = {};
+    getrusage(RUSAGE_SELF, &usage);
+    return static_cast<std::size_t>(usage.ru_maxrss) * 1024;
+}
+
+} // namespace
 
 TEST(FillingPlaceholders, ReplacesEveryOneOfBothKinds) {
     EXPECT_EQ(FillPlaceholders("%s %d %s %d", "Macro", "12"), "Macro 12 Macro 12");
@@ -29,6 +42,43 @@ TEST(FillingPlaceholders, DoesNotReplaceANamePlaceholderThatTheNameBroughtIn) {
 
 TEST(FillingPlaceholders, TakesAPercentSignThatANameEndsWithForTheBeginningOfOne) {
     EXPECT_EQ(FillPlaceholders("%sd", "100%", "12"), "10012");
+}
+
+TEST(FillingPlaceholders, CutsWhatIsLongerThan64KiB) {
+    const std::string longest(65536, 'x');
+    EXPECT_EQ(FillPlaceholders(longest, "Macro", "12"), longest);
+    EXPECT_EQ(FillPlaceholders(longest + "y", "Macro", "12"), longest);
+    EXPECT_EQ(FillPlaceholders("%s%d", longest, "12"), longest);
+    EXPECT_EQ(FillPlaceholders("%d%s", longest, "12"), "12" + longest.substr(2));
+}
+
+TEST(FillingPlaceholders, CutsAtACharacter) {
+    const std::string text(65534, 'x');
+    EXPECT_EQ(FillPlaceholders(text + "\xC3\xA4y", "", ""), text + "\xC3\xA4");
+    EXPECT_EQ(FillPlaceholders(text + "\xE2\x82\xAC", "", ""), text);
+    EXPECT_EQ(FillPlaceholders(text + "y\xF0\x9F\x96\xA8", "", ""), text + "y");
+}
+
+TEST(FillingPlaceholders, CutsWhatIsFilledAndNotTheTemplate) {
+    // Every placeholder becomes one byte, the last of them the last that is kept.
+    std::string text;
+    for (int i = 0; i < 65537; ++i) {
+        text += "%d";
+    }
+    EXPECT_EQ(FillPlaceholders(text, "", "7"), std::string(65536, '7'));
+    EXPECT_EQ(FillPlaceholders("%s" + text.substr(2), "%d", "7"), std::string(65536, '7'));
+}
+
+TEST(FillingPlaceholders, CostsNoMoreMemoryThanTheLimitAsksFor) {
+    // Filled without a limit this would be two billion bytes.
+    std::string text;
+    for (int i = 0; i < 20000; ++i) {
+        text += "%s";
+    }
+    const std::string name(100000, 'n');
+    const std::size_t before = LargestResidentSize();
+    EXPECT_EQ(FillPlaceholders(text, name, "7"), std::string(65536, 'n'));
+    EXPECT_LT(LargestResidentSize() - before, std::size_t{4} << 20);
 }
 
 TEST(FormattingAClash, PrintsKindAndIdTwiceInTurn) {

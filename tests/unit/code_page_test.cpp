@@ -123,6 +123,24 @@ TEST(CaseFolding, LeavesSeparatorsAndSignsAlone) {
     EXPECT_FALSE(platform::EqualIgnoringCase("[", "{"));
 }
 
+TEST(CaseFolding, TakesIllFormedBytesForWhatTheyWouldBeStoredAs) {
+    EXPECT_TRUE(platform::EqualIgnoringCase("a\xFF", "A\xEF\xBF\xBD"));
+    EXPECT_TRUE(platform::EqualIgnoringCase("a\xFF", "a\xFE"));
+    EXPECT_TRUE(platform::EqualIgnoringCase("\xE2\x82z", "\xEF\xBF\xBDZ")) << "one for a character that is cut short";
+    EXPECT_FALSE(platform::EqualIgnoringCase("\xE2\x28z", "\xEF\xBF\xBDz"));
+    EXPECT_FALSE(platform::EqualIgnoringCase("a\xFF", "a"));
+}
+
+TEST(WholeCharacters, EndWhereACharacterEnds) {
+    EXPECT_EQ(platform::WholeCharacters("abc", 5), 3u);
+    EXPECT_EQ(platform::WholeCharacters("abc", 3), 3u);
+    EXPECT_EQ(platform::WholeCharacters("abc", 2), 2u);
+    EXPECT_EQ(platform::WholeCharacters("\xE2\x82\xACz", 3), 3u);
+    EXPECT_EQ(platform::WholeCharacters("a\xE2\x82\xACz", 3), 1u);
+    EXPECT_EQ(platform::WholeCharacters("\xF0\x9F\x96\xA8", 3), 0u);
+    EXPECT_EQ(platform::WholeCharacters("", 0), 0u);
+}
+
 TEST(FindingACharacter, GivesItsFirstPosition) {
     EXPECT_EQ(platform::FindCharacter("2201", '0'), 2u);
     EXPECT_EQ(platform::FindCharacter("0", '0'), 0u);

@@ -72,6 +72,20 @@ TEST_F(CodePage932, LettersOfFullWidthAreFolded) {
     EXPECT_EQ(IsPathConflict("ab"), 0u) << "full-width letters are letters of their own";
 }
 
+TEST_F(CodePage932, AnIllFormedPathIsComparedAsWhatItWouldBeStoredAs) {
+    OpenMain("<Files><Item LocalPath=''/></Files>");
+    WriteAttr("Files", "LocalPath", "C:\\end\x83");
+    EXPECT_EQ(IsPathConflict("c:\\END\x83"), 1u);
+    EXPECT_EQ(IsPathConflict(GetAttrValue("Files", "LocalPath")), 1u);
+    EXPECT_EQ(IsPathConflict("c:\\END"), 0u);
+}
+
+TEST_F(CodePage932, TwoCodesOfOneCharacterAreTwo) {
+    OpenMain("<Files><Item LocalPath='&#x2252;'/></Files>");
+    EXPECT_EQ(IsPathConflict("\x81\xE0"), 1u);
+    EXPECT_EQ(IsPathConflict("\x87\x90"), 0u);
+}
+
 TEST_F(CodePage932, TheSearchForAFreeSlotStepsOverDoubleByteCharacters) {
     OpenMain("<RGBSource><Item IDArray='&#x30BD;2&#x8868;1'/></RGBSource>");
     EXPECT_EQ(GetAvailICMID(0), 6) << "slots are counted in bytes";

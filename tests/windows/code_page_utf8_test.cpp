@@ -40,9 +40,27 @@ TEST_F(CodePageUtf8, FoldsLettersOfAnyLength) {
     EXPECT_FALSE(EqualIgnoringCase("a", "ab"));
 }
 
-TEST_F(CodePageUtf8, TakesHalfACharacterAtTheEndAsItIs) {
+TEST_F(CodePageUtf8, FoldsAsUnicodeDoes) {
+    EXPECT_TRUE(EqualIgnoringCase("\xE2\x84\xAA", "k")) << "the Kelvin sign";
+    EXPECT_TRUE(EqualIgnoringCase("\xC4\xB0", "i")) << "capital i with a dot";
+    EXPECT_FALSE(EqualIgnoringCase("\xC3\x9F", "ss")) << "no expansion";
+    EXPECT_FALSE(EqualIgnoringCase("\xC3\xA4", "a\xCC\x88")) << "no composition";
+    EXPECT_TRUE(EqualIgnoringCase("\xF0\x90\x90\x80", "\xF0\x90\x90\xA8")) << "Deseret, of two units";
+}
+
+TEST_F(CodePageUtf8, TakesIllFormedBytesForWhatTheyWouldBeStoredAs) {
     EXPECT_TRUE(EqualIgnoringCase("a\xE2\x82", "A\xE2\x82"));
-    EXPECT_FALSE(EqualIgnoringCase("a\xE2\x82", "A\xE2\x83"));
+    EXPECT_TRUE(EqualIgnoringCase("a\xE2\x82", "A\xE2\x83"));
+    EXPECT_TRUE(EqualIgnoringCase("a\xFF", "A\xEF\xBF\xBD"));
+    EXPECT_TRUE(EqualIgnoringCase("\xE2\x82z", "\xEF\xBF\xBDZ"));
+    EXPECT_FALSE(EqualIgnoringCase("a\xFF", "a"));
+}
+
+TEST_F(CodePageUtf8, CutsWhereACharacterEnds) {
+    EXPECT_EQ(platform::WholeCharacters("abc", 5), 3u);
+    EXPECT_EQ(platform::WholeCharacters("abc", 2), 2u);
+    EXPECT_EQ(platform::WholeCharacters("\xE2\x82\xACz", 3), 3u);
+    EXPECT_EQ(platform::WholeCharacters("a\xE2\x82\xACz", 3), 1u);
 }
 
 TEST_F(CodePageUtf8, FindsNoCharacterWithinAnother) {

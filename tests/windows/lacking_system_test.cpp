@@ -60,13 +60,15 @@ TEST_F(LackingSystem, KnowsNoFolderOfAHostWhosePathIsTooLong) {
     EXPECT_EQ(platform::HostFolder(), "");
 }
 
-TEST_F(LackingSystem, WithoutConversionsFoldsNothing) {
-    EXPECT_TRUE(platform::EqualIgnoringCase("a", "A"));
-    for (const int granted : {0, 1}) {
+TEST_F(LackingSystem, WithoutConversionsFoldsOnlyAscii) {
+    const CUtf8CodePage codePage;
+    EXPECT_TRUE(platform::EqualIgnoringCase("a\xC3\xA4", "A\xC3\x84"));
+    for (const int granted : {2, 3}) { // both texts are asked whether they are valid
         const CLackingSystem lacking({.nConversions = granted});
-        EXPECT_FALSE(platform::EqualIgnoringCase("a", "A"));
-        EXPECT_TRUE(platform::EqualIgnoringCase("a", "a"));
+        EXPECT_FALSE(platform::EqualIgnoringCase("a\xC3\xA4", "A\xC3\x84"));
     }
+    const CLackingSystem lacking({.nConversions = 0});
+    EXPECT_TRUE(platform::EqualIgnoringCase("a", "A"));
 }
 
 TEST_F(LackingSystem, RefusesTextThatCannotBeCounted) {

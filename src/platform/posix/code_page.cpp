@@ -2,9 +2,9 @@
 
 #include "platform/code_page.h"
 
-#include <clocale>
+#include "platform/letter_case.h"
+
 #include <cstring>
-#include <cwctype>
 
 namespace platform {
 
@@ -98,15 +98,6 @@ std::size_t ValidPrefix(std::string_view text) noexcept {
     return position;
 }
 
-/// Lower case by the simple mapping of Unicode, whatever the process's locale.
-char32_t FoldCase(char32_t codePoint) noexcept {
-    if (codePoint < 0x80) {
-        return codePoint >= U'A' && codePoint <= U'Z' ? codePoint + (U'a' - U'A') : codePoint;
-    }
-    static const locale_t unicode = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
-    return unicode != nullptr ? static_cast<char32_t>(towlower_l(static_cast<wint_t>(codePoint), unicode)) : codePoint;
-}
-
 } // namespace
 
 CDomArgument::CDomArgument(const AnsiString& text) : m_borrowed(text.c_str(), text.size()) {
@@ -134,7 +125,7 @@ bool EqualIgnoringCase(std::string_view left, std::string_view right) {
     std::size_t inLeft = 0;
     std::size_t inRight = 0;
     while (inLeft < left.size() && inRight < right.size()) {
-        if (FoldCase(NextCodePoint(left, inLeft)) != FoldCase(NextCodePoint(right, inRight))) {
+        if (LowerCase(NextCodePoint(left, inLeft)) != LowerCase(NextCodePoint(right, inRight))) {
             return false;
         }
     }
@@ -142,5 +133,15 @@ bool EqualIgnoringCase(std::string_view left, std::string_view right) {
 }
 
 std::size_t FindCharacter(std::string_view text, char character) noexcept { return text.find(character); }
+
+std::size_t WholeCharacters(std::string_view text, std::size_t size) noexcept {
+    if (size >= text.size()) {
+        return text.size();
+    }
+    while (size != 0 && IsContinuation(text, size, 0x80, 0xBF)) {
+        --size;
+    }
+    return size;
+}
 
 } // namespace platform

@@ -3,8 +3,10 @@
 
 #include "platform/code_page.h"
 
+#include "platform/letter_case.h"
 #include "wide_text.h"
 
+#include <algorithm>
 #include <array>
 #include <limits>
 #include <new>
@@ -36,32 +38,34 @@ std::size_t CharacterLength(std::string_view text) noexcept {
     return length < text.size() ? length : text.size();
 }
 
-/// One character of the code page in UTF-16.
-struct WideCharacter {
+/// The code point of a character that is valid in the code page; 0 when the system cannot tell.
+char32_t CodePointOf(std::string_view character) noexcept {
+    if (static_cast<unsigned char>(character.front()) < 0x80) {
+        return static_cast<unsigned char>(character.front());
+    }
     std::array<wchar_t, 8> units{};
-    int count = 0;
-    bool operator==(const WideCharacter&) const noexcept = default;
-};
-
-WideCharacter ToWide(std::string_view character) noexcept {
-    WideCharacter wide;
-    wide.count = ::MultiByteToWideChar(CP_ACP, 0, character.data(), static_cast<int>(character.size()),
-                                       wide.units.data(), static_cast<int>(wide.units.size()));
-    return wide;
-}
-
-WideCharacter Folded(const WideCharacter& character) noexcept {
-    WideCharacter folded;
-    folded.count = ::LCMapStringEx(LOCALE_NAME_INVARIANT, LCMAP_LOWERCASE, character.units.data(), character.count,
-                                   folded.units.data(), static_cast<int>(folded.units.size()), nullptr, nullptr, 0);
-    return folded;
+    ::MultiByteToWideChar(CP_ACP, 0, character.data(), static_cast<int>(character.size()), units.data(),
+                          static_cast<int>(units.size()));
+    std::size_t position = 0;
+    return NextCodePoint(std::wstring_view(units.data(), units.size()), position);
 }
 
 /// Whether two different characters are one letter in two cases. Two codes of one character are no such letter.
 bool AreOneLetter(std::string_view left, std::string_view right) noexcept {
-    const WideCharacter wideLeft = ToWide(left);
-    const WideCharacter wideRight = ToWide(right);
-    return wideLeft.count > 0 && wideRight.count > 0 && wideLeft != wideRight && Folded(wideLeft) == Folded(wideRight);
+    const char32_t leftCodePoint = CodePointOf(left);
+    const char32_t rightCodePoint = CodePointOf(right);
+    return leftCodePoint != rightCodePoint && LowerCase(leftCodePoint) == LowerCase(rightCodePoint);
+}
+
+/// Whether the text, which has a byte beyond ASCII, is valid in the code page.
+bool IsValid(std::string_view text) {
+    return ::MultiByteToWideChar(CP_ACP, MB_ERR_INVALID_CHARS, text.data(), CheckedLength(text.size()), nullptr, 0) > 0;
+}
+
+/// The text as it reads back once it is stored: bytes that are not valid are another character by then.
+AnsiString AsStored(std::string_view text) {
+    const bool bAscii = std::all_of(text.begin(), text.end(), [](char byte) { return byte >= 0; });
+    return bAscii || IsValid(text) ? AnsiString(text.data(), text.size()) : ToAnsi(ToWideText(text));
 }
 
 } // namespace
@@ -112,7 +116,11 @@ char32_t NextCodePoint(std::wstring_view text, std::size_t& position) noexcept {
     return unit;
 }
 
-bool EqualIgnoringCase(std::string_view left, std::string_view right) {
+bool EqualIgnoringCase(std::string_view leftText, std::string_view rightText) {
+    const AnsiString storedLeft = AsStored(leftText);
+    const AnsiString storedRight = AsStored(rightText);
+    std::string_view left(storedLeft.c_str(), storedLeft.size());
+    std::string_view right(storedRight.c_str(), storedRight.size());
     while (!left.empty() && !right.empty()) {
         const std::string_view leftCharacter = left.substr(0, CharacterLength(left));
         const std::string_view rightCharacter = right.substr(0, CharacterLength(right));
@@ -132,6 +140,17 @@ std::size_t FindCharacter(std::string_view text, char character) noexcept {
         }
     }
     return std::string_view::npos;
+}
+
+std::size_t WholeCharacters(std::string_view text, std::size_t size) noexcept {
+    if (size >= text.size()) {
+        return text.size();
+    }
+    std::size_t end = 0;
+    for (std::size_t next = 0; next <= size; next += CharacterLength(text.substr(next))) {
+        end = next;
+    }
+    return end;
 }
 
 } // namespace platform
