@@ -60,6 +60,8 @@ bool IsPresentAndWritable(const char* path, CReason* reason) noexcept {
         found = CReason::OfCall("fstat", static_cast<std::uint32_t>(errno));
     } else if (!S_ISREG(status.st_mode)) {
         found = CReason::Of(ReasonKind::NotRegular);
+    } else if ((status.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0) {
+        found = CReason::Of(ReasonKind::NotPermitted); // a privileged process is let into a read-only file
     } else if (flock(file, LOCK_SH | LOCK_NB) != 0) {
         found = CReason::OfCall("flock", static_cast<std::uint32_t>(errno));
     }
