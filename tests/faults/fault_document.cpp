@@ -1,5 +1,7 @@
 #include "fault_document.h"
 
+#include "access_list.h"
+
 #include "nodes/node_writers.h"
 #include "platform/semaphore.h"
 #include "store/document_file.h"
@@ -11,6 +13,7 @@
 
 #include <cstdlib>
 #include <fstream>
+#include <sstream>
 
 namespace fs = std::filesystem;
 
@@ -19,6 +22,13 @@ namespace {
 constexpr const char* kName = "Cordelbox\\xml\\Faults.xml";
 constexpr mode_t kMode = 0640;
 constexpr uid_t kOwner = 1234; // where the tests may give files away
+constexpr const char* kNote = "user.cordelbox.note";
+
+/// What belongs to the permissions above, and lets one more user read.
+std::string ListOfCopy() {
+    using enum AccessEntry::Tag;
+    return AccessListBytes({{Owner, 6}, {User, 4, 4321}, {OwningGroup, 0}, {Mask, 4}, {Others, 0}});
+}
 
 /// A text of which no two places are alike.
 std::string Counted(std::size_t length) {
@@ -27,6 +37,12 @@ std::string Counted(std::size_t length) {
         text += std::to_string(number) + " ";
     }
     return text;
+}
+
+std::string OctalDigits(mode_t mode) {
+    std::ostringstream digits;
+    digits << std::oct << mode;
+    return digits.str();
 }
 
 std::string OldDocument(DocumentSize size) {
@@ -79,13 +95,17 @@ FaultTest::~FaultTest() {
     platform::DeleteSemaphore(m_owner.semaphore);
 }
 
-void FaultTest::RestoreCopy() const {
+void FaultTest::RestoreCopy() {
     fs::remove(CopyPath());
     WriteBytes(CopyPath(), m_strOld);
     if (::geteuid() == 0) {
         EXPECT_EQ(::chown(CopyPath().c_str(), kOwner, kOwner), 0);
     }
     EXPECT_EQ(::chmod(CopyPath().c_str(), kMode), 0);
+    SetFileAttribute(CopyPath(), kAccessList, ListOfCopy());
+    SetFileAttribute(CopyPath(), kNote, "a note");
+    m_strList = FileAttribute(CopyPath(), kAccessList);
+    m_strNote = FileAttribute(CopyPath(), kNote);
 }
 
 int32_t FaultTest::Save() const { return SaveDocument(*m_pDocument); }
@@ -98,17 +118,27 @@ std::set<std::string> FaultTest::Names() const {
     return names;
 }
 
-::testing::AssertionResult FaultTest::CopyIsWhole(bool bOwnerKept) const {
+::testing::AssertionResult FaultTest::CopyIsWhole(bool bRightsKept) const {
     const std::string bytes = ReadBytes(CopyPath());
     if (bytes != m_strOld && bytes != m_strNew) {
         return ::testing::AssertionFailure() << "the copy is neither document but " << bytes.size() << " bytes:\n"
                                              << bytes.substr(0, 4000);
     }
     struct stat status {};
-    if (::stat(CopyPath().c_str(), &status) != 0 || (status.st_mode & 07777) != kMode) {
-        return ::testing::AssertionFailure() << "permissions " << std::oct << status.st_mode;
+    const bool bLooked = ::stat(CopyPath().c_str(), &status) == 0;
+    const mode_t mode = status.st_mode & 07777;
+    const std::string list = FileAttribute(CopyPath(), kAccessList);
+    const std::string note = FileAttribute(CopyPath(), kNote);
+    if (!bLooked || (mode & ~kMode) != 0 || (list != m_strList && list != "(none)" && (mode & 070) != 0)) {
+        return ::testing::AssertionFailure() << "more rights than before: permissions " << OctalDigits(mode);
     }
-    if (bOwnerKept && ::geteuid() == 0 && status.st_uid != kOwner) {
+    if (list == "(none)" && m_strList != list && (mode & 077) != 0) {
+        return ::testing::AssertionFailure() << "without its list, the group may what the mask allowed";
+    }
+    if (bRightsKept && (mode != kMode || list != m_strList || note != m_strNote)) {
+        return ::testing::AssertionFailure() << "rights lost: permissions " << OctalDigits(mode) << ", note " << note;
+    }
+    if (bRightsKept && ::geteuid() == 0 && status.st_uid != kOwner) {
         return ::testing::AssertionFailure() << "owner " << status.st_uid;
     }
     return ::testing::AssertionSuccess();

@@ -26,8 +26,9 @@ protected:
     explicit FaultTest(DocumentSize size = DocumentSize::Everyday);
     ~FaultTest() override;
 
-    /// Puts the old document in the place of the per-user copy, with permissions and an owner of its own.
-    void RestoreCopy() const;
+    /// Puts the old document in the place of the per-user copy, with an owner, permissions and, where the file system
+    /// knows them, an access control list and an attribute of its own.
+    void RestoreCopy();
 
     /// Saves the changed document to the per-user copy. 0 when that is done.
     int32_t Save() const;
@@ -35,12 +36,14 @@ protected:
     /// What lies in the folder of the per-user copy.
     std::set<std::string> Names() const;
 
-    /// True when the copy is one of the two documents and has its permissions, and its owner unless that could not be
-    /// kept.
-    ::testing::AssertionResult CopyIsWhole(bool bOwnerKept = true) const;
+    /// True when the copy is one of the two documents and has its owner and its rights; none beyond them when these
+    /// could not be kept.
+    ::testing::AssertionResult CopyIsWhole(bool bRightsKept = true) const;
 
     std::filesystem::path CopyPath() const { return m_copyFolder / "Faults.xml"; }
-    std::filesystem::path TemporaryPath() const { return m_copyFolder / ".Faults.xml.saving"; }
+    static bool IsTemporary(const std::filesystem::path& path) {
+        return path.filename().string().starts_with(".cordelbox-");
+    }
 
     PoolOwner m_owner{};
     CXmlObject* m_pDocument = nullptr;
@@ -50,6 +53,8 @@ protected:
 private:
     const CScratchFolder m_folder;
     const std::filesystem::path m_copyFolder;
+    std::string m_strList; // of the copy, as it was restored
+    std::string m_strNote;
 };
 
 /// What must hold for documents of both sizes.

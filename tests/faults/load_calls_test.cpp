@@ -133,7 +133,7 @@ TEST_P(LoadCalls, AreTheOnesThatTheseTestsKnow) {
     EXPECT_EQ(counts["iconv"] > 1, bConverted) << "in several pieces";
     EXPECT_GE(counts["pread"], bConverted ? 2 : 4);
     EXPECT_EQ(counts["write"], 0);
-    EXPECT_EQ(counts["rename"], 0);
+    EXPECT_EQ(counts["renameat"], 0);
 }
 
 TEST_P(LoadCalls, FailingOneByOneLeaveAWholeDocumentOrNone) {

@@ -9,11 +9,9 @@
 #include <unistd.h>
 
 #include <array>
+#include <cerrno>
 #include <chrono>
 #include <cstdio>
-#include <filesystem>
-
-namespace fs = std::filesystem;
 
 class SaveSharing : public FaultTest {
 protected:
@@ -33,8 +31,10 @@ protected:
     }
 
     /// Starts the writers; each saves its document for so long, and fails when one of its saves does. The writes take
-    /// at most so many bytes at once, which lets the writers come between each other's.
-    std::array<pid_t, kWriters> StartWriters(std::chrono::milliseconds duration, std::size_t nAtMost) {
+    /// at most so many bytes at once, which lets the writers come between each other's. In place: no writer can make
+    /// a temporary file.
+    std::array<pid_t, kWriters> StartWriters(std::chrono::milliseconds duration, std::size_t nAtMost,
+                                             bool bInPlace = false) {
         WriteBytes(CopyPath(), Text(0));
         std::array<pid_t, kWriters> children{};
         for (int writer = 0; writer < kWriters; ++writer) {
@@ -42,7 +42,9 @@ protected:
             if (children[static_cast<std::size_t>(writer)] == 0) {
                 const std::string text = Text(writer);
                 bool bAll = true;
-                CSystemCallWatch watch([&](std::size_t, const SystemCall&) { return Fate{0, false, nAtMost}; });
+                CSystemCallWatch watch([&](std::size_t, const SystemCall& call) {
+                    return Fate{bInPlace && call.bCreates ? EACCES : 0, false, nAtMost};
+                });
                 const auto end = std::chrono::steady_clock::now() + duration;
                 while (std::chrono::steady_clock::now() < end) {
                     bAll = platform::ReplaceContents(CopyPath().c_str(), InPieces(text)) && bAll;
@@ -77,10 +79,8 @@ TEST_F(SaveSharing, AReaderSeesOnlyWholeDocuments) {
 }
 
 TEST_F(SaveSharing, InPlaceTheLastOneLeavesAWholeDocument) {
-    // A folder in the temporary file's place: no writer can have one.
-    fs::create_directory(TemporaryPath());
     for (int round = 0; round < 20; ++round) {
-        ExpectAllDone(StartWriters(std::chrono::milliseconds(20), 5000));
+        ExpectAllDone(StartWriters(std::chrono::milliseconds(20), 5000, true));
         const std::string bytes = ReadBytes(CopyPath());
         ASSERT_TRUE(IsWhole(bytes)) << bytes.size() << " bytes from " << bytes.front() << " to " << bytes.back();
     }

@@ -1,11 +1,14 @@
 #include "system_calls.h"
 
+#include <dirent.h>
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <iconv.h>
 #include <signal.h>
 #include <sys/file.h>
+#include <sys/random.h>
 #include <sys/stat.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -43,6 +46,10 @@ Fate NoteFile(const char* name, int file) {
     return CSystemCallWatch::IsOn() ? Note({name, PathOf(file), {}, {}}) : Fate();
 }
 
+Fate NoteName(const char* call, int folder, const char* name, bool bCreates = false) {
+    return CSystemCallWatch::IsOn() ? Note({call, PathOf(folder) + "/" + name, {}, {}, bCreates}) : Fate();
+}
+
 /// True when the call is to fail; errno is then set.
 bool Fails(const Fate& fate) {
     if (fate.error != 0) {
@@ -69,6 +76,18 @@ int open(const char* path, int flags, ...) {
     return Fails(Note({"open", path, {}, {}, (flags & O_CREAT) != 0})) ? -1 : real(path, flags, mode);
 }
 
+int openat(int folder, const char* name, int flags, ...) {
+    mode_t mode = 0;
+    if ((flags & O_CREAT) != 0) {
+        va_list arguments;
+        va_start(arguments, flags);
+        mode = va_arg(arguments, mode_t);
+        va_end(arguments);
+    }
+    static const auto real = Real<int (*)(int, const char*, int, ...)>("openat");
+    return Fails(NoteName("openat", folder, name, (flags & O_CREAT) != 0)) ? -1 : real(folder, name, flags, mode);
+}
+
 int close(int file) {
     static const auto real = Real<int (*)(int)>("close");
     const Fate fate = NoteFile("close", file);
@@ -81,9 +100,9 @@ int fstat(int file, struct stat* status) noexcept {
     return Fails(NoteFile("fstat", file)) ? -1 : real(file, status);
 }
 
-int stat(const char* path, struct stat* status) noexcept {
-    static const auto real = Real<int (*)(const char*, struct stat*)>("stat");
-    return Fails(Note({"stat", path, {}, {}})) ? -1 : real(path, status);
+int fstatat(int folder, const char* name, struct stat* status, int flags) noexcept {
+    static const auto real = Real<int (*)(int, const char*, struct stat*, int)>("fstatat");
+    return Fails(NoteName("fstatat", folder, name)) ? -1 : real(folder, name, status, flags);
 }
 
 ssize_t readlink(const char* path, char* buffer, std::size_t size) noexcept {
@@ -171,14 +190,51 @@ int sync_file_range(int file, off64_t offset, off64_t length, unsigned flags) {
     return Fails(NoteFile("sync_file_range", file)) ? -1 : real(file, offset, length, flags);
 }
 
-int rename(const char* from, const char* to) noexcept {
-    static const auto real = Real<int (*)(const char*, const char*)>("rename");
-    return Fails(Note({"rename", from, to, {}})) ? -1 : real(from, to);
+int renameat(int fromFolder, const char* from, int toFolder, const char* to) noexcept {
+    static const auto real = Real<int (*)(int, const char*, int, const char*)>("renameat");
+    const Fate fate = CSystemCallWatch::IsOn()
+                          ? Note({"renameat", PathOf(fromFolder) + "/" + from, PathOf(toFolder) + "/" + to, {}})
+                          : Fate();
+    return Fails(fate) ? -1 : real(fromFolder, from, toFolder, to);
 }
 
-int unlink(const char* path) noexcept {
-    static const auto real = Real<int (*)(const char*)>("unlink");
-    return Fails(Note({"unlink", path, {}, {}})) ? -1 : real(path);
+int unlinkat(int folder, const char* name, int flags) noexcept {
+    static const auto real = Real<int (*)(int, const char*, int)>("unlinkat");
+    return Fails(NoteName("unlinkat", folder, name)) ? -1 : real(folder, name, flags);
+}
+
+ssize_t getdents64(int folder, void* entries, std::size_t size) noexcept {
+    static const auto real = Real<ssize_t (*)(int, void*, std::size_t)>("getdents64");
+    return Fails(NoteFile("getdents64", folder)) ? -1 : real(folder, entries, size);
+}
+
+ssize_t getrandom(void* bytes, std::size_t count, unsigned flags) {
+    static const auto real = Real<ssize_t (*)(void*, std::size_t, unsigned)>("getrandom");
+    const Fate fate = Note({"getrandom", {}, {}, {}});
+    if (!fate.answer.empty()) {
+        return static_cast<ssize_t>(fate.answer.copy(static_cast<char*>(bytes), count));
+    }
+    return Fails(fate) ? -1 : real(bytes, count, flags);
+}
+
+ssize_t flistxattr(int file, char* names, std::size_t size) noexcept {
+    static const auto real = Real<ssize_t (*)(int, char*, std::size_t)>("flistxattr");
+    return Fails(NoteFile("flistxattr", file)) ? -1 : real(file, names, size);
+}
+
+ssize_t fgetxattr(int file, const char* name, void* value, std::size_t size) noexcept {
+    static const auto real = Real<ssize_t (*)(int, const char*, void*, std::size_t)>("fgetxattr");
+    return Fails(NoteFile("fgetxattr", file)) ? -1 : real(file, name, value, size);
+}
+
+int fsetxattr(int file, const char* name, const void* value, std::size_t size, int flags) noexcept {
+    static const auto real = Real<int (*)(int, const char*, const void*, std::size_t, int)>("fsetxattr");
+    return Fails(NoteFile("fsetxattr", file)) ? -1 : real(file, name, value, size, flags);
+}
+
+int fremovexattr(int file, const char* name) noexcept {
+    static const auto real = Real<int (*)(int, const char*)>("fremovexattr");
+    return Fails(NoteFile("fremovexattr", file)) ? -1 : real(file, name);
 }
 
 } // extern "C"

@@ -1,6 +1,7 @@
 // Replacing a file in one step.
 
 #include "safe_save.h"
+#include "temporary_file.h"
 #include "text_pieces.h"
 
 #include <gtest/gtest.h>
@@ -128,45 +129,42 @@ TEST_F(SafeSave, KeepsOwnerAndGroupWhereItMay) {
     EXPECT_EQ(after.st_mode & 07777u, 06755u);
 }
 
-TEST_F(SafeSave, UsesUpATemporaryFileThatWasLeftBehind) {
-    std::ofstream(m_folder / ".a.xml.saving") << "longer than what is saved now";
+TEST_F(SafeSave, RemovesTemporaryFilesThatWereLeftBehind) {
+    std::ofstream(m_folder / ".cordelbox-0123456789abcdef.tmp") << "longer than what is saved now";
+    std::ofstream(m_folder / ".cordelbox-fedcba9876543210.tmp") << "";
     EXPECT_TRUE(Replace("new"));
     EXPECT_EQ(Read(m_file), "new");
     EXPECT_EQ(Names(), std::set<std::string>{"a.xml"});
 }
 
-TEST_F(SafeSave, DoesNotWriteThroughALinkInTheTemporaryFilesPlace) {
-    std::ofstream(m_folder / "victim") << "victim";
-    fs::create_symlink("victim", m_folder / ".a.xml.saving");
+TEST_F(SafeSave, LeavesOtherFilesOfTheFolderAlone) {
+    const std::set<std::string> others{".cordelbox-01.tmp~", "cordelbox-01.tmp", ".cordelbox-", ".tmp"};
+    for (const std::string& name : others) {
+        std::ofstream(m_folder / name) << "somebody's";
+    }
     EXPECT_TRUE(Replace("new"));
-    EXPECT_EQ(Read(m_folder / "victim"), "victim");
-    EXPECT_EQ(Read(m_file), "new");
+    std::set<std::string> all = others;
+    all.insert("a.xml");
+    EXPECT_EQ(Names(), all);
 }
 
-TEST_F(SafeSave, WritesInPlaceWhereAFolderHoldsTheTemporaryName) {
-    fs::create_directory(m_folder / ".a.xml.saving");
-    const ino_t before = FileNumber(m_file);
-    EXPECT_TRUE(Replace("shorter or longer"));
-    EXPECT_EQ(Read(m_file), "shorter or longer");
-    EXPECT_TRUE(Replace("n"));
-    EXPECT_EQ(Read(m_file), "n");
-    const std::string large(100000, 'l');
-    EXPECT_TRUE(Replace(large));
-    EXPECT_EQ(Read(m_file), large);
-    EXPECT_EQ(FileNumber(m_file), before);
-}
-
-TEST_F(SafeSave, WritesInPlaceWhereTheTemporaryNameWouldBeTooLong) {
-    const fs::path file = m_folder / std::string(255, 'n');
-    std::ofstream(file) << "old";
-    const ino_t before = FileNumber(file);
-    EXPECT_TRUE(Replace(file, "new"));
-    EXPECT_EQ(Read(file), "new");
-    EXPECT_EQ(FileNumber(file), before);
+TEST_F(SafeSave, LooksForLeftoversAmongSoManyNamesAtMost) {
+    for (int number = 0; number < 3 * platform::kMostNamesLookedAt; ++number) {
+        std::ofstream(m_folder / (".cordelbox-" + std::to_string(number) + ".tmp"));
+    }
+    const auto count = [this] { return static_cast<int>(Names().size()); };
+    const int before = count();
+    EXPECT_TRUE(Replace("new"));
+    EXPECT_LT(count(), before);
+    EXPECT_GT(count(), platform::kMostNamesLookedAt) << "the rest waits for the next saves";
+    EXPECT_TRUE(Replace("new"));
+    EXPECT_TRUE(Replace("new"));
+    EXPECT_TRUE(Replace("new"));
+    EXPECT_EQ(count(), 1);
 }
 
 TEST_F(SafeSave, TakesTheLongestNameWithATemporaryFile) {
-    const fs::path file = m_folder / std::string(255 - 8, 'n');
+    const fs::path file = m_folder / std::string(255, 'n');
     std::ofstream(file) << "old";
     const ino_t before = FileNumber(file);
     EXPECT_TRUE(Replace(file, "new"));

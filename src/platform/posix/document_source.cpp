@@ -113,17 +113,11 @@ private:
 
 } // namespace
 
-CDocumentSource::~CDocumentSource() {
-    if (m_nFile >= 0) {
-        close(m_nFile);
-    }
-}
-
 bool CDocumentSource::Open(const char* path, CReason* reason) {
-    m_nFile = open(path, O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    m_file = platform::CFileOpener().Open(path, O_RDONLY | O_NONBLOCK | O_NOCTTY);
     struct stat status = {};
-    if (m_nFile < 0 || fstat(m_nFile, &status) != 0) {
-        GiveReason(reason, CReason::OfCall(m_nFile < 0 ? "open" : "fstat", static_cast<std::uint32_t>(errno)));
+    if (!m_file.IsOpen() || fstat(m_file.Descriptor(), &status) != 0) {
+        GiveReason(reason, CReason::OfCall(m_file.IsOpen() ? "fstat" : "open", static_cast<std::uint32_t>(errno)));
         return false;
     }
     if (!S_ISREG(status.st_mode)) {
@@ -141,7 +135,7 @@ bool CDocumentSource::Open(const char* path, CReason* reason) {
     m_nSize = static_cast<std::size_t>(status.st_size);
     char head[kDeclarationBytes];
     const std::size_t headSize = std::min(m_nSize, sizeof head);
-    if (!ReadAt(m_nFile, 0, head, headSize)) {
+    if (!ReadAt(m_file.Descriptor(), 0, head, headSize)) {
         GiveReason(reason, CReason::OfCall("pread", static_cast<std::uint32_t>(errno)));
         return false;
     }
@@ -156,7 +150,7 @@ bool CDocumentSource::Open(const char* path, CReason* reason) {
 bool CDocumentSource::Convert(const char* encoding) {
     CConverter converter(encoding);
     std::string text(m_nSize, '\0');
-    if (!converter.IsOpen() || !ReadAt(m_nFile, 0, text.data(), text.size()) ||
+    if (!converter.IsOpen() || !ReadAt(m_file.Descriptor(), 0, text.data(), text.size()) ||
         !converter.Convert(text, m_strConverted)) {
         return false;
     }
@@ -171,5 +165,5 @@ bool CDocumentSource::Read(std::size_t offset, char* buffer, std::size_t size) c
         m_strConverted.copy(buffer, size, offset);
         return true;
     }
-    return ReadAt(m_nFile, offset, buffer, size);
+    return ReadAt(m_file.Descriptor(), offset, buffer, size);
 }

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include "file_opening.h"
 #include "platform/reason.h"
 
 #include <cstddef>
@@ -11,11 +12,6 @@
 /// a byte order mark, is converted whole when the source is opened.
 class CDocumentSource {
 public:
-    CDocumentSource() = default;
-    ~CDocumentSource();
-    CDocumentSource(const CDocumentSource&) = delete;
-    CDocumentSource& operator=(const CDocumentSource&) = delete;
-
     /// False: no regular file that can be read, larger than kMaxDocumentBytes (on disk or as UTF-8), or not in the
     /// encoding that it declares; `reason`, where one is wanted, says which.
     bool Open(const char* path, CReason* reason = nullptr);
@@ -29,7 +25,7 @@ public:
 private:
     bool Convert(const char* encoding);
 
-    int m_nFile = -1;
+    platform::CFile m_file;
     std::size_t m_nSize = 0;
     bool m_bConverted = false;
     std::string m_strConverted;

@@ -1,11 +1,13 @@
 #include "platform/folders.h"
 
+#include "failed_call.h"
+#include "file_opening.h"
+
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cerrno>
 #include <cstdlib>
 #include <string>
 #include <string_view>
@@ -47,28 +49,25 @@ void ToNativeSeparators(char* path) noexcept {
 }
 
 bool IsPresentAndWritable(const char* path, CReason* reason) noexcept {
-    // O_NONBLOCK: a FIFO in the file's place must not hold the caller up.
-    const int file = open(path, O_RDWR | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
-    if (file < 0) {
-        GiveReason(reason, CReason::OfCall("open", static_cast<std::uint32_t>(errno)));
-        return false;
+    // O_NONBLOCK: neither a FIFO in the file's place nor a lease on it holds the caller up.
+    const CFile file = CFileOpener().Open(path, O_RDWR | O_NONBLOCK | O_NOCTTY);
+    if (!file.IsOpen()) {
+        return Failed("open", reason);
     }
     struct stat status = {};
-    CReason found;
-    // A shared lock: two tests at the same moment do not disturb each other, and closing the file gives it back.
-    if (fstat(file, &status) != 0) {
-        found = CReason::OfCall("fstat", static_cast<std::uint32_t>(errno));
-    } else if (!S_ISREG(status.st_mode)) {
-        found = CReason::Of(ReasonKind::NotRegular);
-    } else if ((status.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0) {
-        found = CReason::Of(ReasonKind::NotPermitted); // a privileged process is let into a read-only file
-    } else if (flock(file, LOCK_SH | LOCK_NB) != 0) {
-        found = CReason::OfCall("flock", static_cast<std::uint32_t>(errno));
+    if (fstat(file.Descriptor(), &status) != 0) {
+        return Failed("fstat", reason);
     }
-    close(file);
-    const bool bPresent = !found;
-    GiveReason(reason, std::move(found));
-    return bPresent;
+    if (!S_ISREG(status.st_mode)) {
+        GiveReason(reason, CReason::Of(ReasonKind::NotRegular));
+        return false;
+    }
+    // A shared lock: two tests at the same moment do not disturb each other.
+    if (flock(file.Descriptor(), LOCK_SH | LOCK_NB) != 0) {
+        return Failed("flock", reason);
+    }
+    flock(file.Descriptor(), LOCK_UN); // a process that was forked at this moment has the file too, and would keep it
+    return true;
 }
 
 } // namespace platform

@@ -1,65 +1,62 @@
+// The new contents go to a temporary file in the folder, are flushed to disk and renamed over the old file. Processes
+// that save the same file at the same time do not wait for each other: each has a temporary file of its own, and the
+// last one to rename it wins.
+
 #include "safe_save.h"
+
+#include "failed_call.h"
+#include "file_opening.h"
+#include "file_rights.h"
+#include "size_signal.h"
+#include "temporary_file.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <memory>
 #include <new>
 #include <string>
+#include <utility>
 
 namespace platform {
 
 namespace {
 
-class CFile {
-public:
-    explicit CFile(int descriptor = -1) noexcept : m_nDescriptor(descriptor) {}
-    ~CFile() {
-        if (IsOpen()) {
-            close(m_nDescriptor);
-        }
-    }
-    CFile(CFile&& other) noexcept : m_nDescriptor(other.m_nDescriptor) { other.m_nDescriptor = -1; }
-    CFile& operator=(CFile&& other) noexcept {
-        std::swap(m_nDescriptor, other.m_nDescriptor);
-        return *this;
-    }
-    bool IsOpen() const noexcept { return m_nDescriptor >= 0; }
-    int Descriptor() const noexcept { return m_nDescriptor; }
-
-private:
-    int m_nDescriptor;
-};
+// How long a save in place waits for another one to end.
+constexpr int kLockAttempts = 100;
+constexpr timespec kLockPause = {0, 10'000'000};
 
 /// Writes a new file, or an old one from its beginning, up to the first failure.
 class CFileWriter {
 public:
     explicit CFileWriter(const CFile& file) noexcept : m_nFile(file.Descriptor()) {}
 
-    /// False when the system fails.
-    bool Write(const ContentsProducer& produceContents) noexcept {
+    /// False when the system fails; `reason`, where one is wanted, says how.
+    bool Write(const ContentsProducer& produceContents, CReason* reason) noexcept {
         produceContents([this](std::string_view piece) { WritePiece(piece); });
-        return !m_bFailed;
+        errno = m_nError;
+        return m_nError == 0 || Failed("write", reason);
     }
     std::size_t WrittenBytes() const noexcept { return m_nWritten; }
 
 private:
     void WritePiece(std::string_view piece) noexcept {
-        if (m_nWritten > 0 && !m_bFailed) {
+        if (m_nWritten > 0 && m_nError == 0) {
             // The disk takes what is there while further pieces are made. What fails here fails in the flush.
             sync_file_range(m_nFile, 0, 0, SYNC_FILE_RANGE_WRITE);
         }
-        while (!m_bFailed && !piece.empty()) {
+        while (m_nError == 0 && !piece.empty()) {
             const ssize_t count = write(m_nFile, piece.data(), piece.size());
             if (count < 0 && errno == EINTR) {
                 continue;
             }
-            m_bFailed = count <= 0;
-            if (!m_bFailed) {
+            if (count <= 0) {
+                m_nError = count < 0 ? errno : ENOSPC;
+            } else {
                 m_nWritten += static_cast<std::size_t>(count);
                 piece.remove_prefix(static_cast<std::size_t>(count));
             }
@@ -68,7 +65,7 @@ private:
 
     const int m_nFile;
     std::size_t m_nWritten = 0;
-    bool m_bFailed = false;
+    int m_nError = 0;
 };
 
 std::size_t SizeOf(const ContentsProducer& produceContents) noexcept {
@@ -77,104 +74,117 @@ std::size_t SizeOf(const ContentsProducer& produceContents) noexcept {
     return size;
 }
 
-/// True when opening the temporary file failed because the folder takes no new file there, as opposed to a shortage
-/// (a full disk, say) in which writing in place would destroy what there is.
-bool FolderTakesNoFile(int error) noexcept {
-    return error == EACCES || error == EPERM || error == EROFS || error == ENAMETOOLONG || error == EISDIR ||
-           error == ELOOP;
+bool FillTemporary(const CFile& temporary, const CFile& original, const ContentsProducer& produceContents,
+                   CReason* reason) noexcept {
+    return CFileWriter(temporary).Write(produceContents, reason) && CarryRightsOver(original, temporary, reason) &&
+           (fsync(temporary.Descriptor()) == 0 || Failed("fsync", reason));
 }
 
-/// Locks a file against other processes that save the same document. The lock is of the kind that does not meet the
-/// shared lock of the existence test, since the file takes the document's place while it is held.
-bool LockForSaving(int file) noexcept {
-    struct flock lock = {};
-    lock.l_type = F_WRLCK;
-    lock.l_whence = SEEK_SET;
-    while (fcntl(file, F_OFD_SETLKW, &lock) != 0) {
-        if (errno != EINTR) {
-            return false;
+/// A lock that keeps other saves in place out, given back at the end also where a forked process has the file too.
+class CPlaceLock {
+public:
+    explicit CPlaceLock(const CFile& file) noexcept : m_file(file) {
+        for (int attempt = 1; !(m_bHeld = TryLock(file, F_WRLCK)) && errno == EAGAIN && attempt < kLockAttempts;
+             ++attempt) {
+            nanosleep(&kLockPause, nullptr);
         }
     }
-    return true;
-}
-
-/// Opens the temporary file and locks it. The result is not open when that cannot be done, and nothing is left behind;
-/// `error` then says why the folder did not take the file, or is 0 when it did.
-CFile OpenTemporary(const std::string& path, int& error) noexcept {
-    for (;;) {
-        CFile file(open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, S_IRUSR | S_IWUSR));
-        if (!file.IsOpen()) {
-            error = errno;
-            return file;
+    ~CPlaceLock() {
+        if (m_bHeld) {
+            TryLock(m_file, F_UNLCK);
         }
-        struct stat opened = {};
-        struct stat named = {};
-        const bool bLocked = LockForSaving(file.Descriptor()) && fstat(file.Descriptor(), &opened) == 0;
-        const bool bNamed = bLocked && stat(path.c_str(), &named) == 0;
-        if (bNamed && named.st_ino == opened.st_ino && named.st_dev == opened.st_dev) {
-            return file;
-        }
-        if (!bNamed && (!bLocked || errno != ENOENT)) {
-            unlink(path.c_str());
-            return CFile();
-        }
-        // Another process has put this very file in the document's place meanwhile, or has removed it.
     }
-}
+    CPlaceLock(const CPlaceLock&) = delete;
+    CPlaceLock& operator=(const CPlaceLock&) = delete;
+    bool IsHeld() const noexcept { return m_bHeld; }
 
-bool FillTemporary(const CFile& file, const ContentsProducer& produceContents, const struct stat& original) noexcept {
-    const int descriptor = file.Descriptor();
-    // Ownership first: changing it may clear permission bits. Without the right to change it the file is the user's
-    // own; a shortage is a failure like any other.
-    if (fchown(descriptor, original.st_uid, original.st_gid) != 0 &&
-        (errno == EIO || errno == ENOSPC || errno == EDQUOT)) {
-        return false;
+private:
+    const CFile& m_file;
+    bool m_bHeld = false;
+};
+
+bool WriteInPlace(const CFile& file, const ContentsProducer& produceContents, CReason* reason) noexcept {
+    const CPlaceLock lock(file);
+    if (!lock.IsHeld()) {
+        return Failed("fcntl", reason);
     }
-    return ftruncate(descriptor, 0) == 0 && CFileWriter(file).Write(produceContents) &&
-           fchmod(descriptor, original.st_mode & 07777) == 0 && fsync(descriptor) == 0;
-}
-
-bool WriteInPlace(const char* path, const ContentsProducer& produceContents) noexcept {
-    const CFile file(open(path, O_WRONLY | O_CLOEXEC));
     struct stat original = {};
-    if (!file.IsOpen() || !LockForSaving(file.Descriptor()) || fstat(file.Descriptor(), &original) != 0) {
-        return false;
+    if (fstat(file.Descriptor(), &original) != 0) {
+        return Failed("fstat", reason);
     }
     const auto size = static_cast<off_t>(SizeOf(produceContents));
     CFileWriter writer(file);
-    const bool bWritten = posix_fallocate(file.Descriptor(), 0, size) == 0 && writer.Write(produceContents);
+    errno = posix_fallocate(file.Descriptor(), 0, size);
+    const bool bWritten = errno == 0 ? writer.Write(produceContents, reason) : Failed("posix_fallocate", reason);
     // Reserving may have made the file longer, even where it failed; up to the first byte it is the old document.
-    return ftruncate(file.Descriptor(), writer.WrittenBytes() == 0 ? original.st_size : size) == 0 && bWritten &&
-           fsync(file.Descriptor()) == 0;
-}
-
-/// Makes the rename itself durable. The document is whole without it, so a failure is not one of the save.
-void FlushFolder(const std::string& folder) noexcept {
-    const CFile file(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (file.IsOpen()) {
-        fsync(file.Descriptor());
-    }
-}
-
-bool ReplaceTarget(const std::string& target, const ContentsProducer& produceContents) {
-    struct stat original = {};
-    if (stat(target.c_str(), &original) != 0) {
+    const bool bCut = ftruncate(file.Descriptor(), writer.WrittenBytes() == 0 ? original.st_size : size) == 0;
+    if (!bWritten) {
         return false;
     }
+    if (!bCut) {
+        return Failed("ftruncate", reason);
+    }
+    return fsync(file.Descriptor()) == 0 || Failed("fsync", reason);
+}
+
+/// The folder, to be read and flushed; or only as a place to find files in, where the process may not read it.
+CFile OpenFolder(const CFileOpener& opener, const char* path) noexcept {
+    CFile folder = opener.Open(path, O_RDONLY | O_DIRECTORY);
+    return folder.IsOpen() || errno != EACCES ? std::move(folder) : opener.Open(path, O_PATH | O_DIRECTORY);
+}
+
+/// True when the file cannot be replaced, as opposed to a shortage: it is a mount of its own, or the folder keeps its
+/// files from all but their owners.
+bool CannotBeReplaced(int error) noexcept { return error == EBUSY || error == EACCES || error == EPERM; }
+
+enum class Replaced { Yes, No, OnlyInPlace };
+
+Replaced ReplaceByRename(const CFileOpener& opener, const CFile& folder, const char* name, const CFile& original,
+                         const ContentsProducer& produceContents, CReason* reason) noexcept {
+    CTemporaryFile temporary(folder);
+    const CTemporaryFile::Made made = temporary.Make(opener, reason);
+    if (made == CTemporaryFile::Made::FolderTakesNone) {
+        return Replaced::OnlyInPlace;
+    }
+    if (made == CTemporaryFile::Made::Failed || !FillTemporary(temporary.File(), original, produceContents, reason)) {
+        return Replaced::No;
+    }
+    if (!temporary.RenameTo(name)) {
+        const int error = errno;
+        Failed("renameat", reason);
+        return CannotBeReplaced(error) ? Replaced::OnlyInPlace : Replaced::No;
+    }
+    fsync(folder.Descriptor()); // makes the new name durable; the document is whole without it
+    return Replaced::Yes;
+}
+
+bool ReplaceTarget(const std::string& target, const ContentsProducer& produceContents, CReason* reason) {
     const std::size_t separator = target.rfind('/');
-    const std::string folder = target.substr(0, separator + 1);
-    const std::string temporary = folder + "." + target.substr(separator + 1) + ".saving";
-    int error = 0;
-    const CFile file = OpenTemporary(temporary, error);
-    if (!file.IsOpen()) {
-        return FolderTakesNoFile(error) && WriteInPlace(target.c_str(), produceContents);
+    const std::string folderPath = target.substr(0, separator + 1);
+    const char* const name = target.c_str() + separator + 1;
+    const CFileOpener opener;
+    const CFile folder = OpenFolder(opener, folderPath.c_str());
+    if (!folder.IsOpen()) {
+        return Failed("open", reason);
     }
-    if (!FillTemporary(file, produceContents, original) || rename(temporary.c_str(), target.c_str()) != 0) {
-        unlink(temporary.c_str());
+    // O_NONBLOCK: neither a FIFO in the file's place nor a lease on it holds the caller up.
+    const CFile original = opener.OpenIn(folder, name, O_RDWR | O_NONBLOCK | O_NOCTTY);
+    if (!original.IsOpen()) {
+        return Failed("openat", reason);
+    }
+    struct stat status = {};
+    if (fstat(original.Descriptor(), &status) != 0) {
+        return Failed("fstat", reason);
+    }
+    if (!S_ISREG(status.st_mode)) {
+        GiveReason(reason, CReason::Of(ReasonKind::NotRegular));
         return false;
     }
-    FlushFolder(folder);
-    return true;
+    RemoveLeftovers(opener, folder, status.st_uid);
+    const CNoSizeSignal noSizeSignal;
+    const Replaced replaced = ReplaceByRename(opener, folder, name, original, produceContents, reason);
+    return replaced == Replaced::Yes ||
+           (replaced == Replaced::OnlyInPlace && WriteInPlace(original, produceContents, reason));
 }
 
 } // namespace
@@ -182,11 +192,10 @@ bool ReplaceTarget(const std::string& target, const ContentsProducer& produceCon
 bool ReplaceContents(const char* path, const ContentsProducer& produceContents, CReason* reason) noexcept {
     const std::unique_ptr<char, void (*)(void*)> target(realpath(path, nullptr), std::free);
     if (target == nullptr) {
-        GiveReason(reason, CReason::OfCall("realpath", static_cast<std::uint32_t>(errno)));
-        return false;
+        return Failed("realpath", reason);
     }
     try {
-        return ReplaceTarget(target.get(), produceContents);
+        return ReplaceTarget(target.get(), produceContents, reason);
     } catch (const std::bad_alloc&) {
         GiveReason(reason, CReason::Of(ReasonKind::OutOfMemory));
         return false;

@@ -16,13 +16,15 @@ using PieceSink = std::function<void(std::string_view piece)>;
 using ContentsProducer = std::function<void(const PieceSink& sink)>;
 
 /// Replaces the contents of a file that exists. Whatever happens, the file holds its old contents or the new ones: the
-/// new ones are written to a temporary file beside it, flushed to disk and renamed over it. Each piece is one call to
-/// the system, and on its way to the disk while the next one is made. Permissions and, where the process may,
-/// ownership are kept; a symbolic link stays one, and its target is replaced. A temporary file that a killed
-/// process left behind is used up by the next save. Only where the folder takes no new file is the file written in
-/// place, after its space is reserved.
-/// Processes that save the same file at the same time take turns. False: the file is as it was, unless writing in place
-/// failed; `reason`, where one is wanted, says why.
+/// new ones are written to a temporary file beside it that nobody else may open, flushed to disk and renamed over it.
+/// Each piece is one call to the system, and on its way to the disk while the next one is made. Owner, group,
+/// permissions, access control list and extended attributes are kept where the process may, and nobody may ever do more
+/// than before; a symbolic link stays one, and its target is replaced. Temporary files that killed processes left
+/// behind are removed. Only where the folder does not take a new file in the place of the old one is the file written
+/// in place, after its space is reserved. A write beyond the process's limit of file sizes fails without a signal.
+/// Of processes that save the same file at the same time the last one wins; in place they take turns, and one that does
+/// not get its turn within a second fails. False: the file is as it was, unless writing in place failed; `reason`,
+/// where one is wanted, says why.
 bool ReplaceContents(const char* path, const ContentsProducer& produceContents, CReason* reason = nullptr) noexcept;
 
 } // namespace platform

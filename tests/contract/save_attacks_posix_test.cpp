@@ -1,0 +1,512 @@
+// What others may prepare for a save in a folder that they can write to, and what a host may have done to itself.
+
+#include "access_list.h"
+#include "host_test.h"
+#include "unprivileged_posix.h"
+
+#include <fcntl.h>
+#include <sched.h>
+#include <signal.h>
+#include <sys/mount.h>
+#include <sys/resource.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <chrono>
+#include <fstream>
+#include <set>
+#include <string>
+#include <thread>
+
+namespace fs = std::filesystem;
+using namespace std::chrono_literals;
+
+namespace {
+
+const char* const kInfo = "<Info><Item Name=\"before\"/></Info>";
+const Records kBefore{Record{{"Name", "before"}}};
+const Records kAfter{Record{{"Name", "after"}}};
+
+constexpr uid_t kUser = 65534; // what CUnprivileged becomes
+constexpr uid_t kOtherUser = 1234;
+constexpr gid_t kOtherGroup = 4321;
+
+/// Runs the work in a process of its own and returns how that ended, as waitpid says.
+template <class Work>
+int EndOfProcess(Work work) {
+    const pid_t child = ::fork();
+    if (child == 0) {
+        ::_exit(work() ? 0 : 1);
+    }
+    int status = -1;
+    ::waitpid(child, &status, 0);
+    return status;
+}
+
+mode_t ModeOf(const fs::path& file) {
+    struct stat status {};
+    EXPECT_EQ(::stat(file.c_str(), &status), 0);
+    return status.st_mode & 07777;
+}
+
+uid_t OwnerOf(const fs::path& file) {
+    struct stat status {};
+    EXPECT_EQ(::stat(file.c_str(), &status), 0);
+    return status.st_uid;
+}
+
+/// A process that holds a lock on a file until it is told to end: stopped, as far as anybody can see.
+class CLockHolder {
+public:
+    CLockHolder(const fs::path& file, int flags, short type) {
+        int ready[2];
+        EXPECT_EQ(::pipe(ready), 0);
+        m_nProcess = ::fork();
+        if (m_nProcess == 0) {
+            struct flock lock {};
+            lock.l_type = type;
+            const int held = ::open(file.c_str(), flags | O_CLOEXEC);
+            const char answer = ::fcntl(held, F_OFD_SETLK, &lock) == 0 ? 'y' : 'n';
+            if (::write(ready[1], &answer, 1) == 1) {
+                ::pause();
+            }
+            ::_exit(0);
+        }
+        char answer = 0;
+        EXPECT_EQ(::read(ready[0], &answer, 1), 1);
+        EXPECT_EQ(answer, 'y');
+        ::close(ready[0]);
+        ::close(ready[1]);
+    }
+    ~CLockHolder() {
+        ::kill(m_nProcess, SIGKILL);
+        ::waitpid(m_nProcess, nullptr, 0);
+    }
+    CLockHolder(const CLockHolder&) = delete;
+    CLockHolder& operator=(const CLockHolder&) = delete;
+
+private:
+    pid_t m_nProcess = -1;
+};
+
+/// While it lives, the process may not make files longer than this.
+class CFileSizeLimit {
+public:
+    explicit CFileSizeLimit(rlim_t bytes) {
+        EXPECT_EQ(::getrlimit(RLIMIT_FSIZE, &m_before), 0);
+        const rlimit limit{bytes, m_before.rlim_max};
+        EXPECT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
+    }
+    ~CFileSizeLimit() { ::setrlimit(RLIMIT_FSIZE, &m_before); }
+    CFileSizeLimit(const CFileSizeLimit&) = delete;
+    CFileSizeLimit& operator=(const CFileSizeLimit&) = delete;
+
+private:
+    rlimit m_before{};
+};
+
+} // namespace
+
+class SaveAttacks : public HostTest {
+protected:
+    void SetUp() override {
+        HostTest::SetUp();
+        OpenMain(kInfo);
+    }
+
+    fs::path Folder() const { return UserMainPath().parent_path(); }
+    fs::path Beside(const std::string& name) const { return Folder() / name; }
+    std::set<std::string> Names() const {
+        std::set<std::string> names;
+        for (const auto& entry : fs::directory_iterator(Folder())) {
+            names.insert(entry.path().filename().string());
+        }
+        return names;
+    }
+
+    static void Change() { WriteAttr("Info", "Name", "after"); }
+
+    /// Names that are, or might be taken for, those of temporary files.
+    static std::set<std::string> PlantedNames() {
+        return {".Cordelbox.xml.saving", ".cordelbox-0123456789abcdef.tmp", "Cordelbox.xml.tmp"};
+    }
+
+    /// Gives the copy and its folder to a user without privileges.
+    void GiveAway(uid_t owner, gid_t group, mode_t mode) const {
+        ASSERT_EQ(::chown(Folder().c_str(), kUser, static_cast<gid_t>(-1)), 0);
+        ASSERT_EQ(::chown(UserMainPath().c_str(), owner, group), 0);
+        ASSERT_EQ(::chmod(UserMainPath().c_str(), mode), 0);
+    }
+};
+
+// Closed standard streams.
+
+TEST_F(SaveAttacks, WhatAHostWithoutStandardStreamsPrintsLandsInNoDocument) {
+    const int status = EndOfProcess([&] {
+        for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+            ::close(stream);
+        }
+        std::atomic<bool> bEnd = false;
+        std::atomic<int> landed = 0;
+        std::thread printer([&] {
+            while (!bEnd) {
+                for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+                    landed += ::write(stream, "noise", 5) > 0 ? 1 : 0;
+                }
+            }
+        });
+        const auto end = std::chrono::steady_clock::now() + 300ms;
+        while (std::chrono::steady_clock::now() < end) {
+            Open();
+            Change();
+            CloseAll();
+        }
+        bEnd = true;
+        printer.join();
+        return landed == 0;
+    });
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(SavedItems("Info"), kAfter);
+}
+
+// The temporary file.
+
+TEST_F(SaveAttacks, AFileThatAnotherUserPreparedNeverHoldsTheDocument) {
+    std::set<std::string> expected = PlantedNames();
+    std::vector<int> spies;
+    for (const std::string& name : expected) {
+        spies.push_back(::open(Beside(name).c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666));
+        ASSERT_EQ(::fchmod(spies.back(), 0666), 0);
+        if (::geteuid() == 0) {
+            ASSERT_EQ(::fchown(spies.back(), kOtherUser, kOtherGroup), 0);
+        }
+    }
+    Change();
+    EXPECT_EQ(SavedItems("Info"), kAfter);
+    for (const int spy : spies) {
+        struct stat status {};
+        EXPECT_EQ(::fstat(spy, &status), 0);
+        EXPECT_EQ(status.st_size, 0);
+        ::close(spy);
+    }
+    if (::geteuid() == 0) {
+        expected.insert("Cordelbox.xml");
+        EXPECT_EQ(Names(), expected) << "another user's files are none of ours";
+    }
+}
+
+TEST_F(SaveAttacks, AHardLinkToAnotherFileDoesNotTouchThatFile) {
+    WriteFile(PerUserRoot() / "letter.txt", "a letter");
+    for (const std::string& name : PlantedNames()) {
+        fs::create_hard_link(PerUserRoot() / "letter.txt", Beside(name));
+    }
+    Change();
+    EXPECT_EQ(SavedItems("Info"), kAfter);
+    EXPECT_EQ(ReadFile(PerUserRoot() / "letter.txt"), "a letter");
+    EXPECT_EQ(Names().size(), PlantedNames().size() + 1) << "a file with another name is no leftover";
+}
+
+TEST_F(SaveAttacks, ALinkDoesNotTouchWhatItLeadsTo) {
+    WriteFile(PerUserRoot() / "letter.txt", "a letter");
+    for (const std::string& name : PlantedNames()) {
+        fs::create_symlink(PerUserRoot() / "letter.txt", Beside(name));
+    }
+    Change();
+    EXPECT_EQ(SavedItems("Info"), kAfter);
+    EXPECT_EQ(ReadFile(PerUserRoot() / "letter.txt"), "a letter");
+}
+
+TEST_F(SaveAttacks, ASocketAFifoOrAFolderHoldsNoSaveUp) {
+    for (const std::string& name : PlantedNames()) {
+        sockaddr_un address{};
+        address.sun_family = AF_UNIX;
+        const std::string path = fs::relative(Beside(name));
+        const int nSocket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+        path.copy(address.sun_path, sizeof address.sun_path - 1);
+        ASSERT_EQ(::bind(nSocket, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0) << path;
+        Change();
+        EXPECT_EQ(SavedItems("Info"), kAfter) << "a socket " << name;
+        ::close(nSocket);
+        fs::remove(Beside(name));
+        ASSERT_EQ(::mkfifo(Beside(name).c_str(), 0666), 0);
+        WriteAttr("Info", "Name", "again");
+        EXPECT_EQ(SavedItems("Info"), (Records{Record{{"Name", "again"}}})) << "a FIFO " << name;
+        fs::remove(Beside(name));
+        fs::create_directory(Beside(name));
+        const ino_t before = [&] {
+            struct stat status {};
+            ::stat(UserMainPath().c_str(), &status);
+            return status.st_ino;
+        }();
+        Change();
+        struct stat status {};
+        ::stat(UserMainPath().c_str(), &status);
+        EXPECT_EQ(SavedItems("Info"), kAfter) << "a folder " << name;
+        EXPECT_NE(status.st_ino, before) << "replaced, not written in place";
+    }
+}
+
+TEST_F(SaveAttacks, ALeftoverThatSomebodyIsAtWorkOnStays) {
+    WriteFile(Beside(".cordelbox-0123456789abcdef.tmp"), "half a document");
+    const CLockHolder writer(Beside(".cordelbox-0123456789abcdef.tmp"), O_WRONLY, F_WRLCK);
+    Change();
+    EXPECT_EQ(SavedItems("Info"), kAfter);
+    EXPECT_EQ(Names().count(".cordelbox-0123456789abcdef.tmp"), 1u);
+}
+
+// Locks.
+
+TEST_F(SaveAttacks, ALockOnTheDocumentOrOnATemporaryFileHoldsNoSaveUp) {
+    for (const std::string& name : PlantedNames()) {
+        WriteFile(Beside(name), "");
+    }
+    const CLockHolder first(Beside(".Cordelbox.xml.saving"), O_WRONLY, F_WRLCK);
+    const CLockHolder second(UserMainPath(), O_WRONLY, F_WRLCK);
+    const auto start = std::chrono::steady_clock::now();
+    Change();
+    EXPECT_LT(std::chrono::steady_clock::now() - start, 1s);
+    EXPECT_EQ(SavedItems("Info"), kAfter);
+}
+
+TEST_F(SaveAttacks, InPlaceALockEndsTheSaveAfterAWhileAndTheDocumentIsTheOldOne) {
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "needs the right to give files away";
+    }
+    fs::permissions(UserMainPath(), static_cast<fs::perms>(0666));
+    fs::permissions(Folder(), static_cast<fs::perms>(0555));
+    for (const bool bReaderOnly : {true, false}) {
+        const CLockHolder other(UserMainPath(), bReaderOnly ? O_RDONLY : O_WRONLY, bReaderOnly ? F_RDLCK : F_WRLCK);
+        const auto start = std::chrono::steady_clock::now();
+        {
+            const CUnprivileged nobody;
+            Change();
+        }
+        EXPECT_LT(std::chrono::steady_clock::now() - start, 5s);
+        EXPECT_EQ(SavedItems("Info"), kBefore);
+    }
+    {
+        const CUnprivileged nobody;
+        Change();
+    }
+    EXPECT_EQ(SavedItems("Info"), kAfter) << "the lock is gone";
+    fs::permissions(Folder(), static_cast<fs::perms>(0755));
+}
+
+// A limit on the sizes of files.
+
+TEST_F(SaveAttacks, ALimitOnFileSizesFailsTheSaveAndNothingElse) {
+    const std::string large(200000, 'l');
+    const int status = EndOfProcess([&] {
+        ::signal(SIGXFSZ, SIG_DFL);
+        const CFileSizeLimit limit(100000);
+        WriteAttr("Info", "Name", large.c_str());
+        sigset_t waiting;
+        return ::sigpending(&waiting) == 0 && ::sigismember(&waiting, SIGXFSZ) == 0 &&
+               ::signal(SIGXFSZ, SIG_DFL) == SIG_DFL;
+    });
+    EXPECT_EQ(status, 0) << "signal " << (WIFSIGNALED(status) ? WTERMSIG(status) : 0);
+    EXPECT_EQ(SavedItems("Info"), kBefore);
+    EXPECT_EQ(Names(), std::set<std::string>{"Cordelbox.xml"});
+}
+
+TEST_F(SaveAttacks, ALimitOnFileSizesFailsASaveInPlaceAndLeavesTheOldDocument) {
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "needs the right to give files away";
+    }
+    fs::permissions(UserMainPath(), static_cast<fs::perms>(0666));
+    fs::permissions(Folder(), static_cast<fs::perms>(0555));
+    const std::string large(200000, 'l');
+    const int status = EndOfProcess([&] {
+        const CUnprivileged nobody;
+        const CFileSizeLimit limit(100000);
+        WriteAttr("Info", "Name", large.c_str());
+        return true;
+    });
+    fs::permissions(Folder(), static_cast<fs::perms>(0755));
+    EXPECT_EQ(status, 0) << "signal " << (WIFSIGNALED(status) ? WTERMSIG(status) : 0);
+    EXPECT_EQ(SavedItems("Info"), kBefore);
+}
+
+TEST_F(SaveAttacks, ASignalOfThatLimitThatWaitsAlreadyStillComes) {
+    const std::string large(200000, 'l');
+    const int status = EndOfProcess([&] {
+        static volatile sig_atomic_t s_nSignals = 0;
+        ::signal(SIGXFSZ, [](int) { s_nSignals = s_nSignals + 1; });
+        sigset_t signal;
+        sigemptyset(&signal);
+        sigaddset(&signal, SIGXFSZ);
+        ::pthread_sigmask(SIG_BLOCK, &signal, nullptr);
+        ::raise(SIGXFSZ);
+        const CFileSizeLimit limit(100000);
+        WriteAttr("Info", "Name", large.c_str());
+        const bool bNone = s_nSignals == 0;
+        ::pthread_sigmask(SIG_UNBLOCK, &signal, nullptr);
+        WriteAttr("Info", "Name", large.c_str());
+        return bNone && s_nSignals == 1;
+    });
+    EXPECT_EQ(status, 0) << "signal " << (WIFSIGNALED(status) ? WTERMSIG(status) : 0);
+}
+
+// Access rights.
+
+TEST_F(SaveAttacks, AnAccessControlListIsKept) {
+    using enum AccessEntry::Tag;
+    const std::string list = AccessListBytes(
+        {{Owner, 6}, {User, 4, kOtherUser}, {OwningGroup, 0}, {Group, 6, kOtherGroup}, {Mask, 6}, {Others, 0}});
+    if (!SetFileAttribute(UserMainPath(), kAccessList, list)) {
+        GTEST_SKIP() << "no access control lists here";
+    }
+    Change();
+    EXPECT_EQ(SavedItems("Info"), kAfter);
+    EXPECT_EQ(FileAttribute(UserMainPath(), kAccessList), list);
+    EXPECT_EQ(ModeOf(UserMainPath()), 0660u) << "the group's bits are the list's mask";
+}
+
+TEST_F(SaveAttacks, AListThatTheFolderHandsDownIsNotInherited) {
+    using enum AccessEntry::Tag;
+    const std::string list =
+        AccessListBytes({{Owner, 7}, {User, 6, kOtherUser}, {OwningGroup, 5}, {Mask, 7}, {Others, 0}});
+    ASSERT_EQ(::chmod(UserMainPath().c_str(), 0640), 0);
+    if (!SetFileAttribute(Folder(), kDefaultAccessList, list)) {
+        GTEST_SKIP() << "no access control lists here";
+    }
+    Change();
+    EXPECT_EQ(SavedItems("Info"), kAfter);
+    EXPECT_EQ(FileAttribute(UserMainPath(), kAccessList), "(none)");
+    EXPECT_EQ(ModeOf(UserMainPath()), 0640u);
+}
+
+TEST_F(SaveAttacks, AttributesAreKept) {
+    const std::string binary("a\0b", 3);
+    if (!SetFileAttribute(UserMainPath(), "user.note", "a note") ||
+        !SetFileAttribute(UserMainPath(), "user.empty", "") ||
+        !SetFileAttribute(UserMainPath(), "user.binary", binary)) {
+        GTEST_SKIP() << "no attributes here";
+    }
+    Change();
+    EXPECT_EQ(FileAttribute(UserMainPath(), "user.note"), "a note");
+    EXPECT_EQ(FileAttribute(UserMainPath(), "user.empty"), "");
+    EXPECT_EQ(FileAttribute(UserMainPath(), "user.binary"), binary);
+}
+
+TEST_F(SaveAttacks, AGroupThatCannotBeKeptLendsItsRightsToNoOther) {
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "needs the right to give files away";
+    }
+    for (const auto& [before, after] : {std::pair<mode_t, mode_t>{0640, 0600}, {0664, 0644}, {0604, 0600}}) {
+        CopyMainForUser(Document(kInfo));
+        GiveAway(kUser, kOtherGroup, before);
+        {
+            const CUnprivileged nobody;
+            Change();
+        }
+        EXPECT_EQ(SavedItems("Info"), kAfter);
+        EXPECT_EQ(ModeOf(UserMainPath()), after);
+    }
+}
+
+TEST_F(SaveAttacks, AnOwnerThatCannotBeKeptLendsItsRightsToNobody) {
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "needs the right to give files away";
+    }
+    for (const auto& [before, after] : {std::pair<mode_t, mode_t>{0664, 0664}, {0464, 0644}, {04775, 0675}}) {
+        CopyMainForUser(Document(kInfo));
+        GiveAway(kOtherUser, ::getegid(), before);
+        {
+            const CUnprivileged nobody;
+            Change();
+        }
+        EXPECT_EQ(SavedItems("Info"), kAfter);
+        EXPECT_EQ(OwnerOf(UserMainPath()), kUser);
+        EXPECT_EQ(ModeOf(UserMainPath()), after);
+    }
+}
+
+TEST_F(SaveAttacks, AListGoesWithTheGroupItSpeaksOf) {
+    using enum AccessEntry::Tag;
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "needs the right to give files away";
+    }
+    GiveAway(kUser, kOtherGroup, 0660);
+    if (!SetFileAttribute(
+            UserMainPath(), kAccessList,
+            AccessListBytes({{Owner, 6}, {User, 6, kOtherUser}, {OwningGroup, 6}, {Mask, 6}, {Others, 0}}))) {
+        GTEST_SKIP() << "no access control lists here";
+    }
+    {
+        const CUnprivileged nobody;
+        Change();
+    }
+    EXPECT_EQ(SavedItems("Info"), kAfter);
+    EXPECT_EQ(FileAttribute(UserMainPath(), kAccessList), "(none)");
+    EXPECT_EQ(ModeOf(UserMainPath()), 0600u);
+}
+
+TEST_F(SaveAttacks, TheDocumentIsReadableByNobodyElseWhileItIsWritten) {
+    // Another user looks at every file of the folder all the time.
+    ASSERT_EQ(::chmod(UserMainPath().c_str(), 0600), 0);
+    std::atomic<bool> bEnd = false;
+    std::atomic<int> open = 0;
+    std::thread watcher([&] {
+        while (!bEnd) {
+            std::error_code none;
+            for (const auto& entry : fs::directory_iterator(Folder(), none)) {
+                struct stat status {};
+                if (::lstat(entry.path().c_str(), &status) == 0 && (status.st_mode & 077) != 0) {
+                    ++open;
+                }
+            }
+        }
+    });
+    const mode_t before = ::umask(0);
+    for (int save = 0; save < 100; ++save) {
+        WriteAttr("Info", "Name", std::string(20000, 'n').c_str());
+    }
+    ::umask(before);
+    bEnd = true;
+    watcher.join();
+    EXPECT_EQ(open, 0);
+}
+
+// Documents that cannot be replaced.
+
+TEST_F(SaveAttacks, ADocumentThatIsAMountOfItsOwnIsWrittenInPlace) {
+    const int status = EndOfProcess([&] {
+        const bool bMounted = ::unshare(CLONE_NEWNS) == 0 &&
+                              ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+                              ::mount(UserMainPath().c_str(), UserMainPath().c_str(), nullptr, MS_BIND, nullptr) == 0;
+        if (!bMounted) {
+            ::_exit(2);
+        }
+        Change();
+        return true;
+    });
+    if (WIFEXITED(status) && WEXITSTATUS(status) == 2) {
+        GTEST_SKIP() << "this process may not mount";
+    }
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(SavedItems("Info"), kAfter);
+    EXPECT_EQ(Names(), std::set<std::string>{"Cordelbox.xml"});
+}
+
+TEST_F(SaveAttacks, ADocumentThatOnlyItsOwnerMayReplaceIsWrittenInPlace) {
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "needs the right to give files away";
+    }
+    ASSERT_EQ(::chown(UserMainPath().c_str(), kOtherUser, kOtherGroup), 0);
+    ASSERT_EQ(::chmod(UserMainPath().c_str(), 0666), 0);
+    ASSERT_EQ(::chmod(Folder().c_str(), 01777), 0);
+    {
+        const CUnprivileged nobody;
+        Change();
+    }
+    ASSERT_EQ(::chmod(Folder().c_str(), 0755), 0);
+    EXPECT_EQ(SavedItems("Info"), kAfter);
+    EXPECT_EQ(OwnerOf(UserMainPath()), kOtherUser);
+    EXPECT_EQ(ModeOf(UserMainPath()), 0666u);
+    EXPECT_EQ(Names(), std::set<std::string>{"Cordelbox.xml"});
+}
