@@ -35,6 +35,7 @@ public:
     Case Make() {
         Case made;
         made.document.name = m_choices.OneIn(5) ? "List" : "Doc";
+        made.document.attributes = {{"xmlns:m", "1"}, {"xmlns:n", "2"}};
         std::size_t steps = 1 + m_choices.Below(40);
         if (m_choices.OneIn(30)) {
             MakeLarge(made.document);
@@ -47,6 +48,9 @@ public:
             // One that is always there, so that a node of the tree can always be had.
             made.document.children.push_back(Element("Last"));
         }
+        if (!AreNamesRight(made.document)) {
+            DropDeclarations(made.document.children);
+        }
         for (std::size_t index = 0; index < steps && m_choices.HasMore(); ++index) {
             made.steps.push_back(MakeStep());
         }
@@ -54,6 +58,14 @@ public:
     }
 
 private:
+    static void DropDeclarations(std::vector<RefNode>& nodes) {
+        for (RefNode& node : nodes) {
+            std::erase_if(node.attributes,
+                          [](const RefAttribute& attribute) { return attribute.name.rfind("xmlns", 0) == 0; });
+            DropDeclarations(node.children);
+        }
+    }
+
     static RefNode Element(const std::string& name) {
         RefNode node;
         node.name = name;

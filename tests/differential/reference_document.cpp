@@ -1,6 +1,61 @@
 #include "reference_document.h"
 
+#include <map>
+#include <set>
+#include <utility>
+
 namespace {
+
+using Scope = std::map<std::string, std::string>; // from prefix to namespace
+
+bool IsPlainName(const std::string& name) {
+    return !name.empty() && name.find(':') == std::string::npos && (name[0] < '0' || name[0] > '9');
+}
+
+/// An attribute without prefix is in no namespace.
+bool IsNameRight(const std::string& name, const Scope& scope) {
+    const std::size_t colon = name.find(':');
+    if (colon == std::string::npos) {
+        return true;
+    }
+    return IsPlainName(name.substr(0, colon)) && IsPlainName(name.substr(colon + 1)) &&
+           scope.count(name.substr(0, colon)) == 1;
+}
+
+bool AreNamesRight(const RefNode& node, Scope scope) {
+    if (node.kind != RefNode::Kind::Element) {
+        return true;
+    }
+    for (const RefAttribute& attribute : node.attributes) {
+        if (attribute.name.rfind("xmlns:", 0) == 0) {
+            if (attribute.text.empty()) {
+                return false;
+            }
+            scope[attribute.name.substr(6)] = attribute.text;
+        }
+    }
+    std::set<std::pair<std::string, std::string>> expandedNames;
+    for (const RefAttribute& attribute : node.attributes) {
+        const std::size_t colon = attribute.name.find(':');
+        if (attribute.name.rfind("xmlns", 0) == 0 || colon == std::string::npos) {
+            continue;
+        }
+        const std::string name = attribute.name.substr(colon + 1);
+        if (!IsNameRight(attribute.name, scope) ||
+            !expandedNames.emplace(scope[attribute.name.substr(0, colon)], name).second) {
+            return false;
+        }
+    }
+    if (!IsNameRight(node.name, scope)) {
+        return false;
+    }
+    for (const RefNode& child : node.children) {
+        if (!AreNamesRight(child, scope)) {
+            return false;
+        }
+    }
+    return true;
+}
 
 std::string Escaped(const std::string& text) {
     std::string escaped;
@@ -97,6 +152,17 @@ std::string WriteXml(const RefNode& root) {
     std::string xml;
     Write(root, xml);
     return xml;
+}
+
+bool AreNamesRight(const RefNode& root) { return AreNamesRight(root, {}); }
+
+void DeclareOutsideNamespace(RefNode& node) {
+    if (node.bOutsideNamespace) {
+        node.attributes.push_back({"xmlns", ""});
+    }
+    for (RefNode& child : node.children) {
+        DeclareOutsideNamespace(child);
+    }
 }
 
 RefNode ReadTree(pugi::xml_node node) {

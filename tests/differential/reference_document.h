@@ -20,10 +20,17 @@ struct RefNode {
     std::string text; // of the others, and of an instruction
     std::vector<RefAttribute> attributes;
     std::vector<RefNode> children;
+    bool bOutsideNamespace = false; // in no namespace, where a default one is declared
 };
 
 /// The tree as a document. Two texts never follow each other in it.
 std::string WriteXml(const RefNode& root);
+
+/// Whether all names in the tree keep to the rules of namespaces.
+bool AreNamesRight(const RefNode& root);
+
+/// Says of the elements that are in no namespace that they are, as it is said of them where they are saved.
+void DeclareOutsideNamespace(RefNode& node);
 
 /// The tree below a node of the DOM.
 RefNode ReadTree(pugi::xml_node node);

@@ -3,6 +3,7 @@
 #include "reference_text.h"
 
 #include <cstddef>
+#include <utility>
 
 namespace {
 
@@ -153,6 +154,38 @@ int32_t ReadChild(RefNode& container, RefQuery& query) {
     return 1;
 }
 
+/// Whether a name bears on namespaces.
+bool IsQualified(const std::string& name) { return name == "xmlns" || name.find(':') != std::string::npos; }
+
+/// Sets an attribute's text in the document that it is a part of.
+void SetText(const RefNode& root, RefAttribute& attribute, const std::string& text) {
+    const std::string former = attribute.text;
+    attribute.text = CheckedText(text);
+    if (IsQualified(attribute.name) && !AreNamesRight(root)) {
+        attribute.text = former;
+        throw RefError();
+    }
+}
+
+/// Whether elements without prefix are in a namespace inside `wanted`, which lies somewhere in `node`.
+bool HasDefaultNamespace(const RefNode& node, const RefNode& wanted, bool bOutside, bool& bFound) {
+    bool bInside = bOutside;
+    for (const RefAttribute& attribute : node.attributes) {
+        bInside = attribute.name == "xmlns" ? !attribute.text.empty() : bInside;
+    }
+    if (&node == &wanted) {
+        bFound = true;
+        return bInside;
+    }
+    for (const RefNode& child : node.children) {
+        const bool bThere = HasDefaultNamespace(child, wanted, bInside, bFound);
+        if (bFound) {
+            return bThere;
+        }
+    }
+    return false;
+}
+
 RefNode NewItem(const RefQuery& query) {
     RefNode item;
     item.name = "Item";
@@ -179,7 +212,21 @@ RefNode NewItem(const RefQuery& query) {
     return item;
 }
 
-int32_t WriteItem(RefNode& container, const RefQuery& query) {
+/// Appends an item that the document can hold where it is to stand.
+void Append(const RefNode& root, RefNode& container, RefNode item) {
+    bool bFound = false;
+    item.bOutsideNamespace = HasDefaultNamespace(root, container, false, bFound);
+    for (const RefAttribute& attribute : item.attributes) {
+        item.bOutsideNamespace = item.bOutsideNamespace && attribute.name != "xmlns";
+    }
+    container.children.push_back(std::move(item));
+    if (!AreNamesRight(root)) {
+        container.children.pop_back();
+        throw RefError();
+    }
+}
+
+int32_t WriteItem(const RefNode& root, RefNode& container, const RefQuery& query) {
     const std::size_t n = container.children.size();
     if (n == 0 && query.count == 0) {
         return 0;
@@ -195,13 +242,13 @@ int32_t WriteItem(RefNode& container, const RefQuery& query) {
         }
     }
     if (query.count >= 1 && unequal == n) {
-        container.children.push_back(NewItem(query));
+        Append(root, container, NewItem(query));
         return 0;
     }
     return query.count == 0 && removed == n ? 0 : 1;
 }
 
-int32_t WriteAttribute(RefNode& container, const RefQuery& query) {
+int32_t WriteAttribute(const RefNode& root, RefNode& container, const RefQuery& query) {
     for (RefNode& child : container.children) {
         std::vector<RefAttribute>& attributes = AttributesOf(child);
         if (query.count != 0 && !Passes(child, query)) {
@@ -209,7 +256,7 @@ int32_t WriteAttribute(RefNode& container, const RefQuery& query) {
         }
         for (RefAttribute& attribute : attributes) {
             if (BaseName(attribute.name) == ReferenceText(query.attribute)) {
-                attribute.text = CheckedText(query.value);
+                SetText(root, attribute, query.value);
                 return 0;
             }
         }
@@ -236,7 +283,7 @@ int32_t RemoveItems(RefNode& container, const RefQuery& query) {
     return removed > 0 ? 0 : 1;
 }
 
-int32_t UpdateItem(RefNode& container, const RefQuery& query) {
+int32_t UpdateItem(const RefNode& root, RefNode& container, const RefQuery& query) {
     for (RefNode& child : container.children) {
         if (!HasPair(child, query.attribute, query.value)) {
             continue;
@@ -246,7 +293,7 @@ int32_t UpdateItem(RefNode& container, const RefQuery& query) {
             cursor.Rewind();
             for (int32_t round = 0; round < query.count && cursor.IsOnPair(); ++round) {
                 if (cursor.Name() == BaseName(attribute.name)) {
-                    attribute.text = CheckedText(cursor.Value());
+                    SetText(root, attribute, cursor.Value());
                     break;
                 }
                 cursor.MoveNext();
@@ -257,7 +304,7 @@ int32_t UpdateItem(RefNode& container, const RefQuery& query) {
     return 1;
 }
 
-int32_t Run(Operation operation, RefNode& container, RefQuery& query) {
+int32_t Run(Operation operation, const RefNode& root, RefNode& container, RefQuery& query) {
     switch (operation) {
     case Operation::ReadAttribute:
         return ReadAttribute(container, query);
@@ -268,13 +315,13 @@ int32_t Run(Operation operation, RefNode& container, RefQuery& query) {
     case Operation::ReadChild:
         return ReadChild(container, query);
     case Operation::WriteItem:
-        return WriteItem(container, query);
+        return WriteItem(root, container, query);
     case Operation::WriteAttribute:
-        return WriteAttribute(container, query);
+        return WriteAttribute(root, container, query);
     case Operation::RemoveItems:
         return RemoveItems(container, query);
     case Operation::UpdateItem:
-        return UpdateItem(container, query);
+        return UpdateItem(root, container, query);
     }
     return 1;
 }
@@ -294,7 +341,7 @@ int32_t RunReference(Operation operation, RefNode& root, RefQuery& query) {
         return 1;
     }
     try {
-        return Run(operation, *container, query);
+        return Run(operation, root, *container, query);
     } catch (const RefError&) {
         return 1;
     }

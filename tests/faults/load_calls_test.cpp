@@ -26,7 +26,7 @@ const int kErrors[] = {EIO, EINTR, EACCES, EPERM, ENOENT, ENOLCK, EWOULDBLOCK, E
 
 constexpr const char* kName = "Cordelbox\\xml\\Loads.xml";
 
-/// A document that is read in several pieces, and once more for its document type declaration.
+/// A document that is parsed in several pieces, with a document type declaration.
 std::string LargeDocument(const std::string& encoding, const std::string& text) {
     std::string xml =
         "<?xml version=\"1.0\" encoding=\"" + encoding + "\"?><!DOCTYPE r [<!ENTITY e 'entity'>]><r><Files>";
@@ -92,7 +92,6 @@ protected:
 
     PoolOwner m_owner{};
 
-private:
     /// The tree as text.
     std::string Contents(CXmlObject& document) const {
         const fs::path file = m_folder.Path() / "contents";
@@ -102,6 +101,7 @@ private:
         return std::string(std::istreambuf_iterator<char>(stream), {});
     }
 
+private:
     std::string ContentsOf(LoadState state) {
         CXmlObject* const document = OpenDocument(&m_owner, kName);
         if (document == nullptr || document->m_nLoadState != state) {
@@ -112,6 +112,7 @@ private:
         return contents;
     }
 
+protected:
     const CScratchFolder m_folder;
     const fs::path m_installed;
     const fs::path m_copy;
@@ -131,7 +132,8 @@ TEST_P(LoadCalls, AreTheOnesThatTheseTestsKnow) {
     const bool bConverted = GetParam() != std::string("UTF-8");
     EXPECT_EQ(counts["iconv_open"], bConverted ? 1 : 0);
     EXPECT_EQ(counts["iconv"] > 1, bConverted) << "in several pieces";
-    EXPECT_GE(counts["pread"], bConverted ? 2 : 4);
+    EXPECT_EQ(counts["pread"], 1) << "a load reads its bytes once";
+    EXPECT_EQ(counts["fstat"], 3) << "one of the existence test, and one on each side of the reading";
     EXPECT_EQ(counts["write"], 0);
     EXPECT_EQ(counts["renameat"], 0);
 }
@@ -196,15 +198,55 @@ TEST_P(LoadCalls, ThatReadLessThanWasAskedForReadOn) {
     }
 }
 
-TEST_P(LoadCalls, ThatFindTheFileCutOffMeanwhileLeaveNoDocument) {
-    const std::vector<SystemCall> calls = CallsOfALoad();
-    for (std::size_t failing = 0; failing < calls.size(); ++failing) {
-        if (calls[failing].name == "pread") {
-            EXPECT_FALSE(LoadsWholeOrNotAtAll([&](std::size_t number, const SystemCall&) {
-                return Fate{0, false, number == failing ? 0 : std::size_t(-1)};
-            })) << failing;
+TEST_P(LoadCalls, ThatFindTheFileCutOffMeanwhileReadAgainAndThenLeaveNoDocument) {
+    for (const int readings : {1, 2, 3}) {
+        int cutOff = 0;
+        EXPECT_EQ(LoadsWholeOrNotAtAll([&](std::size_t, const SystemCall& call) {
+                      const bool bCut = call.name == "pread" && cutOff < readings;
+                      cutOff += bCut ? 1 : 0;
+                      return Fate{0, false, bCut ? 0 : std::size_t(-1)};
+                  }),
+                  readings < 3)
+            << readings;
+        ExpectNextLoadToWork();
+    }
+}
+
+TEST_P(LoadCalls, DuringWhichTheFileIsRewrittenGiveOneWholeReadingOrNone) {
+    const std::string before = LargeDocument(GetParam(), "copied");
+    const std::string after = LargeDocument(GetParam(), "COPIED");
+    ASSERT_EQ(before.size(), after.size());
+    for (const int rewritten : {1, 3}) {
+        std::ofstream(m_copy) << before;
+        int readings = 0;
+        // The first half has been read when the whole file is written anew, as long as it goes on.
+        const auto rewrite = [&](std::size_t, const SystemCall& call) {
+            Fate fate;
+            if (call.name == "pread") {
+                fate.nAtMost = readings % 2 == 0 ? before.size() / 2 : before.size();
+                if (readings % 2 == 1 && readings / 2 < rewritten) {
+                    std::ofstream(m_copy, std::ios::in) << (readings / 2 % 2 == 0 ? after : before);
+                }
+                ++readings;
+            }
+            return fate;
+        };
+        CXmlObject* document = nullptr;
+        {
+            CSystemCallWatch watch(rewrite);
+            document = OpenDocument(&m_owner, kName);
+        }
+        EXPECT_EQ(document != nullptr, rewritten == 1);
+        if (document != nullptr) {
+            std::string expected = m_contents[LoadState::FromUserCopy];
+            for (std::size_t at = 0; (at = expected.find("copied", at)) != std::string::npos;) {
+                expected.replace(at, 6, "COPIED");
+            }
+            EXPECT_EQ(Contents(*document), expected);
+            EXPECT_EQ(ReleaseDocument(&m_owner, kName), 0);
         }
     }
+    std::ofstream(m_copy) << before;
     ExpectNextLoadToWork();
 }
 

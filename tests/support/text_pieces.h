@@ -13,5 +13,6 @@ inline platform::ContentsProducer InPieces(std::string_view text, std::size_t pi
         for (std::size_t offset = 0; offset < text.size(); offset += pieceBytes) {
             sink(text.substr(offset, pieceBytes));
         }
+        return true;
     };
 }

@@ -22,8 +22,7 @@ std::optional<std::string> Utf8Of(const std::string& bytes) {
     if (!source.Open(file.Path())) {
         return {};
     }
-    std::string text(source.Size(), '\0');
-    return source.Read(0, text.data(), text.size()) ? std::optional(text) : std::nullopt;
+    return std::string(source.Text());
 }
 
 std::string Utf16(const std::string& ascii, bool bBigEndian) {
@@ -117,6 +116,44 @@ TEST(DocumentSource, RefusesADeclarationThatIsNotInTheEncodingThatItNames) {
     EXPECT_EQ(Utf8Of("<?xml version='1.0' encoding='UTF-32'?><aaaa/>"), std::nullopt);
 }
 
+TEST(DocumentSource, ConvertsMarkedUtf16ThatBeginsWithWhiteSpaceOrAComment) {
+    EXPECT_EQ(Utf8Of("\xFF\xFE" + Utf16("\r\n\t <a/>", false)), "\r\n\t <a/>");
+    EXPECT_EQ(Utf8Of("\xFE\xFF" + Utf16(" <!-- --><a/>", true)), " <!-- --><a/>");
+}
+
+TEST(DocumentSource, RefusesAByteOrderMarkThatContradictsTheDeclaration) {
+    const auto declared = [](const char* encoding) {
+        return "<?xml version='1.0' encoding='" + std::string(encoding) + "'?><a/>";
+    };
+    for (const char* const encoding : {"ISO-8859-1", "windows-1252", "Shift_JIS", "US-ASCII", "UTF-16", "utf-16le"}) {
+        EXPECT_EQ(Utf8Of("\xEF\xBB\xBF" + declared(encoding)), std::nullopt) << encoding;
+    }
+    for (const char* const encoding : {"ISO-8859-1", "UTF-8", "utf-8", "Shift_JIS", "UTF-16BE"}) {
+        EXPECT_EQ(Utf8Of("\xFF\xFE" + Utf16(declared(encoding), false)), std::nullopt) << encoding;
+        EXPECT_EQ(Utf8Of(Utf16(declared(encoding), false)), std::nullopt) << encoding << " without a mark";
+    }
+    for (const char* const encoding : {"ISO-8859-1", "UTF-8", "UTF-16LE"}) {
+        EXPECT_EQ(Utf8Of("\xFE\xFF" + Utf16(declared(encoding), true)), std::nullopt) << encoding;
+    }
+}
+
+TEST(DocumentSource, TakesAByteOrderMarkThatTheDeclarationConfirms) {
+    const auto declared = [](const char* encoding) {
+        return "<?xml version='1.0' encoding='" + std::string(encoding) + "'?><a/>";
+    };
+    EXPECT_EQ(Utf8Of("\xEF\xBB\xBF" + declared("Utf-8")), "\xEF\xBB\xBF" + declared("Utf-8"));
+    for (const char* const encoding : {"UTF-16", "utf-16", "UTF-16LE", "ISO-10646-UCS-2", "unicode"}) {
+        EXPECT_EQ(Utf8Of("\xFF\xFE" + Utf16(declared(encoding), false)), declared(encoding));
+    }
+    for (const char* const encoding : {"UTF-16", "UTF-16BE", "UCS-2"}) {
+        EXPECT_EQ(Utf8Of("\xFE\xFF" + Utf16(declared(encoding), true)), declared(encoding));
+    }
+}
+
+TEST(DocumentSource, RefusesHighBytesInWhatIsDeclaredAscii) {
+    EXPECT_EQ(Utf8Of("<?xml version='1.0' encoding='US-ASCII'?><a>\xC3\xA4</a>"), std::nullopt);
+}
+
 TEST(DocumentSource, RefusesAnEmptyFile) { EXPECT_EQ(Utf8Of(""), std::nullopt); }
 
 TEST(DocumentSource, RefusesWhatIsNoFile) {
@@ -139,30 +176,13 @@ TEST(DocumentSource, RefusesAFileThatIsTooLargeAsUtf8) {
     EXPECT_EQ(Utf8Of(bytes), std::nullopt);
 }
 
-TEST(DocumentSource, ReadsAnyPart) {
+TEST(DocumentSource, HoldsWhatItReadWhateverBecomesOfTheFile) {
     const CMemoryFile file("0123456789");
     CDocumentSource source;
     ASSERT_TRUE(source.Open(file.Path()));
-    char part[3] = {};
-    EXPECT_TRUE(source.Read(4, part, sizeof part));
-    EXPECT_EQ(std::string(part, sizeof part), "456");
-}
-
-TEST(DocumentSource, CannotReadBehindTheEnd) {
-    const CMemoryFile file("0123456789");
-    CDocumentSource source;
-    ASSERT_TRUE(source.Open(file.Path()));
-    char part[3] = {};
-    EXPECT_FALSE(source.Read(8, part, sizeof part));
-}
-
-TEST(DocumentSource, CannotReadWhatWasCutOffMeanwhile) {
-    const CMemoryFile file("0123456789");
-    CDocumentSource source;
-    ASSERT_TRUE(source.Open(file.Path()));
+    ASSERT_EQ(::pwrite(file.Descriptor(), "xxxxx", 5, 0), 5);
     ASSERT_EQ(::ftruncate(file.Descriptor(), 5), 0);
-    char part[10] = {};
-    EXPECT_FALSE(source.Read(0, part, sizeof part));
+    EXPECT_EQ(source.Text(), "0123456789");
 }
 
 TEST(DocumentSource, ClosesItsFile) {

@@ -143,7 +143,7 @@ TEST(AnIndex, OverOneOrderOfNamesAnswersThatOrderAndAnotherTheOther) {
 }
 
 TEST(AnIndex, StaysRightWhenARowGetsTwoAttributesOfOneName) {
-    CEngineDocument document("<r><L>" + Row("1", "x") + "</L></r>");
+    CEngineDocument document("<r xmlns:m=\"1\" xmlns:n=\"2\"><L>" + Row("1", "x") + "</L></r>");
     ASSERT_EQ(Find(document, "L", "x"), "1");
     const CRequest twofold = CRequest("L", "").With("A", "2").With("n:B", "p").With("m:B", "q");
     ASSERT_EQ(WriteItem(&twofold), 0);
@@ -352,8 +352,8 @@ TEST(Tables, KnowTheFirstChildWithoutAttributes) {
 }
 
 TEST(Tables, KnowWhetherARowHasTwoAttributesOfOneBaseName) {
-    CEngineDocument document(
-        "<r><L><i a=\"\" b=\"\"/><i a=\"\"/></L><M><i p:a=\"\" q:a=\"\"/></M><N><i p:a=\"\"/><i a=\"\"/></N></r>");
+    CEngineDocument document("<r xmlns:m=\"1\" xmlns:n=\"2\"><L><i a=\"\" b=\"\"/><i a=\"\"/></L><M><i m:a=\"\" "
+                             "n:a=\"\"/></M><N><i m:a=\"\"/><i a=\"\"/></N></r>");
     EXPECT_FALSE(document.Tables().FindContainer("L")->HasRepeatedNames());
     EXPECT_TRUE(document.Tables().FindContainer("M")->HasRepeatedNames());
     EXPECT_FALSE(document.Tables().FindContainer("N")->HasRepeatedNames());

@@ -36,14 +36,14 @@ TEST(ReadingAnAttribute, LeavesTheAttributeAsTheOnlyPair) {
 }
 
 TEST(ReadingAnAttribute, GivesItsBaseName) {
-    CEngineDocument document("<r><List><i n:C=\"1\"/></List></r>");
+    CEngineDocument document("<r xmlns:m=\"1\" xmlns:n=\"2\"><List><i n:C=\"1\"/></List></r>");
     CRequest query("List", "C");
     EXPECT_EQ(ReadAttribute(&document.Object(), &query), 0);
     EXPECT_EQ(PairsOf(query), (TextPairs{{"C", "1"}}));
 }
 
 TEST(ReadingAnAttribute, TakesNoPrefixedName) {
-    CEngineDocument document("<r><List><i n:C=\"1\"/></List></r>");
+    CEngineDocument document("<r xmlns:m=\"1\" xmlns:n=\"2\"><List><i n:C=\"1\"/></List></r>");
     CRequest query("List", "n:C");
     EXPECT_EQ(ReadAttribute(&document.Object(), &query), 1);
 }
@@ -107,7 +107,7 @@ TEST(TheFilter, OfMorePairsThanThereAreFindsNothing) {
 }
 
 TEST(TheFilter, OfMorePairsThanThereArePassesWithTwoAttributesOfOneName) {
-    CEngineDocument document("<r><List><i n:A=\"1\" m:A=\"1\" C=\"both\"/></List></r>");
+    CEngineDocument document("<r xmlns:m=\"1\" xmlns:n=\"2\"><List><i n:A=\"1\" m:A=\"1\" C=\"both\"/></List></r>");
     CRequest query = CRequest("List", "C").With("A", "1").Counting(2);
     EXPECT_EQ(ReadAttribute(&document.Object(), &query), 0) << "attributes are counted, not pairs";
 }

@@ -17,7 +17,7 @@ constexpr int32_t kLeast = std::numeric_limits<int32_t>::min();
 
 const char* const kThreeRows = "<List><i A=\"1\" B=\"1\"/><i A=\"2\" B=\"1\"/><i A=\"3\" B=\"1\"/></List>";
 
-std::string In(const std::string& containers) { return "<r>" + containers + "</r>"; }
+std::string In(const std::string& containers) { return "<r xmlns:m=\"1\" xmlns:n=\"2\">" + containers + "</r>"; }
 
 } // namespace
 

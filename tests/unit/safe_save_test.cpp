@@ -75,10 +75,27 @@ TEST_F(SafeSave, TakesPiecesOfAnyLengthAndNone) {
         sink("x");
         sink("");
         sink(long2);
+        return true;
     }));
     EXPECT_EQ(Read(m_file), long1 + "x" + long2);
-    EXPECT_TRUE(platform::ReplaceContents(m_file.c_str(), [](const platform::PieceSink&) {}));
+    EXPECT_TRUE(platform::ReplaceContents(m_file.c_str(), [](const platform::PieceSink&) { return true; }));
     EXPECT_EQ(Read(m_file), "");
+}
+
+TEST_F(SafeSave, KeepsTheOldContentsWhenTheNewOnesShallNotBeWritten) {
+    const std::string old = Read(m_file);
+    const auto refuse = [](const platform::PieceSink& sink) {
+        sink("the beginning");
+        return false;
+    };
+    EXPECT_FALSE(platform::ReplaceContents(m_file.c_str(), refuse));
+    EXPECT_EQ(Read(m_file), old);
+    EXPECT_EQ(Names(), std::set<std::string>{"a.xml"});
+    // In place too, where the temporary name would be too long.
+    const fs::path longName = m_folder / (std::string(250, 'n') + ".xml");
+    fs::rename(m_file, longName);
+    EXPECT_FALSE(platform::ReplaceContents(longName.c_str(), refuse));
+    EXPECT_EQ(Read(longName), old);
 }
 
 TEST_F(SafeSave, MakesANewFileOfThatName) {

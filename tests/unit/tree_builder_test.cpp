@@ -4,6 +4,7 @@
 
 #include "document_source.h"
 #include "engine_document.h"
+#include "entity_nesting.h"
 #include "platform/document_limits.h"
 
 #include <gtest/gtest.h>
@@ -15,25 +16,33 @@ namespace {
 
 constexpr const char* kRefused = "(refused)";
 
-bool Builds(const std::string& xml, pugi::xml_document& tree) {
+bool Builds(const std::string& xml, BuiltDocument& document, CReason* reason = nullptr) {
     const CMemoryFile file(xml);
     CDocumentSource source;
-    return source.Open(file.Path()) && BuildTree(source, tree);
+    return source.Open(file.Path(), reason) && BuildTree(source.Text(), document, reason);
 }
 
 bool Builds(const std::string& xml) {
-    pugi::xml_document tree;
-    return Builds(xml, tree);
+    BuiltDocument document;
+    return Builds(xml, document);
+}
+
+/// Why a document is refused.
+CReason Refusal(const std::string& xml) {
+    BuiltDocument document;
+    CReason reason;
+    EXPECT_FALSE(Builds(xml, document, &reason)) << xml;
+    return reason;
 }
 
 /// The tree as text without blanks of its own.
 std::string Tree(const std::string& xml) {
-    pugi::xml_document tree;
-    if (!Builds(xml, tree)) {
+    BuiltDocument document;
+    if (!Builds(xml, document)) {
         return kRefused;
     }
     std::ostringstream text;
-    tree.save(text, "", pugi::format_raw | pugi::format_no_declaration);
+    document.m_tree.save(text, "", pugi::format_raw | pugi::format_no_declaration);
     return text.str();
 }
 
@@ -46,6 +55,21 @@ std::string Nested(std::size_t depth) {
         xml += "</a>";
     }
     return xml;
+}
+
+/// Entities of which each names the next, the innermost first or last.
+std::string EntityDeclarations(std::size_t count, bool bForwards) {
+    std::string declarations;
+    for (std::size_t step = 0; step < count; ++step) {
+        const std::size_t number = bForwards ? step : count - 1 - step;
+        const std::string text = number + 1 < count ? "&e" + std::to_string(number + 1) + ";" : "end";
+        declarations += "<!ENTITY e" + std::to_string(number) + " '" + text + "'>";
+    }
+    return declarations;
+}
+
+std::string EntityChain(std::size_t count, bool bForwards) {
+    return "<!DOCTYPE r [" + EntityDeclarations(count, bForwards) + "]>";
 }
 
 /// A document whose entity makes many bytes of few.
@@ -169,9 +193,167 @@ TEST(TreeBuilder, RefusesAZeroByteWhereverItStands) {
 }
 
 TEST(TreeBuilder, NeverReadsAnythingExternal) {
-    EXPECT_EQ(Tree("<!DOCTYPE r [<!ENTITY e SYSTEM '/etc/hostname'>]><r>&e;</r>"),
-              "<!DOCTYPE r [<!ENTITY e SYSTEM '/etc/hostname'>]><r/>");
-    EXPECT_EQ(Tree("<!DOCTYPE r SYSTEM '/etc/hostname'><r/>"), "<!DOCTYPE r SYSTEM '/etc/hostname'><r/>");
+    const std::string external = "<!DOCTYPE r SYSTEM '/etc/hostname' [<!ENTITY e SYSTEM '/etc/hostname'>"
+                                 "<!ENTITY % p SYSTEM '/etc/hostname'> %p;]><r/>";
+    EXPECT_EQ(Tree(external), external);
+}
+
+TEST(TreeBuilder, RefusesAReferenceToAnExternalEntity) {
+    const std::string declaration = "<!DOCTYPE r [<!ENTITY e SYSTEM 'x.xml'><!ENTITY in '&e;'>]>";
+    for (const char* const element : {"<r>&e;</r>", "<r>&in;</r>", "<r a='&e;'/>", "<r a='&in;'/>"}) {
+        EXPECT_EQ(Tree(declaration + element), kRefused) << element;
+    }
+    EXPECT_STREQ(Refusal(declaration + "<r>&e;</r>").m_strWords.c_str(), "reference to an entity that is not read");
+}
+
+TEST(TreeBuilder, RefusesAReferenceToWhatMayBeDeclaredWhereNothingIsRead) {
+    for (const std::string declaration :
+         {"<!DOCTYPE r SYSTEM 'x.dtd'>", "<!DOCTYPE r PUBLIC 'x' 'x.dtd'>",
+          "<!DOCTYPE r SYSTEM 'x.dtd' [<!ENTITY i 'i'>]>",
+          "<!DOCTYPE r [<!ENTITY % p SYSTEM 'x.dtd'> %p; <!ENTITY e 'behind'>]>",
+          "<!DOCTYPE r [<!ENTITY % p '<!ENTITY e \"in\">'> %p;]>", "<!DOCTYPE r [%p;]>"}) {
+        EXPECT_NE(Tree(declaration + "<r a='&amp;&lt;&#38;'>&gt;</r>"), kRefused) << declaration;
+        for (const char* const element :
+             {"<r>&e;</r>", "<r>a&e;b</r>", "<r a='&e;'/>", "<r><i a='1' b='x&amp;&e;'/></r>"}) {
+            EXPECT_EQ(Tree(declaration + element), kRefused) << declaration << element;
+        }
+    }
+}
+
+TEST(TreeBuilder, RefusesSuchAReferenceInAnEntityAndInADefault) {
+    EXPECT_EQ(Tree("<!DOCTYPE r SYSTEM 'x.dtd' [<!ENTITY i \"<b a='&e;'/>\">]><r>&i;</r>"), kRefused);
+    EXPECT_EQ(Tree("<!DOCTYPE r SYSTEM 'x.dtd' [<!ENTITY i \"<b a='&#38;e;'/>\">]><r>&i;</r>"), kRefused);
+    EXPECT_EQ(Tree("<!DOCTYPE r SYSTEM 'x.dtd' [<!ATTLIST r a CDATA '1&e;2'>]><r/>"), kRefused);
+    EXPECT_EQ(Tree("<!DOCTYPE r SYSTEM 'x.dtd' [<!ENTITY i 'v'><!ATTLIST r a CDATA '1&i;2'>]><r b='&i;'>&i;</r>"),
+              "<!DOCTYPE r SYSTEM 'x.dtd' [<!ENTITY i 'v'><!ATTLIST r a CDATA '1&i;2'>]><r b=\"v\" a=\"1v2\">v</r>");
+}
+
+TEST(TreeBuilder, KeepsCarriageReturnsOfEntitiesWhereTheyCanBeWritten) {
+    BuiltDocument document;
+    ASSERT_TRUE(Builds("<!DOCTYPE r [<!ENTITY e '<![CDATA[a&#13;b]]><![CDATA[&#13;]]><!--a&#13;b--><?p a&#13;b?>'>]>"
+                       "<r>&e;</r>",
+                       document));
+    const pugi::xml_node text = document.m_tree.document_element().first_child();
+    EXPECT_EQ(text.type(), pugi::node_pcdata);
+    EXPECT_STREQ(text.value(), "a\rb");
+    const pugi::xml_node section = text.next_sibling();
+    EXPECT_EQ(section.type(), pugi::node_cdata);
+    EXPECT_STREQ(section.value(), "\n");
+    EXPECT_STREQ(section.next_sibling().value(), "a\nb");
+    EXPECT_STREQ(section.next_sibling().next_sibling().value(), "a\nb");
+}
+
+TEST(TreeBuilder, TakesPrefixesThatAreDeclared) {
+    for (const char* const xml :
+         {"<p:r xmlns:p=\"u\" p:a=\"1\"/>", "<r xmlns:p=\"u\"><i p:a=\"1\"/></r>", "<r xml:lang=\"en\"/>",
+          "<r xmlns=\"u\" a=\"1\"/>", "<r xmlns=\"\"/>", "<r xmlns:p=\"u\" xmlns=\"u\" p:a=\"1\" a=\"2\"/>",
+          "<r xmlns:p=\"u\" xmlns:q=\"v\" p:a=\"1\" q:a=\"2\"/>",
+          "<r xmlns:xml=\"http://www.w3.org/XML/1998/namespace\"/>"}) {
+        EXPECT_EQ(Tree(xml), xml);
+    }
+    EXPECT_NE(Tree("<!DOCTYPE r [<!ATTLIST r xmlns:p CDATA 'u'>]><r p:a='1'/>"), kRefused);
+}
+
+TEST(TreeBuilder, RefusesNamesThatBreakTheRulesOfNamespaces) {
+    for (const char* const xml : {
+             "<p:r/>",                                               // not declared
+             "<r p:a='1'/>",                                         //
+             "<r><i xmlns:p='u'/><i p:a='1'/></r>",                  // no longer declared
+             "<r><i xmlns:p='u'><b/></i><p:i/></r>",                 //
+             "<r xmlns:p='u' p:a:b='1'/>",                           // two colons
+             "<p:r:s xmlns:p='u'/>",                                 //
+             "<:r/>",                                                // half a name
+             "<r :a='1'/>",                                          //
+             "<r xmlns:p='u' p:='1'/>",                              //
+             "<p:1 xmlns:p='u'/>",                                   //
+             "<r xmlns:p='u' xmlns:q='u' p:a='1' q:a='2'/>",         // one expanded name
+             "<r xmlns:p='u'><i xmlns:q='u' p:a='1' q:a='2'/></r>",  //
+             "<r xmlns:p=''/>",                                      // declarations that are not allowed
+             "<r xmlns:='u'/>",                                      //
+             "<r xmlns:xml='u'/>",                                   //
+             "<r xmlns:xmlns='u'/>",                                 //
+             "<xmlns:r/>",                                           //
+             "<r xmlns:p='http://www.w3.org/XML/1998/namespace'/>",  //
+             "<r xmlns='http://www.w3.org/2000/xmlns/'/>",           //
+             "<!DOCTYPE r [<!ATTLIST i p:a CDATA 'd'>]><r><i/></r>", // by default
+         }) {
+        EXPECT_EQ(Tree(xml), kRefused) << xml;
+    }
+}
+
+TEST(TreeBuilder, TakesManyPrefixesWithoutLookingThroughThem) {
+    std::string xml = "<r";
+    for (int number = 0; number < 20000; ++number) {
+        xml += " xmlns:p" + std::to_string(number) + "=\"u" + std::to_string(number) + "\"";
+    }
+    for (int number = 0; number < 20000; ++number) {
+        xml += " p" + std::to_string(number) + ":a=\"1\"";
+    }
+    EXPECT_EQ(Tree(xml + "/>"), xml + "/>");
+}
+
+TEST(TreeBuilder, SaysWhereAndWhyADocumentIsRefused) {
+    const CReason reason = Refusal("<r>\n  <p:a/>\n</r>");
+    EXPECT_EQ(reason.m_kind, ReasonKind::Malformed);
+    EXPECT_EQ(reason.m_nLine, 2u);
+    EXPECT_EQ(reason.m_nColumn, 3u);
+    EXPECT_STREQ(reason.m_strWords.c_str(), "the prefix of an element is not declared");
+    const CReason crossed = Refusal("<r>\n<a></b></r>");
+    EXPECT_EQ(crossed.m_kind, ReasonKind::Malformed);
+    EXPECT_EQ(crossed.m_nLine, 2u);
+    EXPECT_STREQ(crossed.m_strWords.c_str(), "mismatched tag");
+    EXPECT_EQ(Refusal(Nested(kMaxElementDepth + 1)).m_kind, ReasonKind::TooDeep);
+    EXPECT_EQ(Refusal("<?xml version='1.0' encoding='no-such'?><r/>").m_kind, ReasonKind::Encoding);
+    EXPECT_EQ(Refusal("\xFF\xFE").m_kind, ReasonKind::Malformed);
+}
+
+TEST(TreeBuilder, TakesEntitiesUpToTheGreatestNesting) {
+    ASSERT_EQ(kMaxEntityNesting, 20u);
+    for (const bool bForwards : {true, false}) {
+        EXPECT_TRUE(Builds(EntityChain(kMaxEntityNesting, bForwards) + "<r a='&e0;'>&e0;</r>"));
+        const std::string tooDeep = EntityChain(kMaxEntityNesting + 1, bForwards);
+        for (const char* const element : {"<r>&e0;</r>", "<r a='&e0;'/>", "<r/>"}) {
+            EXPECT_FALSE(Builds(tooDeep + element)) << element;
+        }
+    }
+    EXPECT_STREQ(Refusal(EntityChain(kMaxEntityNesting + 1, true) + "<r/>").m_strWords.c_str(),
+                 "entities lie too deep within each other");
+}
+
+TEST(TreeBuilder, CountsTheNestingOfEntitiesAndNotTheirNumber) {
+    std::string declarations;
+    std::string uses;
+    for (int number = 0; number < 1000; ++number) {
+        const std::string name = std::to_string(number);
+        declarations += "<!ENTITY i" + name + " 'x'><!ENTITY o" + name + " '&i" + name + ";&i0;&i0;'>";
+        uses += "&o" + name + ";";
+    }
+    EXPECT_TRUE(Builds("<!DOCTYPE r [" + declarations + "]><r>" + uses + "</r>"));
+}
+
+TEST(TreeBuilder, RefusesADeepChainOfEntitiesInADefault) {
+    EXPECT_FALSE(Builds("<!DOCTYPE r [" + EntityDeclarations(kMaxEntityNesting + 1, false) +
+                        "<!ATTLIST r a CDATA '&e0;'>]><r/>"));
+}
+
+TEST(TreeBuilder, RefusesDefaultsThatMakeTheTreeTooLarge) {
+    std::string xml = "<!DOCTYPE r [<!ATTLIST i a CDATA '" + std::string(1 << 20, 'd') + "'>]><r>";
+    for (int count = 0; count < 300; ++count) {
+        xml += "<i/>";
+    }
+    EXPECT_EQ(Refusal(xml + "</r>").m_kind, ReasonKind::TooLarge);
+}
+
+TEST(TreeBuilder, RefusesExpansionInTheDeclarationThatASmallerDocumentCouldNotHave) {
+    // Large enough for the expansion in the content; but what stands in the declaration stays there when rows go.
+    const std::string declaration =
+        "<!DOCTYPE r [<!ENTITY e '" + std::string(64 << 10, 'x') + "'><!ATTLIST r a CDATA '";
+    std::string uses;
+    for (int use = 0; use < 200; ++use) {
+        uses += "&e;";
+    }
+    EXPECT_FALSE(Builds(declaration + uses + "'>]><r>" + std::string(1 << 20, 'y') + "</r>"));
+    EXPECT_TRUE(Builds(declaration + uses.substr(0, 300) + "'>]><r/>"));
 }
 
 TEST(TreeBuilder, TakesElementsUpToTheGreatestDepth) {
@@ -222,19 +404,19 @@ TEST(TreeBuilder, RefusesEntitiesWithinEntities) {
 
 TEST(TreeBuilder, TakesADocumentWhoseTokensSpanManyPieces) {
     const std::string value(3 << 20, 'v');
-    pugi::xml_document tree;
-    ASSERT_TRUE(Builds("<r a=\"" + value + "\"><!--" + value + "-->" + value + "</r>", tree));
-    EXPECT_EQ(tree.document_element().attribute("a").value(), value);
-    EXPECT_EQ(tree.document_element().first_child().value(), value);
-    EXPECT_EQ(tree.document_element().last_child().value(), value);
+    BuiltDocument document;
+    ASSERT_TRUE(Builds("<r a=\"" + value + "\"><!--" + value + "-->" + value + "</r>", document));
+    EXPECT_EQ(document.m_tree.document_element().attribute("a").value(), value);
+    EXPECT_EQ(document.m_tree.document_element().first_child().value(), value);
+    EXPECT_EQ(document.m_tree.document_element().last_child().value(), value);
 }
 
 TEST(TreeBuilder, TakesCharactersThatLieAcrossAPieceBoundary) {
     for (std::size_t shift = 0; shift < 4; ++shift) {
         const std::string padding((256 << 10) - 10 - shift, 'p');
         const std::string value = padding + "\xF0\x9F\x96\xA8\xE2\x82\xAC";
-        pugi::xml_document tree;
-        ASSERT_TRUE(Builds("<r a=\"" + value + "\"/>", tree));
-        EXPECT_EQ(tree.document_element().attribute("a").value(), value);
+        BuiltDocument document;
+        ASSERT_TRUE(Builds("<r a=\"" + value + "\"/>", document));
+        EXPECT_EQ(document.m_tree.document_element().attribute("a").value(), value);
     }
 }

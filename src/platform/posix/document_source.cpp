@@ -1,125 +1,53 @@
 #include "document_source.h"
 
+#include "file_opening.h"
+#include "platform/document_encoding.h"
 #include "platform/document_limits.h"
+#include "windows_encodings.h"
 
 #include <fcntl.h>
 #include <iconv.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
-#include <string_view>
 
 namespace {
 
-/// An XML declaration lies within this many bytes, if its encoding is to be found.
-constexpr std::size_t kDeclarationBytes = 1024;
+/// A file that changes while it is read is read again, up to so many times in all.
+constexpr int kMaxReadings = 3;
 
-bool ReadAt(int file, std::size_t offset, char* buffer, std::size_t size) noexcept {
-    while (size > 0) {
-        const ssize_t count = pread(file, buffer, size, static_cast<off_t>(offset));
+/// Reads up to the end of the file, or up to `size` bytes. Returns how many there were, or -1 with errno.
+ssize_t ReadUpTo(int file, char* buffer, std::size_t size) noexcept {
+    std::size_t done = 0;
+    while (done < size) {
+        const ssize_t count = pread(file, buffer + done, size - done, static_cast<off_t>(done));
         if (count < 0 && errno == EINTR) {
             continue;
         }
-        if (count <= 0) {
-            return false;
+        if (count < 0) {
+            return -1;
         }
-        offset += static_cast<std::size_t>(count);
-        buffer += count;
-        size -= static_cast<std::size_t>(count);
+        if (count == 0) {
+            break;
+        }
+        done += static_cast<std::size_t>(count);
     }
-    return true;
+    return static_cast<ssize_t>(done);
 }
 
-/// The value of the pseudo attribute "encoding" of the XML declaration that `head` begins with; empty when there is
-/// none.
-std::string DeclaredEncoding(std::string_view head) {
-    constexpr std::string_view kWhite = " \t\r\n";
-    if (!head.starts_with("<?xml") || head.size() < 6 || kWhite.find(head[5]) == std::string_view::npos) {
-        return {};
-    }
-    const std::string_view declaration = head.substr(0, head.find("?>"));
-    const std::size_t name = declaration.find("encoding");
-    if (name == std::string_view::npos) {
-        return {};
-    }
-    const std::size_t quote = declaration.find_first_of("\"'", name);
-    if (quote == std::string_view::npos) {
-        return {};
-    }
-    const std::size_t end = declaration.find(declaration[quote], quote + 1);
-    return end == std::string_view::npos ? std::string() : std::string(declaration.substr(quote + 1, end - quote - 1));
+bool IsSameMoment(const timespec& left, const timespec& right) noexcept {
+    return left.tv_sec == right.tv_sec && left.tv_nsec == right.tv_nsec;
 }
 
-/// The encoding to convert from; empty for UTF-8 (and its subset ASCII).
-std::string DetectEncoding(std::string_view head) {
-    if (head.starts_with("\xEF\xBB\xBF")) {
-        return {};
-    }
-    if (head.starts_with("\xFF\xFE") || head.starts_with("\xFE\xFF")) {
-        return "UTF-16";
-    }
-    if (head.starts_with(std::string_view("<\0?\0", 4))) {
-        return "UTF-16LE";
-    }
-    if (head.starts_with(std::string_view("\0<\0?", 4))) {
-        return "UTF-16BE";
-    }
-    std::string declared = DeclaredEncoding(head);
-    for (char& character : declared) {
-        if (character >= 'a' && character <= 'z') {
-            character = static_cast<char>(character - 'a' + 'A');
-        }
-    }
-    return declared == "UTF-8" || declared == "US-ASCII" || declared == "ASCII" ? std::string() : declared;
+/// Whether a file is unchanged from one look at it to the next, as far as the file system tells.
+bool IsUnchanged(const struct stat& before, const struct stat& after) noexcept {
+    return before.st_size == after.st_size && IsSameMoment(before.st_mtim, after.st_mtim) &&
+           IsSameMoment(before.st_ctim, after.st_ctim);
 }
 
-class CConverter {
-public:
-    explicit CConverter(const char* encoding) noexcept : m_hConverter(iconv_open("UTF-8", encoding)) {}
-    ~CConverter() {
-        if (IsOpen()) {
-            iconv_close(m_hConverter);
-        }
-    }
-    CConverter(const CConverter&) = delete;
-    CConverter& operator=(const CConverter&) = delete;
-    bool IsOpen() const noexcept {
-        return m_hConverter != reinterpret_cast<iconv_t>(-1); // NOLINT(performance-no-int-to-ptr): so iconv defines it
-    }
-
-    /// Converts all of `text`; false when some of it is not in the encoding, or the result is too large.
-    bool Convert(std::string_view text, std::string& converted) {
-        char* input = const_cast<char*>(text.data()); // which iconv only reads
-        std::size_t left = text.size();
-        char buffer[16384];
-        while (left > 0) {
-            char* output = buffer;
-            std::size_t room = sizeof buffer;
-            const std::size_t result = iconv(m_hConverter, &input, &left, &output, &room);
-            const int error = errno;
-            converted.append(buffer, sizeof buffer - room);
-            if ((result == static_cast<std::size_t>(-1) && error != E2BIG) || converted.size() > kMaxDocumentBytes) {
-                return false;
-            }
-        }
-        return true;
-    }
-
-private:
-    const iconv_t m_hConverter;
-};
-
-} // namespace
-
-bool CDocumentSource::Open(const char* path, CReason* reason) {
-    m_file = platform::CFileOpener().Open(path, O_RDONLY | O_NONBLOCK | O_NOCTTY);
-    struct stat status = {};
-    if (!m_file.IsOpen() || fstat(m_file.Descriptor(), &status) != 0) {
-        GiveReason(reason, CReason::OfCall(m_file.IsOpen() ? "fstat" : "open", static_cast<std::uint32_t>(errno)));
-        return false;
-    }
+/// Whether a file of this kind and size can hold a document.
+bool CanHoldDocument(const struct stat& status, CReason* reason) noexcept {
     if (!S_ISREG(status.st_mode)) {
         GiveReason(reason, CReason::Of(ReasonKind::NotRegular));
         return false;
@@ -132,38 +60,133 @@ bool CDocumentSource::Open(const char* path, CReason* reason) {
         GiveReason(reason, CReason::Of(ReasonKind::TooLarge));
         return false;
     }
-    m_nSize = static_cast<std::size_t>(status.st_size);
-    char head[kDeclarationBytes];
-    const std::size_t headSize = std::min(m_nSize, sizeof head);
-    if (!ReadAt(m_file.Descriptor(), 0, head, headSize)) {
-        GiveReason(reason, CReason::OfCall("pread", static_cast<std::uint32_t>(errno)));
-        return false;
-    }
-    const std::string encoding = DetectEncoding({head, headSize});
-    if (!encoding.empty() && !Convert(encoding.c_str())) {
-        GiveReason(reason, CReason::Of(ReasonKind::Encoding, encoding.c_str()));
-        return false;
-    }
     return true;
 }
 
-bool CDocumentSource::Convert(const char* encoding) {
-    CConverter converter(encoding);
-    std::string text(m_nSize, '\0');
-    if (!converter.IsOpen() || !ReadAt(m_file.Descriptor(), 0, text.data(), text.size()) ||
-        !converter.Convert(text, m_strConverted)) {
-        return false;
+/// Appends a character of the first plane.
+void AppendUtf8(std::string& text, char16_t character) {
+    if (character < 0x800) {
+        text += static_cast<char>(0xC0 | character >> 6);
+    } else {
+        text += static_cast<char>(0xE0 | character >> 12);
+        text += static_cast<char>(0x80 | (character >> 6 & 0x3F));
     }
-    m_bConverted = true;
-    m_nSize = m_strConverted.size();
-    // A declaration that the conversion does not lead to itself names an encoding that the file is not in.
-    return m_strConverted.starts_with('<');
+    text += static_cast<char>(0x80 | (character & 0x3F));
 }
 
-bool CDocumentSource::Read(std::size_t offset, char* buffer, std::size_t size) const noexcept {
-    if (m_bConverted) {
-        m_strConverted.copy(buffer, size, offset);
+class CConverter {
+public:
+    /// From a code page of Windows, or from the encoding of that name where `codePage` is 0.
+    CConverter(unsigned codePage, const std::string& encoding)
+        : m_nCodePage(codePage),
+          m_hConverter(
+              iconv_open("UTF-8", codePage == 0 ? encoding.c_str() : ("CP" + std::to_string(codePage)).c_str())) {}
+    ~CConverter() {
+        if (IsOpen()) {
+            iconv_close(m_hConverter);
+        }
+    }
+    CConverter(const CConverter&) = delete;
+    CConverter& operator=(const CConverter&) = delete;
+    bool IsOpen() const noexcept {
+        return m_hConverter != reinterpret_cast<iconv_t>(-1); // NOLINT(performance-no-int-to-ptr): so iconv defines it
+    }
+
+    /// Converts all of `text`; false when some of it is not in the encoding, or the result is larger than
+    /// kMaxDocumentBytes.
+    bool Convert(std::string_view text, std::string& converted) {
+        std::string piece(std::size_t{16} << 10, '\0'); // not on the stack: hosts' threads may have little
+        while (!text.empty() && converted.size() <= kMaxDocumentBytes) {
+            char* input = const_cast<char*>(text.data()); // which iconv only reads
+            std::size_t left = text.size();
+            char* output = piece.data();
+            std::size_t room = piece.size();
+            const std::size_t result = iconv(m_hConverter, &input, &left, &output, &room);
+            const bool bStopped = result == static_cast<std::size_t>(-1) && errno != E2BIG;
+            converted.append(piece, 0, piece.size() - room);
+            text.remove_prefix(text.size() - left);
+            if (bStopped && !AppendAdded(text, converted)) {
+                return false;
+            }
+        }
+        return text.empty() && converted.size() <= kMaxDocumentBytes;
+    }
+
+private:
+    bool AppendAdded(std::string_view& text, std::string& converted) const {
+        const AddedCharacter added = FindAddedCharacter(m_nCodePage, text);
+        if (added.length == 0) {
+            return false;
+        }
+        AppendUtf8(converted, added.character);
+        text.remove_prefix(added.length);
         return true;
     }
-    return ReadAt(m_file.Descriptor(), offset, buffer, size);
+
+    const unsigned m_nCodePage;
+    const iconv_t m_hConverter;
+};
+
+} // namespace
+
+bool CDocumentSource::Open(const char* path, CReason* reason) {
+    const platform::CFile file = platform::CFileOpener().Open(path, O_RDONLY | O_NONBLOCK | O_NOCTTY);
+    if (!file.IsOpen()) {
+        GiveReason(reason, CReason::OfCall("open", static_cast<std::uint32_t>(errno)));
+        return false;
+    }
+    return Read(file.Descriptor(), reason) && Decode(reason);
+}
+
+bool CDocumentSource::Read(int file, CReason* reason) {
+    for (int reading = 0; reading < kMaxReadings; ++reading) {
+        struct stat before = {};
+        struct stat after = {};
+        if (fstat(file, &before) != 0) {
+            GiveReason(reason, CReason::OfCall("fstat", static_cast<std::uint32_t>(errno)));
+            return false;
+        }
+        if (!CanHoldDocument(before, reason)) {
+            return false;
+        }
+        const auto size = static_cast<std::size_t>(before.st_size);
+        m_pBytes = std::make_unique_for_overwrite<char[]>(size);
+        const ssize_t count = ReadUpTo(file, m_pBytes.get(), size);
+        if (count < 0 || fstat(file, &after) != 0) {
+            GiveReason(reason, CReason::OfCall(count < 0 ? "pread" : "fstat", static_cast<std::uint32_t>(errno)));
+            return false;
+        }
+        if (static_cast<std::size_t>(count) == size && IsUnchanged(before, after)) {
+            m_text = {m_pBytes.get(), size};
+            return true;
+        }
+    }
+    GiveReason(reason, CReason::Of(ReasonKind::InUse, "the file changes while it is read"));
+    return false;
+}
+
+bool CDocumentSource::Decode(CReason* reason) {
+    const DocumentEncoding encoding = FindEncoding(m_text);
+    if (encoding.IsContradictory()) {
+        GiveReason(reason, CReason::Of(ReasonKind::Encoding, encoding.m_strDeclared.c_str()));
+        return false;
+    }
+    std::string name = encoding.m_strDeclared;
+    if (encoding.IsUtf16()) {
+        name = encoding.m_form == EncodingForm::Utf16LittleEndian ? "UTF-16LE" : "UTF-16BE";
+    } else if (encoding.m_form == EncodingForm::MarkedUtf8 || name.empty() || name == "UTF-8") {
+        return true;
+    }
+    CConverter converter(WindowsCodePage(name), name);
+    const bool bConverted =
+        converter.IsOpen() && converter.Convert(m_text.substr(encoding.m_nMarkBytes), m_strConverted);
+    m_pBytes.reset();
+    m_text = m_strConverted;
+    // A declaration that the conversion does not lead to itself names an encoding that the file is not in.
+    if (bConverted && (encoding.IsUtf16() || m_text.starts_with('<'))) {
+        return true;
+    }
+    GiveReason(reason, m_text.size() > kMaxDocumentBytes ? CReason::Of(ReasonKind::TooLarge)
+                                                         : CReason::Of(ReasonKind::Encoding, name.c_str()));
+    return false;
 }

@@ -2,31 +2,33 @@
 
 #pragma once
 
-#include "file_opening.h"
 #include "platform/reason.h"
 
 #include <cstddef>
+#include <memory>
 #include <string>
+#include <string_view>
 
-/// Reads a document in pieces. UTF-8 is passed on as it is; any other encoding that the document declares, or shows by
-/// a byte order mark, is converted whole when the source is opened.
+/// Holds what one reading of the file gave, whatever becomes of the file afterwards. UTF-8 is passed on as it is; any
+/// other encoding that the document declares, or shows by a byte order mark, is converted.
 class CDocumentSource {
 public:
-    /// False: no regular file that can be read, larger than kMaxDocumentBytes (on disk or as UTF-8), or not in the
-    /// encoding that it declares; `reason`, where one is wanted, says which.
+    CDocumentSource() = default;
+    CDocumentSource(const CDocumentSource&) = delete;
+    CDocumentSource& operator=(const CDocumentSource&) = delete;
+
+    /// False: no regular file that can be read, larger than kMaxDocumentBytes (on disk or as UTF-8), not in the
+    /// encoding that it declares, or rewritten by another program each time it was read; `reason`, where one is wanted,
+    /// says which. Throws std::bad_alloc.
     bool Open(const char* path, CReason* reason = nullptr);
 
-    /// Number of bytes as UTF-8.
-    std::size_t Size() const noexcept { return m_nSize; }
-
-    /// Reads `size` bytes from `offset` on into `buffer`. False when they cannot be had.
-    bool Read(std::size_t offset, char* buffer, std::size_t size) const noexcept;
+    std::string_view Text() const noexcept { return m_text; }
 
 private:
-    bool Convert(const char* encoding);
+    bool Read(int file, CReason* reason);
+    bool Decode(CReason* reason);
 
-    platform::CFile m_file;
-    std::size_t m_nSize = 0;
-    bool m_bConverted = false;
+    std::unique_ptr<char[]> m_pBytes;
     std::string m_strConverted;
+    std::string_view m_text; // of one of the two
 };

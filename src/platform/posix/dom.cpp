@@ -3,6 +3,8 @@
 #include "platform/dom.h"
 
 #include "document_source.h"
+#include "platform/document_limits.h"
+#include "platform/namespaces.h"
 #include "safe_save.h"
 #include "shared_names.h"
 #include "tree_builder.h"
@@ -10,14 +12,24 @@
 #include <cstring>
 #include <new>
 #include <string>
+#include <unordered_set>
+#include <utility>
 
 struct DomDocument::Native {
-    pugi::xml_document m_tree;
+    BuiltDocument m_document;
+
+    /// Items that were made where a default namespace holds. They are in none, and must say so where they are written.
+    std::unordered_set<pugi::xml_node_struct*> m_outsideNamespace;
+
+    void CheckItem(pugi::xml_node item);
+    void Remove(pugi::xml_node parent, pugi::xml_node child) noexcept;
+    bool Write(const char* path, unsigned format, CReason& reason) const;
 };
 
 namespace {
 
 constexpr const char* kItemName = "Item";
+constexpr const char* kDefaultDeclaration = "xmlns";
 
 /// The disk is busy with one piece of a document while the next is made: small enough for many pieces, and large enough
 /// for everyday documents to be one.
@@ -26,6 +38,21 @@ constexpr std::size_t kPieceBytes = std::size_t{1} << 20;
 void Require(bool done) {
     if (!done) {
         throw DomError("the document has no memory left");
+    }
+}
+
+/// `wrong`: null, or what is wrong.
+void RequireRight(const char* wrong) {
+    if (wrong != nullptr) {
+        throw DomError(wrong);
+    }
+}
+
+/// Whether the attribute would be loaded with this text as it is.
+void RequireHolds(const CAttributeDeclarations& declarations, pugi::xml_node element, pugi::xml_attribute attribute,
+                  DomView text) {
+    if (!declarations.CanHold(element.name(), attribute.name(), text)) {
+        throw DomError("the attribute is declared to hold tokens");
     }
 }
 
@@ -47,6 +74,94 @@ pugi::xml_node NextNode(pugi::xml_node node, pugi::xml_node root) noexcept {
     }
     return {};
 }
+
+std::size_t DepthOf(pugi::xml_node element) noexcept {
+    std::size_t depth = 0;
+    for (; element.type() == pugi::node_element; element = element.parent()) {
+        ++depth;
+    }
+    return depth;
+}
+
+/// An attribute that is to hold another text.
+struct Change {
+    pugi::xml_attribute attribute;
+    DomView text;
+};
+
+/// Null, or what is wrong with the names of an element in its place.
+const char* EnterElement(CNamespaceScopes& scopes, std::size_t depth, pugi::xml_node element, const Change& change) {
+    std::vector<NamedText> attributes;
+    bool bNamespaces = ConcernsNamespaces(element.name());
+    for (const pugi::xml_attribute attribute : element.attributes()) {
+        attributes.push_back({attribute.name(), attribute == change.attribute ? change.text : attribute.value()});
+        bNamespaces = bNamespaces || ConcernsNamespaces(attribute.name());
+    }
+    return bNamespaces ? scopes.Enter(depth, element.name(), attributes) : nullptr;
+}
+
+/// The scopes that an element stands in, itself included.
+CNamespaceScopes ScopesOf(pugi::xml_node element) {
+    std::vector<pugi::xml_node> path;
+    for (; element.type() == pugi::node_element; element = element.parent()) {
+        path.push_back(element);
+    }
+    CNamespaceScopes scopes;
+    for (std::size_t depth = 1; depth <= path.size(); ++depth) {
+        EnterElement(scopes, depth, path[path.size() - depth], {});
+    }
+    return scopes;
+}
+
+/// Null, or what is wrong with the names of an element and of those within it once the change is made.
+const char* CheckNamespaces(pugi::xml_node element, const Change& change) {
+    CNamespaceScopes scopes = ScopesOf(element.parent());
+    for (pugi::xml_node node = element; !node.empty(); node = NextNode(node, element)) {
+        const std::size_t depth = DepthOf(node);
+        scopes.Leave(depth);
+        const char* const wrong =
+            node.type() == pugi::node_element ? EnterElement(scopes, depth, node, change) : nullptr;
+        if (wrong != nullptr) {
+            return wrong;
+        }
+    }
+    return nullptr;
+}
+
+bool IsInDefaultNamespace(pugi::xml_node element) noexcept {
+    for (; element.type() == pugi::node_element; element = element.parent()) {
+        const pugi::xml_attribute declaration = element.attribute(kDefaultDeclaration);
+        if (!declaration.empty()) {
+            return *declaration.value() != '\0';
+        }
+    }
+    return false;
+}
+
+/// Declares for some elements that they are in no namespace, as long as it lives.
+class COutsideNamespace {
+public:
+    COutsideNamespace() = default;
+    void Declare(const std::unordered_set<pugi::xml_node_struct*>& elements) {
+        m_declarations.reserve(elements.size());
+        for (pugi::xml_node_struct* const native : elements) {
+            pugi::xml_node element(native);
+            const pugi::xml_attribute declaration = AppendNamedAttribute(element, kDefaultDeclaration);
+            Require(!declaration.empty());
+            m_declarations.emplace_back(element, declaration);
+        }
+    }
+    ~COutsideNamespace() {
+        for (auto& [element, declaration] : m_declarations) {
+            element.remove_attribute(declaration);
+        }
+    }
+    COutsideNamespace(const COutsideNamespace&) = delete;
+    COutsideNamespace& operator=(const COutsideNamespace&) = delete;
+
+private:
+    std::vector<std::pair<pugi::xml_node, pugi::xml_attribute>> m_declarations;
+};
 
 /// Takes a new child back unless it is kept.
 class CNewChild {
@@ -74,7 +189,7 @@ private:
 };
 
 /// Gathers the small bits in which a tree is written into pieces that are worth a call to the system. `piece` has room
-/// for kPieceBytes.
+/// for kPieceBytes. What would be too large to be loaded again is not handed over to its end.
 class CPieceWriter : public pugi::xml_writer {
 public:
     CPieceWriter(std::string& piece, const platform::PieceSink& sink) noexcept : m_strPiece(piece), m_sink(sink) {}
@@ -92,9 +207,14 @@ public:
     }
 
     void HandOver() {
-        m_sink(m_strPiece);
+        m_nBytes += m_strPiece.size();
+        if (!IsTooLarge()) {
+            m_sink(m_strPiece);
+        }
         m_strPiece.clear();
     }
+
+    bool IsTooLarge() const noexcept { return m_nBytes > kMaxDocumentBytes; }
 
 private:
     void Append(std::string_view text) {
@@ -109,6 +229,7 @@ private:
 
     std::string& m_strPiece;
     const platform::PieceSink& m_sink;
+    std::size_t m_nBytes = 0;
 };
 
 } // namespace
@@ -127,28 +248,46 @@ std::unique_ptr<DomDocument> DomDocument::Create() noexcept {
 bool DomDocument::Load(const char* path, CReason* reason) {
     try {
         CDocumentSource source;
-        return source.Open(path, reason) && BuildTree(source, m_pNative->m_tree, reason);
+        return source.Open(path, reason) && BuildTree(source.Text(), m_pNative->m_document, reason);
     } catch (const std::bad_alloc&) {
         throw DomError("out of memory while loading a document", CReason::Of(ReasonKind::OutOfMemory));
     }
 }
 
-void DomDocument::Save(const char* path) {
+/// Saves the tree in this format.
+bool DomDocument::Native::Write(const char* path, unsigned format, CReason& reason) const {
+    COutsideNamespace declarations;
+    declarations.Declare(m_outsideNamespace);
     std::string piece;
     piece.reserve(kPieceBytes);
+    bool bTooLarge = false;
     const auto writeTree = [&](const platform::PieceSink& sink) {
         CPieceWriter writer(piece, sink);
-        m_pNative->m_tree.save(writer, "  ", pugi::format_indent | pugi::format_no_declaration, pugi::encoding_utf8);
+        m_document.m_tree.save(writer, "  ", format | pugi::format_no_declaration, pugi::encoding_utf8);
         writer.HandOver();
+        bTooLarge = writer.IsTooLarge();
+        return !bTooLarge;
     };
+    const bool bSaved = platform::ReplaceContents(path, writeTree, &reason);
+    if (bTooLarge) {
+        reason = CReason::Of(ReasonKind::TooLarge);
+    }
+    return bSaved;
+}
+
+void DomDocument::Save(const char* path) {
     CReason reason;
-    if (!platform::ReplaceContents(path, writeTree, &reason)) {
+    bool bSaved = m_pNative->Write(path, pugi::format_indent, reason);
+    if (!bSaved && reason.m_kind == ReasonKind::TooLarge) {
+        bSaved = m_pNative->Write(path, pugi::format_raw, reason); // blanks may be most of a document that is deep
+    }
+    if (!bSaved) {
         throw DomError("the document could not be saved", std::move(reason));
     }
 }
 
 DomNode DomDocument::FirstElementNamed(DomView tagName) {
-    const pugi::xml_node root = m_pNative->m_tree.document_element();
+    const pugi::xml_node root = m_pNative->m_document.m_tree.document_element();
     pugi::xml_node node = NextNode(root, root);
     while (!node.empty() && (node.type() != pugi::node_element || tagName != node.name())) {
         node = NextNode(node, root);
@@ -179,25 +318,88 @@ DomText DomDocument::SetAttributeText(const DomNode& element, std::size_t index,
     for (; index > 0; --index) {
         attribute = attribute.next_attribute();
     }
+    RequireHolds(m_pNative->m_document.m_declarations, element, attribute, text);
+    if (DeclaresNamespace(attribute.name())) {
+        RequireRight(CheckNamespaces(element, {attribute, text}));
+    }
     Require(attribute.set_value(std::string(text).c_str()));
     return DomText(attribute.value());
 }
 
-DomNode DomDocument::AppendItem(const DomNode& container, const std::vector<DomPair>& attributes) {
-    CNewChild item(container);
-    Require(item.Node().set_name(kItemName));
-    for (const DomPair& pair : attributes) {
-        const std::string name(pair.name);
-        pugi::xml_attribute attribute = item.Node().attribute(name.c_str());
-        if (attribute.empty()) {
-            attribute = AppendNamedAttribute(item.Node(), name.c_str());
-        }
-        Require(!attribute.empty() && attribute.set_value(std::string(pair.text).c_str()));
+/// Throws DomError when the document could not be loaded again with this new item, or the item would then not be the
+/// same.
+void DomDocument::Native::CheckItem(pugi::xml_node item) {
+    const std::size_t depth = DepthOf(item);
+    if (depth > kMaxElementDepth) {
+        throw DomError("an item would lie too deep", CReason::Of(ReasonKind::TooDeep));
     }
-    return item.Keep();
+    std::vector<NamedText> attributes; // as they would be loaded
+    bool bNamespaces = false;
+    const auto add = [&](DomView name, DomView text) {
+        attributes.push_back({name, text});
+        bNamespaces = bNamespaces || ConcernsNamespaces(name);
+    };
+    for (const pugi::xml_attribute attribute : item.attributes()) {
+        RequireHolds(m_document.m_declarations, item, attribute, attribute.value());
+        add(attribute.name(), attribute.value());
+    }
+    bool bOutside = IsInDefaultNamespace(item);
+    std::size_t defaultBytes = m_document.m_nDefaultBytes;
+    for (const auto& [name, declaration] : m_document.m_declarations.Of(kItemName)) {
+        if (declaration.bDefault && item.attribute(name.c_str()).empty()) {
+            defaultBytes += name.size() + declaration.strDefault.size();
+            add(name, declaration.strDefault);
+            bOutside = bOutside || name == kDefaultDeclaration;
+        }
+    }
+    if (defaultBytes > kMaxDocumentBytes) {
+        throw DomError("the defaults of attributes are too large", CReason::Of(ReasonKind::TooLarge));
+    }
+    if (bNamespaces) {
+        RequireRight(ScopesOf(item.parent()).Enter(depth, kItemName, attributes));
+    }
+    if (bOutside && item.attribute(kDefaultDeclaration).empty()) {
+        m_outsideNamespace.insert(item.internal_object());
+    }
+    m_document.m_nDefaultBytes = defaultBytes;
 }
 
-void DomDocument::RemoveChild(const DomNode& container, const DomNode& child) {
-    pugi::xml_node parent = container;
-    Require(parent.remove_child(child));
+DomNode DomDocument::AppendItem(const DomNode& container, const std::vector<DomPair>& attributes) {
+    try {
+        CNewChild item(container);
+        Require(item.Node().set_name(kItemName));
+        for (const DomPair& pair : attributes) {
+            const std::string name(pair.name);
+            pugi::xml_attribute attribute = item.Node().attribute(name.c_str());
+            if (attribute.empty()) {
+                attribute = AppendNamedAttribute(item.Node(), name.c_str());
+            }
+            Require(!attribute.empty() && attribute.set_value(std::string(pair.text).c_str()));
+        }
+        m_pNative->CheckItem(item.Node());
+        return item.Keep();
+    } catch (const std::bad_alloc&) {
+        throw DomError("the document has no memory left");
+    }
 }
+
+/// Removes a child without calling itself for what lies within, as pugixml does: that may be deeper than the stack.
+void DomDocument::Native::Remove(pugi::xml_node parent, pugi::xml_node child) noexcept {
+    pugi::xml_node node = child;
+    for (;;) {
+        if (!node.first_child().empty()) {
+            node = node.first_child();
+            continue;
+        }
+        const bool bLast = node == child;
+        pugi::xml_node outer = bLast ? parent : node.parent();
+        m_outsideNamespace.erase(node.internal_object());
+        outer.remove_child(node);
+        if (bLast) {
+            return;
+        }
+        node = outer;
+    }
+}
+
+void DomDocument::RemoveChild(const DomNode& container, const DomNode& child) { m_pNative->Remove(container, child); }

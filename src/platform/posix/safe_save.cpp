@@ -35,11 +35,11 @@ class CFileWriter {
 public:
     explicit CFileWriter(const CFile& file) noexcept : m_nFile(file.Descriptor()) {}
 
-    /// False when the system fails; `reason`, where one is wanted, says how.
+    /// False when the contents shall not be written or the system fails; `reason`, where one is wanted, says how it did.
     bool Write(const ContentsProducer& produceContents, CReason* reason) noexcept {
-        produceContents([this](std::string_view piece) { WritePiece(piece); });
+        const bool bProduced = produceContents([this](std::string_view piece) { WritePiece(piece); });
         errno = m_nError;
-        return m_nError == 0 || Failed("write", reason);
+        return m_nError == 0 ? bProduced : Failed("write", reason);
     }
     std::size_t WrittenBytes() const noexcept { return m_nWritten; }
 
@@ -68,10 +68,10 @@ private:
     int m_nError = 0;
 };
 
-std::size_t SizeOf(const ContentsProducer& produceContents) noexcept {
-    std::size_t size = 0;
-    produceContents([&size](std::string_view piece) { size += piece.size(); });
-    return size;
+/// False when it shall not be written.
+bool FindSize(const ContentsProducer& produceContents, std::size_t& size) noexcept {
+    size = 0;
+    return produceContents([&size](std::string_view piece) { size += piece.size(); });
 }
 
 bool FillTemporary(const CFile& temporary, const CFile& original, const ContentsProducer& produceContents,
@@ -112,7 +112,11 @@ bool WriteInPlace(const CFile& file, const ContentsProducer& produceContents, CR
     if (fstat(file.Descriptor(), &original) != 0) {
         return Failed("fstat", reason);
     }
-    const auto size = static_cast<off_t>(SizeOf(produceContents));
+    std::size_t bytes = 0;
+    if (!FindSize(produceContents, bytes)) {
+        return false;
+    }
+    const auto size = static_cast<off_t>(bytes);
     CFileWriter writer(file);
     errno = posix_fallocate(file.Descriptor(), 0, size);
     const bool bWritten = errno == 0 ? writer.Write(produceContents, reason) : Failed("posix_fallocate", reason);

@@ -12,8 +12,9 @@ namespace platform {
 /// Takes the next piece of what a file is to hold.
 using PieceSink = std::function<void(std::string_view piece)>;
 
-/// Passes what a file is to hold to a sink, piece by piece, and the same however often it is called. Throws nothing.
-using ContentsProducer = std::function<void(const PieceSink& sink)>;
+/// Passes what a file is to hold to a sink, piece by piece, and the same however often it is called. False: it shall
+/// not be written. Throws nothing.
+using ContentsProducer = std::function<bool(const PieceSink& sink)>;
 
 /// Replaces the contents of a file that exists. Whatever happens, the file holds its old contents or the new ones: the
 /// new ones are written to a temporary file beside it that nobody else may open, flushed to disk and renamed over it.

@@ -1,5 +1,7 @@
 #include "shared_names.h"
 
+#include "platform/namespaces.h"
+
 #include <cstring>
 #include <string>
 
@@ -23,11 +25,11 @@ pugi::xml_attribute CSharedNames::AppendAttribute(pugi::xml_node element, std::s
     if (position >= m_byPosition.size()) {
         m_byPosition.resize(position + 1);
     }
-    pugi::xml_attribute& pattern = m_byPosition[position];
-    if (std::strcmp(pattern.name(), name) != 0) {
-        pattern = Pattern(name);
+    Place& place = m_byPosition[position];
+    if (std::strcmp(place.pattern.name(), name) != 0) {
+        place = {Pattern(name), ::ConcernsNamespaces(name)};
     }
-    return pattern.empty() ? AppendNamedAttribute(element, name) : element.append_copy(pattern);
+    return place.pattern.empty() ? AppendNamedAttribute(element, name) : element.append_copy(place.pattern);
 }
 
 /// The pattern of a name, made on first use; empty when there is none.

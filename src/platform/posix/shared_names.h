@@ -31,11 +31,19 @@ public:
     /// Throws std::bad_alloc.
     pugi::xml_attribute AppendAttribute(pugi::xml_node element, std::size_t position, const char* name);
 
+    /// Whether the name last appended at this place concerns namespaces.
+    bool ConcernsNamespaces(std::size_t position) const noexcept { return m_byPosition[position].bConcernsNamespaces; }
+
 private:
+    struct Place {
+        pugi::xml_attribute pattern; // the one used there last
+        bool bConcernsNamespaces = false;
+    };
+
     pugi::xml_attribute Pattern(const char* name);
 
     pugi::xml_document& m_tree;
     pugi::xml_node m_patterns;
     std::unordered_map<std::string_view, pugi::xml_attribute> m_byName; // the patterns' own names
-    std::vector<pugi::xml_attribute> m_byPosition;                      // the pattern used there last
+    std::vector<Place> m_byPosition;
 };
