@@ -46,6 +46,18 @@
 #ifndef CORDELBOX_H
 #define CORDELBOX_H
 
+/// The version of this header. The first number changes when a host must be built anew.
+#define CORDELBOX_VERSION_MAJOR 1
+#define CORDELBOX_VERSION_MINOR 1
+#define CORDELBOX_VERSION_PATCH 0
+
+/// Whether this header has at least that version. For the preprocessor: #if CORDELBOX_VERSION_AT_LEAST(1, 1, 0)
+#define CORDELBOX_VERSION_AT_LEAST(major, minor, patch)                                                                \
+    (CORDELBOX_VERSION_MAJOR > (major) ||                                                                              \
+     (CORDELBOX_VERSION_MAJOR == (major) &&                                                                            \
+      (CORDELBOX_VERSION_MINOR > (minor) ||                                                                            \
+       (CORDELBOX_VERSION_MINOR == (minor) && CORDELBOX_VERSION_PATCH >= (patch)))))
+
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
@@ -199,11 +211,10 @@ private:
     Buffer* m_pBuffer = nullptr;
 };
 
-static_assert(sizeof(AnsiString) == 8, "a string is one pointer wide");
-
 // ---------------------------------------------------------------------------------------------------------
-// Records. Plain, with natural alignment. Every fixed text field holds zero-terminated text; a field without
-// a zero byte inside its width is an error of the host that the library does not guard against.
+// Records. Plain, with natural alignment: a host that includes this header under another packing does not compile.
+// Every fixed text field holds zero-terminated text; a field without a zero byte inside its width is an error of the
+// host that the library does not guard against.
 
 /// Owner of the list of open documents. The host creates it before GetXmlObj, with `head` null and a semaphore
 /// of count 1, and keeps it alive until after ReleaseAll. With a null semaphore nothing can be opened.
@@ -323,6 +334,39 @@ struct JobRecord {
     char checked[5]; ///< "checked": from GetJobs only; WriteJobList ignores it
 };
 
+// How the library lays them out: the size and the fields behind which a compiler could leave a gap, or leave one out.
+static_assert(sizeof(AnsiString) == 8 && alignof(AnsiString) == 8, "AnsiString is laid out otherwise");
+static_assert(sizeof(PoolOwner) == 24 && alignof(PoolOwner) == 8 && offsetof(PoolOwner, head) == 8 &&
+                  offsetof(PoolOwner, semaphore) == 16,
+              "PoolOwner is laid out otherwise");
+static_assert(sizeof(VolumeRecord) == 1536 && offsetof(VolumeRecord, status) == 1280,
+              "VolumeRecord is laid out otherwise");
+static_assert(sizeof(StorageRecord) == 272 && alignof(StorageRecord) == 8 && offsetof(StorageRecord, volumes) == 256 &&
+                  offsetof(StorageRecord, volumeCount) == 264,
+              "StorageRecord is laid out otherwise");
+static_assert(sizeof(PrinterInfo) == 16 && alignof(PrinterInfo) == 8 && offsetof(PrinterInfo, storageCount) == 8,
+              "PrinterInfo is laid out otherwise");
+static_assert(sizeof(SendSpaceRecord) == 32 && alignof(SendSpaceRecord) == 8 &&
+                  offsetof(SendSpaceRecord, filesSize) == 8 && offsetof(SendSpaceRecord, freeSpace) == 16 &&
+                  offsetof(SendSpaceRecord, freeSpaceAfterSend) == 24,
+              "SendSpaceRecord is laid out otherwise");
+static_assert(sizeof(PartitionRecord) == 32 && alignof(PartitionRecord) == 8 && offsetof(PartitionRecord, name) == 8 &&
+                  offsetof(PartitionRecord, size) == 16 && offsetof(PartitionRecord, percent) == 24,
+              "PartitionRecord is laid out otherwise");
+static_assert(sizeof(FileItem) == 2312 && alignof(FileItem) == 8 && offsetof(FileItem, CreateDate) == 2048 &&
+                  offsetof(FileItem, next) == 2304 && offsetof(FileItem, detail) == 2304,
+              "FileItem is laid out otherwise");
+static_assert(sizeof(TrueTypeDetail) == 1536, "TrueTypeDetail is laid out otherwise");
+static_assert(sizeof(BitmapFontDetail) == 3328, "BitmapFontDetail is laid out otherwise");
+static_assert(offsetof(IcmProfileDetail, icmType) == 1024 && offsetof(IcmProfileDetail, profileType) == 1028 &&
+                  offsetof(IcmProfileDetail, comment) == 1032,
+              "IcmProfileDetail is laid out otherwise");
+static_assert(sizeof(MessageWindows) == 8200 && alignof(MessageWindows) == 8 && offsetof(MessageWindows, windows) == 8,
+              "MessageWindows is laid out otherwise");
+static_assert(sizeof(JobRecord) == 145 && offsetof(JobRecord, name) == 10 && offsetof(JobRecord, type) == 110 &&
+                  offsetof(JobRecord, checked) == 140,
+              "JobRecord is laid out otherwise");
+
 // ---------------------------------------------------------------------------------------------------------
 // Functions
 
@@ -354,6 +398,15 @@ CORDELBOX_API int32_t ReleaseAll() noexcept;
 /// Opens the printer document `fileName` (a file name in `Cordelbox\xml`), or shares it when it is open, and
 /// makes it the current document. Returns null, and leaves no current document, when it cannot be opened.
 /// Only another GetXmlObj makes the main document current again. Throws as GetXmlObj does.
+///
+/// The name is the host's to check: one with `..` or a separator leads to any XML file that the user may read, and
+/// over a per-user copy of it to one that the user may write. The same holds for the language of GetXmlObj. A name
+/// that comes from anywhere but the host itself is taken only when it is nothing but a name:
+///     name[0] != '\0' && name[0] != '.' &&
+///         std::strspn(name, "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_-.") ==
+///             std::strlen(name)
+/// Two spellings of one file's name (other letter case on Windows, `./a.xml`, a link) are two documents, and the
+/// last one that saves wins: a host keeps to one spelling.
 CORDELBOX_API CXmlObject* GetPrinterXmlObj(const char* fileName);
 
 /// Releases one reference of the printer document `fileName`; the last one closes it, and unsaved changes

@@ -16,8 +16,13 @@ std::string_view View(const AnsiString& text) noexcept { return {text.c_str(), t
 /// What a per-user copy's path must leave free beyond its two variable parts; a few more than its fixed parts need.
 constexpr std::size_t kUserPathReserve = 28;
 
+/// The last byte of a character of two may look like a separator.
+bool EndsWithSeparator(std::string_view path) noexcept {
+    return path.ends_with(kPathSeparator) && platform::WholeCharacters(path, path.size() - 1) == path.size() - 1;
+}
+
 void EndWithSeparator(std::string& path) {
-    if (!path.ends_with(kPathSeparator)) {
+    if (!EndsWithSeparator(path)) {
         path += kPathSeparator;
     }
 }

@@ -2,6 +2,8 @@
 
 #include "host_test.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstdlib>
 #include <optional>
@@ -142,5 +144,52 @@ TEST_F(PerUserRoots, TheInstalledPathMayTakeTheFullLength) {
         const std::string name(nLength, 'p');
         InstallPrinter(name, Document("<Info><Item Name=\"printer\"/></Info>"));
         EXPECT_EQ(OpenPrinter(name.c_str()) != nullptr, nLength == nLongest) << nLength;
+    }
+}
+
+/// A copy that nobody may write, and a process that may be privileged: nothing here gives up its rights.
+class ReadOnlyCopies : public HostTest {
+protected:
+    void SetUp() override {
+        HostTest::SetUp();
+        InstallMain(Document("<Info><Item Name='installed'/></Info>"));
+        CopyMainForUser(Document("<Info><Item Name='mine'/></Info>"));
+        SetMode(0444);
+    }
+
+    void TearDown() override {
+        SetMode(0644);
+        HostTest::TearDown();
+    }
+
+    void SetMode(unsigned int mode) const { fs::permissions(UserMainPath(), static_cast<fs::perms>(mode)); }
+};
+
+TEST_F(ReadOnlyCopies, AreAbsentToALoad) {
+    Open();
+    EXPECT_EQ(GetAttrValue("Info", "Name"), "installed");
+}
+
+TEST_F(ReadOnlyCopies, AreAbsentToASave) {
+    SetMode(0644);
+    Open();
+    SetMode(0444);
+    const std::string before = UserMainText();
+    WriteAttr("Info", "Name", "changed");
+    EXPECT_EQ(UserMainText(), before);
+    SetMode(0644);
+    WriteAttr("Info", "Name", "changed");
+    EXPECT_NE(UserMainText(), before);
+}
+
+TEST_F(ReadOnlyCopies, ArePresentToAPrivilegedProcessWhenAnybodyMayWriteThem) {
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "needs a privileged process";
+    }
+    for (const unsigned int mode : {0464u, 0446u, 0644u}) {
+        SetMode(mode);
+        Open();
+        EXPECT_EQ(GetAttrValue("Info", "Name"), "mine") << std::oct << mode;
+        CloseAll();
     }
 }

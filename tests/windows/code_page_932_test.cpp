@@ -3,6 +3,8 @@
 
 #include "code_page_test.h"
 
+#include <process.h>
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -113,6 +115,22 @@ TEST_F(CodePage932, ALanguageMayHaveABackslashForASecondByte) {
     WriteFile(folder / "Strings.xml", Document("<Main><Item Title='&#x30BD;'/></Main>"));
     ASSERT_NE(Open(kSo), nullptr);
     EXPECT_EQ(GetXMLString("Main", "Title"), kSo);
+}
+
+// The folder's name ends in a byte that is also a backslash. A host of its own runs there.
+TEST_F(CodePage932, DocumentsLieInAFolderWhoseLastByteIsABackslash) {
+    const fs::path folder = InstallFolder() / L"\u8868";
+    const fs::path copies = PerUserRoot() / "Marvane" / "Hollivet" / "Cordelbox" / "xml";
+    WriteFile(folder / "Cordelbox" / "xml" / "Cordelbox.xml", Document("<Counter><Item Value='5'/></Counter>"));
+    WriteFile(folder / "Cordelbox" / "xml" / L"\u30BD.xml", Document("<Info><Item Name='printer'/></Info>"));
+    WriteFile(folder / "Cordelbox" / "language" / "English" / "Strings.xml", Document(""));
+    WriteFile(copies / "Cordelbox.xml", Document("<Counter><Item Value='7'/></Counter>"));
+    fs::copy_file(InstallFolder() / "folder_host.exe", folder / "folder_host.exe",
+                  fs::copy_options::overwrite_existing);
+
+    EXPECT_EQ(::_wspawnl(_P_WAIT, (folder / "folder_host.exe").c_str(), L"folder_host", nullptr), 0);
+    EXPECT_NE(ReadFile(copies / "Cordelbox.xml").find("\"8\""), std::string::npos);
+    fs::remove_all(folder);
 }
 
 TEST_F(CodePage932, AMissOfTheFilteredGetterReturnsTheCallersBytes) {

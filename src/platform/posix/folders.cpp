@@ -62,6 +62,10 @@ bool IsPresentAndWritable(const char* path, CReason* reason) noexcept {
         GiveReason(reason, CReason::Of(ReasonKind::NotRegular));
         return false;
     }
+    if ((status.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0) {
+        GiveReason(reason, CReason::Of(ReasonKind::NotPermitted)); // a privileged process is let into a read-only file
+        return false;
+    }
     // A shared lock: two tests at the same moment do not disturb each other.
     if (flock(file.Descriptor(), LOCK_SH | LOCK_NB) != 0) {
         return Failed("flock", reason);
