@@ -1,31 +1,44 @@
-// The ticked files of a project as a chain of records.
-//
-// A file's attributes are taken by position: "FileID" is found by its name, and the nine that follow it are what
-// WritePrjFile writes behind it, "checked" the last.
+#include "catalogue/file_records.h"
 
-#include "cordelbox.h"
 #include "store/module_state.h"
-#include "store/node_readers.h"
 #include "store/record_fields.h"
+
+CProjectFiles::CProjectFiles(CXmlObject* document) : m_query("Files", {}) {
+    ListAllAttributes(document, &m_query, &m_outcome);
+    m_query.m_attrs.Rewind();
+}
+
+bool CProjectFiles::Next(ProjectFile& file) {
+    CXmlAttribute& attributes = m_query.m_attrs;
+    while (attributes.Index() < m_query.m_nCount && attributes.GetName() != "FileID") {
+        attributes.MoveNext();
+    }
+    if (attributes.Index() >= m_query.m_nCount) {
+        return false;
+    }
+    file.fileId = attributes.TakeValue();
+    file.component = attributes.TakeValue();
+    file.id = attributes.TakeValue();
+    file.type = attributes.TakeValue();
+    file.volume = attributes.TakeValue();
+    file.path = attributes.TakeValue();
+    file.localPath = attributes.TakeValue();
+    file.size = attributes.TakeValue();
+    file.createDate = attributes.TakeValue();
+    file.checked = attributes.TakeValue();
+    return true;
+}
 
 namespace {
 
-constexpr int32_t kFileAttributes = 10;
-
-/// Takes a file's ten attributes and moves behind them. True when the file is ticked.
-bool TakeFile(CXmlAttribute& attributes, FileItem& file) {
-    TakeField(attributes, file.FileID, "FileID");
-    TakeField(attributes, file.Component, "Component");
-    TakeField(attributes, file.ID, "ID");
-    TakeField(attributes, file.Type, "Type");
-    TakeField(attributes, file.Volume, "Volume");
-    TakeField(attributes, file.Path, "Path");
-    TakeField(attributes, file.LocalPath, "LocalPath");
-    attributes.MoveNext(); // "Size"
-    attributes.MoveNext(); // "CreateDate"
-    const bool bTicked = attributes.GetValue() == "1";
-    attributes.MoveNext();
-    return bTicked;
+void FillRecord(FileItem& record, const ProjectFile& file) noexcept {
+    SetField(record.FileID, file.fileId, "FileID");
+    SetField(record.Component, file.component, "Component");
+    SetField(record.ID, file.id, "ID");
+    SetField(record.Type, file.type, "Type");
+    SetField(record.Volume, file.volume, "Volume");
+    SetField(record.Path, file.path, "Path");
+    SetField(record.LocalPath, file.localPath, "LocalPath");
 }
 
 } // namespace
@@ -34,23 +47,15 @@ int32_t GetFiles(FileItem* first) noexcept {
     if (first == nullptr) {
         return 0;
     }
-    CXmlQuery query("Files", {});
-    ListAllAttributes(State().currentDocument, &query);
-    query.m_attrs.Rewind();
-
     // A file that is not ticked is overwritten by the next one; behind a ticked one a spare record is ready.
+    CProjectFiles files(State().currentDocument);
+    ProjectFile file;
     FileItem* target = first;
     FileItem* lastTicked = nullptr;
     int32_t count = 0;
-    const AnsiString fileId("FileID");
-    for (int32_t index = 0; index < query.m_nCount;) {
-        if (query.m_attrs.GetName() != fileId) {
-            query.m_attrs.MoveNext();
-            ++index;
-            continue;
-        }
-        index += kFileAttributes;
-        if (TakeFile(query.m_attrs, *target)) {
+    while (files.Next(file)) {
+        FillRecord(*target, file);
+        if (file.IsTicked()) {
             lastTicked = target;
             target = target->next = new FileItem{};
             ++count;

@@ -1,14 +1,18 @@
-// Whether a local path is listed already.
+#include "catalogue/path_conflict.h"
 
-#include "cordelbox.h"
 #include "platform/code_page.h"
 #include "store/collected_values.h"
+#include "store/module_state.h"
 
-uint32_t IsPathConflict(AnsiString localPath) noexcept {
-    for (const AnsiString& listed : CCollectedValues("Files", "LocalPath")) {
+bool IsPathListed(CXmlObject* document, const AnsiString& localPath) {
+    for (const AnsiString& listed : CCollectedValues(document, "Files", "LocalPath")) {
         if (platform::EqualIgnoringCase({listed.c_str(), listed.size()}, {localPath.c_str(), localPath.size()})) {
-            return 1;
+            return true;
         }
     }
-    return 0;
+    return false;
+}
+
+uint32_t IsPathConflict(AnsiString localPath) noexcept {
+    return IsPathListed(State().currentDocument, localPath) ? 1 : 0;
 }

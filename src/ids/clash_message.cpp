@@ -1,5 +1,6 @@
 #include "ids/clash_message.h"
 
+#include "nodes/attribute_values.h"
 #include "platform/bounded_text.h"
 #include "platform/code_page.h"
 #include "platform/message_box.h"
@@ -13,8 +14,6 @@ namespace {
 constexpr std::size_t kMessageSize = 260;    // with the terminating zero
 constexpr std::size_t kWidthLimit = 1000000; // of a width or precision, far beyond what fits
 constexpr std::size_t kFilledLimit = 65536;  // of a filled template, far beyond what a person reads
-
-constexpr const char* kStringTable = "StringTable";
 
 /// Replaces every placeholder, as far as the first `enough` bytes of the result go; what follows them is arbitrary.
 std::string ReplaceAll(std::string_view text, std::string_view placeholder, std::string_view replacement,
@@ -105,11 +104,9 @@ void AppendNumber(std::string& result, const Directive& directive, int32_t numbe
 
 } // namespace
 
-AnsiString KindName(const char* type) { return GetXMLString1("ProjectFilter", "ID", type, "Value"); }
-
-AnsiString FontKindName() { return GetXMLString(kStringTable, "FontFile_SPFTTF"); }
-
-AnsiString ClashTemplate() { return GetXMLString(kStringTable, "DuplicateID_EditingFile_SendingProject"); }
+AnsiString ClashTemplate(CXmlObject* strings) {
+    return ReadValue(strings, "StringTable", "DuplicateID_EditingFile_SendingProject");
+}
 
 std::string FillPlaceholders(std::string_view text, std::string_view kindName, std::string_view id) {
     // Of two bytes at most the second pass makes one, so twice the limit is enough for it, and one byte that the first
@@ -150,7 +147,7 @@ std::string FormatClash(std::string_view text, std::string_view kindName, int32_
     return result;
 }
 
-void ShowClash(const MessageWindows* windows, const std::string& text) {
+void ShowClash(CXmlObject* strings, const MessageWindows* windows, const std::string& text) {
     static const MessageWindows none{};
     const MessageWindows& lent = windows != nullptr ? *windows : none;
     const WindowHandle owner = lent.owner != nullptr ? *lent.owner : nullptr;
@@ -160,7 +157,7 @@ void ShowClash(const MessageWindows* windows, const std::string& text) {
             handles.push_back(*window);
         }
     }
-    const AnsiString caption = GetXMLString("Main", "Title");
+    const AnsiString caption = ReadValue(strings, "Main", "Title");
     const auto setEnabled = [&handles](bool enabled) {
         for (const WindowHandle handle : handles) {
             platform::SetWindowEnabled(handle, enabled);

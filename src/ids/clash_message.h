@@ -7,14 +7,8 @@
 #include <string>
 #include <string_view>
 
-/// The name of the kind of files of Type "2" or "8", from the strings document; the type itself when it has none.
-AnsiString KindName(const char* type);
-
-/// The name of the fonts as a kind.
-AnsiString FontKindName();
-
 /// The template of the message. It serves both functions below.
-AnsiString ClashTemplate();
+AnsiString ClashTemplate(CXmlObject* strings);
 
 /// The template with every "%s" replaced by the kind's name, and then every "%d" by the ID, also one that the name
 /// brought in. A result of more than 65,536 bytes is cut there, at a character; nothing longer is ever made of a
@@ -29,4 +23,4 @@ std::string FormatClash(std::string_view text, std::string_view kindName, int32_
 
 /// Shows the message in a modal box, with the title from the strings document. The lent windows are disabled while it
 /// is open; those that were disabled are enabled again, whatever the record says by then. `windows` may be null.
-void ShowClash(const MessageWindows* windows, const std::string& text);
+void ShowClash(CXmlObject* strings, const MessageWindows* windows, const std::string& text);

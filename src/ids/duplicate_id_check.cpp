@@ -1,54 +1,30 @@
-// Whether the file being edited shares its ID with another one of its group.
+#include "ids/duplicate_id_check.h"
 
-#include "cordelbox.h"
 #include "ids/clash_message.h"
 #include "ids/file_list_names.h"
+#include "nodes/attribute_values.h"
 #include "platform/bounded_text.h"
 #include "store/collected_values.h"
 #include "store/module_state.h"
 
-#include <span>
 #include <string>
 #include <vector>
 
 namespace {
 
-enum Kind : int32_t { kFonts = 0, kType2 = 1, kType8 = 2 };
-
-struct Group {
-    Kind kind;
-    std::span<const char* const> types;
-};
-
-constexpr const char* kType2Only[] = {"2"};
-constexpr const char* kType8Only[] = {"8"};
-constexpr const char* kFontTypes[] = {"1", "5"};
-
-/// The group of files that a Type belongs to; null for a Type that is not checked.
-const Group* FindGroup(const AnsiString& type) noexcept {
-    static constexpr Group groups[] = {{kType2, kType2Only}, {kType8, kType8Only}, {kFonts, kFontTypes}};
-    for (const Group& group : groups) {
-        for (const char* const member : group.types) {
-            if (type == member) {
-                return &group;
-            }
-        }
-    }
-    return nullptr;
-}
-
-/// Number of the files of a group that have this ID.
-int32_t CountUsers(const Group& group, const AnsiString& id) {
+/// Number of the files of a kind that have this ID.
+int32_t CountUsers(CXmlObject* document, FileKind kind, const AnsiString& id) {
     const FileListNames names;
-    const std::vector<AnsiString> types(group.types.begin(), group.types.end());
+    const auto members = TypesOfKind(kind);
+    const std::vector<AnsiString> types(members.begin(), members.end());
     int32_t users = 0;
-    for (const AnsiString& fileId : CCollectedValues(names.files, names.fileId)) {
+    for (const AnsiString& fileId : CCollectedValues(document, names.files, names.fileId)) {
         for (const AnsiString& type : types) {
             CXmlQuery query(names.files, names.localPath);
             query.AddPair(names.fileId, fileId);
             query.AddPair(names.id, id);
             query.AddPair(names.type, type);
-            users += ReadAttribute(State().currentDocument, &query) == 0 ? 1 : 0;
+            users += ReadAttribute(document, &query) == 0 ? 1 : 0;
         }
     }
     return users;
@@ -56,26 +32,34 @@ int32_t CountUsers(const Group& group, const AnsiString& id) {
 
 } // namespace
 
-int32_t CheckID(int32_t* id, int32_t* kind, MessageWindows* windows) noexcept {
-    const AnsiString editedFile = GetAttrValue("Property", "FileID");
-    const AnsiString editedType = GetAttrValue1("Files", "FileID", editedFile, "Type");
-    const AnsiString editedId = GetAttrValue1("Files", "FileID", editedFile, "ID");
-    const int32_t number = platform::LenientInteger(editedId.c_str());
-    if (id != nullptr) {
-        *id = number;
-    }
-    const Group* const group = FindGroup(editedType);
-    if (group == nullptr) {
-        return 1;
-    }
-    const int32_t users = CountUsers(*group, editedId); // the edited file among them
+EditedIdCheck CheckEditedId(CXmlObject* document) {
+    EditedIdCheck check;
+    const AnsiString editedFile = ReadValue(document, "Property", "FileID");
+    const AnsiString type = ReadFilteredValue(document, "Files", "FileID", editedFile, "Type");
+    check.m_strId = ReadFilteredValue(document, "Files", "FileID", editedFile, "ID");
+    check.m_nId = platform::LenientInteger(check.m_strId.c_str());
+    const FileKind* const kind = KindOfType(type);
     if (kind != nullptr) {
-        *kind = group->kind;
+        check.m_kind = *kind;
+        check.m_nUsers = CountUsers(document, *kind, check.m_strId);
     }
-    if (users <= 1) {
+    return check;
+}
+
+int32_t CheckID(int32_t* id, int32_t* kind, MessageWindows* windows) noexcept {
+    const EditedIdCheck check = CheckEditedId(State().currentDocument);
+    if (id != nullptr) {
+        *id = check.m_nId;
+    }
+    if (kind != nullptr && check.m_kind.has_value()) {
+        *kind = static_cast<int32_t>(*check.m_kind);
+    }
+    if (!check.IsClash()) {
         return 1;
     }
-    const AnsiString kindName = group->kind == kFonts ? FontKindName() : KindName(group->types[0]);
-    ShowClash(windows, FillPlaceholders(ClashTemplate().c_str(), kindName.c_str(), std::to_string(number)));
+    CXmlObject* const strings = State().stringsDocument;
+    const AnsiString kindName = KindName(strings, *check.m_kind);
+    ShowClash(strings, windows,
+              FillPlaceholders(ClashTemplate(strings).c_str(), kindName.c_str(), std::to_string(check.m_nId)));
     return 0;
 }

@@ -1,16 +1,13 @@
-// The lowest free slot for an ICM profile.
-//
-// The slots of a kind are the characters of one text, the first for slot 1: "0" and "1" may be used, "2" is in use.
+#include "ids/icm_profile_ids.h"
 
-#include "cordelbox.h"
 #include "ids/file_list_names.h"
+#include "nodes/attribute_values.h"
 #include "platform/bounded_text.h"
 #include "platform/code_page.h"
 #include "store/collected_values.h"
 #include "store/module_state.h"
 
 #include <algorithm>
-#include <string>
 
 namespace {
 
@@ -25,13 +22,13 @@ constexpr ProfileKind kKinds[] = {{0, "RGBSource", "0"}, {2, "PrinterProfile", "
 constexpr char kInUse = '2';
 
 /// Marks the slots of the listed profiles of a kind; an ID that is no slot is ignored.
-void MarkListed(std::string& slots, const AnsiString& profileType) {
+void MarkListed(CXmlObject* document, std::string& slots, const AnsiString& profileType) {
     const FileListNames names;
-    for (const AnsiString& fileId : CCollectedValues(names.files, names.fileId)) {
+    for (const AnsiString& fileId : CCollectedValues(document, names.files, names.fileId)) {
         CXmlQuery query(names.files, names.id);
         query.AddPair(names.fileId, fileId);
         query.AddPair(names.profileType, profileType);
-        if (ReadAttribute(State().currentDocument, &query) != 0) {
+        if (ReadAttribute(document, &query) != 0) {
             continue;
         }
         const int32_t slot = platform::LenientInteger(query.FirstValue().c_str());
@@ -43,14 +40,23 @@ void MarkListed(std::string& slots, const AnsiString& profileType) {
 
 } // namespace
 
-int32_t GetAvailICMID(uint32_t kind) noexcept {
+std::optional<std::string> ReadIcmSlots(CXmlObject* document, uint32_t kind) {
     const auto* const known = std::find_if(std::begin(kKinds), std::end(kKinds),
                                            [kind](const ProfileKind& entry) { return entry.kind == kind; });
     if (known == std::end(kKinds)) {
-        return 0;
+        return std::nullopt;
     }
-    std::string slots = GetAttrValue(known->element, "IDArray").c_str();
-    MarkListed(slots, known->profileType);
+    std::string slots = ReadValue(document, known->element, "IDArray").c_str();
+    MarkListed(document, slots, known->profileType);
+    return slots;
+}
+
+int32_t FindFreeSlot(const std::string& slots) {
     const std::size_t free = std::min(platform::FindCharacter(slots, '0'), platform::FindCharacter(slots, '1'));
     return free != std::string::npos ? static_cast<int32_t>(free) + 1 : 0;
+}
+
+int32_t GetAvailICMID(uint32_t kind) noexcept {
+    const std::optional<std::string> slots = ReadIcmSlots(State().currentDocument, kind);
+    return slots.has_value() ? FindFreeSlot(*slots) : 0;
 }

@@ -1,58 +1,45 @@
-// Whether two files ticked for sending would be stored under the same ID.
-//
-// The IDs of each group are joined into a text list, each followed by a comma, and looked for as its tokens: an empty
-// ID never counts, and one that holds a comma counts as several.
+// The IDs of each kind are joined into a text list, each followed by a comma, and looked for as its tokens: an empty ID
+// never counts, and one that holds a comma counts as several.
 
-#include "cordelbox.h"
+#include "ids/id_validation.h"
+
 #include "ids/clash_message.h"
 #include "ids/file_list_names.h"
 #include "platform/bounded_text.h"
 #include "store/collected_values.h"
 #include "store/module_state.h"
 
-#include <string>
+#include <array>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
 
 namespace {
 
-AnsiString ReadOfTicked(const FileListNames& names, const AnsiString& fileId, const AnsiString& attribute,
-                        bool& bFound) {
+AnsiString ReadOfTicked(CXmlObject* document, const FileListNames& names, const AnsiString& fileId,
+                        const AnsiString& attribute, bool& bFound) {
     CXmlQuery query(names.files, attribute);
     query.AddPair(names.fileId, fileId);
     query.AddPair(names.checked, names.ticked);
-    bFound = ReadAttribute(State().currentDocument, &query) == 0;
+    bFound = ReadAttribute(document, &query) == 0;
     return query.FirstValue();
 }
 
-struct IdLists {
-    std::string type2;
-    std::string type8; // built and never checked: hosts rely on two such files with one ID passing
-    std::string fonts;
+using IdLists = std::array<std::string, 3>; // by kind
 
-    std::string* ListOf(const AnsiString& type) noexcept {
-        if (type == "2") {
-            return &type2;
-        }
-        if (type == "8") {
-            return &type8;
-        }
-        return type == "1" || type == "5" ? &fonts : nullptr;
-    }
-};
+std::string& ListOf(IdLists& lists, FileKind kind) noexcept { return lists[static_cast<std::size_t>(kind)]; }
 
-IdLists ListTickedIds() {
+IdLists ListTickedIds(CXmlObject* document) {
     IdLists lists;
     const FileListNames names;
-    for (const AnsiString& fileId : CCollectedValues(names.files, names.fileId)) {
+    for (const AnsiString& fileId : CCollectedValues(document, names.files, names.fileId)) {
         bool bTicked = false;
-        const AnsiString type = ReadOfTicked(names, fileId, names.type, bTicked);
-        std::string* const list = bTicked ? lists.ListOf(type) : nullptr;
-        if (list != nullptr) {
+        const AnsiString type = ReadOfTicked(document, names, fileId, names.type, bTicked);
+        const FileKind* const kind = bTicked ? KindOfType(type) : nullptr;
+        if (kind != nullptr) {
             bool bHasId = false; // without one the file's own FileID stands in for it
-            *list += ReadOfTicked(names, fileId, names.id, bHasId).c_str();
-            *list += ',';
+            ListOf(lists, *kind) += ReadOfTicked(document, names, fileId, names.id, bHasId).c_str();
+            ListOf(lists, *kind) += ',';
         }
     }
     return lists;
@@ -76,22 +63,27 @@ std::string_view FindRepeated(std::string_view list) {
     return {};
 }
 
-bool ReportRepeated(std::string_view list, AnsiString (*kindName)(), const MessageWindows* windows) {
-    const std::string_view id = FindRepeated(list);
-    if (id.empty()) {
-        return false;
-    }
-    ShowClash(windows, FormatClash(ClashTemplate().c_str(), kindName().c_str(), platform::LenientInteger(id)));
-    return true;
-}
-
-AnsiString Type2KindName() { return KindName("2"); }
-
 } // namespace
 
+std::optional<IdClash> FindTickedClash(CXmlObject* document) {
+    IdLists lists = ListTickedIds(document);
+    for (const FileKind kind : {FileKind::Type2, FileKind::Fonts}) {
+        const std::string_view id = FindRepeated(ListOf(lists, kind));
+        if (!id.empty()) {
+            return IdClash{kind, std::string(id)};
+        }
+    }
+    return std::nullopt;
+}
+
 int32_t IdsAreValid(MessageWindows* windows) noexcept {
-    const IdLists lists = ListTickedIds();
-    const bool bClash =
-        ReportRepeated(lists.type2, Type2KindName, windows) || ReportRepeated(lists.fonts, FontKindName, windows);
-    return bClash ? 0 : 1;
+    const std::optional<IdClash> clash = FindTickedClash(State().currentDocument);
+    if (!clash.has_value()) {
+        return 1;
+    }
+    CXmlObject* const strings = State().stringsDocument;
+    ShowClash(strings, windows,
+              FormatClash(ClashTemplate(strings).c_str(), KindName(strings, clash->m_kind).c_str(),
+                          platform::LenientInteger(clash->m_strId)));
+    return 0;
 }

@@ -1,19 +1,30 @@
-// Writing without any knowledge of what a document holds.
+#include "nodes/generic_writers.h"
 
-#include "cordelbox.h"
 #include "nodes/node_writers.h"
-#include "store/current_document.h"
+#include "store/module_state.h"
+
+COutcome WriteValue(CXmlObject* document, AnsiString element, AnsiString attribute, AnsiString value) {
+    const CXmlQuery query(std::move(element), std::move(attribute), std::move(value));
+    COutcome outcome;
+    WriteAttribute(document, &query, &outcome);
+    return outcome;
+}
+
+COutcome ClearContainer(CXmlObject* document, AnsiString element) {
+    const CXmlQuery query(std::move(element), {});
+    COutcome outcome;
+    RemoveItems(document, &query, &outcome);
+    return outcome;
+}
 
 uint32_t WriteAttr(AnsiString element, AnsiString attribute, AnsiString value) noexcept {
-    const CXmlQuery query(std::move(element), std::move(attribute), std::move(value));
-    WriteAttribute(&query);
+    WriteValue(State().currentDocument, std::move(element), std::move(attribute), std::move(value));
     SaveCurrentDocument();
     return 1;
 }
 
 uint32_t DelAllElem(AnsiString element) noexcept {
-    const CXmlQuery query(std::move(element), {});
-    const int32_t status = RemoveItems(&query);
+    const COutcome outcome = ClearContainer(State().currentDocument, std::move(element));
     SaveCurrentDocument();
-    return status == 1 ? 0 : 1;
+    return outcome ? 1 : 0;
 }

@@ -2,17 +2,11 @@
 
 #include "platform/code_page.h"
 #include "store/locked_pass.h"
-#include "store/module_state.h"
-#include "rows/row_filter.h"
+#include "store/query_filter.h"
 
 #include <vector>
 
 namespace {
-
-template <class Pass>
-int32_t RunOnCurrent(const CXmlQuery* query, Pass pass) noexcept {
-    return RunOnContainer(State().currentDocument, query, pass);
-}
 
 /// The first m_nCount pairs of a query as the DOM's text. Surplus rounds of the count take an empty name and text.
 class CDomPairs {
@@ -40,64 +34,64 @@ private:
 
 } // namespace
 
-int32_t WriteItem(const CXmlQuery* query) noexcept {
-    return RunOnCurrent(query, [&](CDocumentTables& tables, CRowTable& table) {
+int32_t WriteItem(CXmlObject* document, const CXmlQuery* query, COutcome* outcome) noexcept {
+    return RunOnContainer(document, query, outcome, [&](CDocumentTables& tables, CRowTable& table) {
         if (query->m_nCount < 0) {
-            return 1;
+            return What::NoSuchRow;
         }
         if (query->m_nCount == 0) {
             tables.RemoveAllRows(table, CDocumentTables::Order::LastToFirst);
-            return 0;
+            return What::Done;
         }
         // A child without attributes gives 1 wherever it stands: behind an equal one too, and otherwise as an error.
-        if (CRowFilter(table, *query).FindFirst(table, kNoName) != kNoRow) {
-            return 1;
+        if (FilterOf(table, *query).FindFirst(table, kNoName) != kNoRow) {
+            return What::AlreadyThere;
         }
         tables.AppendItem(table, CDomPairs(*query).Pairs());
-        return 0;
+        return What::Done;
     });
 }
 
-int32_t WriteAttribute(const CXmlQuery* query) noexcept {
-    return RunOnCurrent(query, [&](CDocumentTables& tables, CRowTable& table) {
+int32_t WriteAttribute(CXmlObject* document, const CXmlQuery* query, COutcome* outcome) noexcept {
+    return RunOnContainer(document, query, outcome, [&](CDocumentTables& tables, CRowTable& table) {
         const CellPlace found = FindQueriedCell(table, *query);
         if (found.row == kNoRow) {
-            return 1;
+            return What::NoSuchRow;
         }
         tables.SetText(table, found.row, found.cell, platform::CDomArgument(query->m_strValue).View());
-        return 0;
+        return What::Done;
     });
 }
 
-int32_t RemoveItems(const CXmlQuery* query) noexcept {
-    return RunOnCurrent(query, [&](CDocumentTables& tables, CRowTable& table) {
+int32_t RemoveItems(CXmlObject* document, const CXmlQuery* query, COutcome* outcome) noexcept {
+    return RunOnContainer(document, query, outcome, [&](CDocumentTables& tables, CRowTable& table) {
         if (query->m_nCount == 0) {
             const bool bAny = table.LiveCount() != 0;
             tables.RemoveAllRows(table, CDocumentTables::Order::FirstToLast);
-            return bAny ? 0 : 1;
+            return bAny ? What::Done : What::NoSuchRow;
         }
-        const RowNumber row = CRowFilter(table, *query).FindFirst(table, kNoName);
+        const RowNumber row = FilterOf(table, *query).FindFirst(table, kNoName);
         if (row == kNoRow) {
-            return 1;
+            return What::NoSuchRow;
         }
         tables.RemoveRow(table, row);
-        return 0;
+        return What::Done;
     });
 }
 
-int32_t UpdateItem(const CXmlQuery* query) noexcept {
-    return RunOnCurrent(query, [&](CDocumentTables& tables, CRowTable& table) {
-        const RowNumber row = CRowFilter(table, query->m_strAttr, query->m_strValue).FindFirst(table, kNoName);
+int32_t UpdateItem(CXmlObject* document, const CXmlQuery* query, COutcome* outcome) noexcept {
+    return RunOnContainer(document, query, outcome, [&](CDocumentTables& tables, CRowTable& table) {
+        const RowNumber row = KeyFilterOf(table, *query).FindFirst(table, kNoName);
         if (row == kNoRow) {
-            return 1;
+            return What::NoSuchRow;
         }
-        const CRowFilter pairs(table, *query);
+        const CRowFilter pairs = FilterOf(table, *query);
         for (std::size_t cell = 0; cell < table.Cells(row).size(); ++cell) {
             const RowPair* const pair = pairs.FindPair(table.Cells(row)[cell].name);
             if (pair != nullptr) {
                 tables.SetText(table, row, cell, pair->text);
             }
         }
-        return 0;
+        return What::Done;
     });
 }

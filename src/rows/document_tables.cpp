@@ -24,7 +24,7 @@ void RequireText(DomView text) {
 
 } // namespace
 
-CRowTable* CDocumentTables::FindContainer(DomView tagName) {
+CRowTable* CDocumentTables::FindTable(DomView tagName) {
     const auto known = m_containers.find(tagName);
     if (known != m_containers.end()) {
         return known->second.get();

@@ -20,7 +20,7 @@ public:
 
     /// The rows of the container with this tag name; null when there is none. Valid until the next change.
     /// Throws DomError, std::bad_alloc.
-    CRowTable* FindContainer(DomView tagName);
+    CRowTable* FindTable(DomView tagName);
 
     // Changes. Each throws DomError when the DOM refuses it, or std::bad_alloc, and has then changed nothing unless it
     // says otherwise. The table must not be used afterwards, unless it says so.

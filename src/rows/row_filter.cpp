@@ -2,23 +2,11 @@
 
 #include <algorithm>
 
-CRowFilter::CRowFilter(const CRowTable& table, const CXmlQuery& query) : m_nCount(query.m_nCount) {
-    const auto pairs = static_cast<std::size_t>(std::clamp(m_nCount, 0, query.m_attrs.Count()));
+CRowFilter::CRowFilter(int32_t count, std::size_t pairs) : m_nCount(count) {
     m_texts.reserve(pairs);
     m_pairs.reserve(pairs);
-    const CXmlAttribute::Pair* pair = query.m_attrs.Head();
-    for (std::size_t index = 0; index < pairs; ++index, pair = pair->next) {
-        AddPair(table, pair->name, pair->value);
-    }
 }
 
-CRowFilter::CRowFilter(const CRowTable& table, const AnsiString& name, const AnsiString& value) : m_nCount(1) {
-    m_texts.reserve(1);
-    m_pairs.reserve(1);
-    AddPair(table, name, value);
-}
-
-/// Adds a pair, for which m_texts has room: the texts must not move any more.
 void CRowFilter::AddPair(const CRowTable& table, const AnsiString& name, const AnsiString& value) {
     m_texts.emplace_back(value);
     m_pairs.push_back({table.FindName(platform::CDomArgument(name).View()), m_texts.back().View()});
@@ -91,9 +79,8 @@ RowNumber CRowFilter::Probe(CRowTable& table, NameNumber wanted) const {
     return row;
 }
 
-CellPlace FindQueriedCell(CRowTable& table, const CXmlQuery& query) {
-    const NameNumber wanted = table.FindName(platform::CDomArgument(query.m_strAttr).View());
-    const RowNumber row = wanted != kNoName ? CRowFilter(table, query).FindFirst(table, wanted) : kNoRow;
+CellPlace CRowFilter::FindFirstCell(CRowTable& table, NameNumber wanted) const {
+    const RowNumber row = FindFirst(table, wanted);
     if (row == kNoRow) {
         return {};
     }

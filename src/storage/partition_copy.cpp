@@ -1,29 +1,49 @@
-// Carrying values from the current disk layout to the default one.
+#include "storage/partition_copy.h"
 
-#include "cordelbox.h"
+#include "nodes/attribute_values.h"
 #include "nodes/node_writers.h"
 #include "store/collected_values.h"
-#include "store/current_document.h"
+#include "store/module_state.h"
 
 namespace {
 
-/// A value that the current layout lacks reads as the partition's name, which is then copied: hosts rely on it.
-void CopyToDefault(const AnsiString& partition, const char* attribute) {
-    CXmlQuery query("DefaultDisk", attribute, GetAttrValue1("CurrentDisk", "Partition", partition, attribute));
-    query.AddPair("Partition", partition);
-    WriteAttribute(&query);
+void CopyToDefault(CXmlObject* document, const AnsiString& partition, const char* attribute, MissingValue missing,
+                   PartitionCopy& copy) {
+    CXmlQuery current("CurrentDisk", attribute);
+    current.AddPair("Partition", partition);
+    if (ReadAttribute(document, &current) != 0) {
+        ++copy.m_nMissing;
+        if (missing == MissingValue::StaysOut) {
+            return;
+        }
+    }
+    CXmlQuery target("DefaultDisk", attribute, current.FirstValue());
+    target.AddPair("Partition", partition);
+    ++(WriteAttribute(document, &target) == 0 ? copy.m_nCopied : copy.m_nNoTarget);
 }
 
 } // namespace
 
+PartitionCopy CopyPartitionShares(CXmlObject* document, MissingValue missing) {
+    PartitionCopy copy;
+    for (const AnsiString& partition : CCollectedValues(document, "CurrentDisk", "Partition")) {
+        CopyToDefault(document, partition, "Percent", missing, copy);
+        CopyToDefault(document, partition, "Size", missing, copy);
+    }
+    return copy;
+}
+
+PartitionCopy CopyChosenImage(CXmlObject* document, MissingValue missing) {
+    PartitionCopy copy;
+    CopyToDefault(document, ReadValue(document, "CurrentChosePartition", "Name"), "Image", missing, copy);
+    return copy;
+}
+
 void CopyPatition(int32_t mode) noexcept {
     if (mode != 0) {
-        for (const AnsiString& partition : CCollectedValues("CurrentDisk", "Partition")) {
-            CopyToDefault(partition, "Percent");
-            CopyToDefault(partition, "Size");
-        }
+        CopyPartitionShares(State().currentDocument, MissingValue::TakesName);
     } else {
-        CopyToDefault(GetAttrValue("CurrentChosePartition", "Name"), "Image");
+        CopyChosenImage(State().currentDocument, MissingValue::TakesName);
     }
     SaveCurrentDocument();
 }

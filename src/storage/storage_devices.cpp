@@ -1,15 +1,13 @@
-// A printer's storage devices and their volumes.
+#include "storage/storage_devices.h"
 
-#include "cordelbox.h"
 #include "nodes/node_writers.h"
-#include "store/current_document.h"
+#include "store/module_state.h"
 
 #include <string>
 
 namespace {
 
-/// VolumeNum stands on a device's first volume only.
-void WriteVolume(const StorageRecord& storage, uint32_t index) {
+COutcome RecordVolume(CXmlObject* document, const StorageRecord& storage, uint32_t index) {
     const VolumeRecord& volume = storage.volumes[index];
     CXmlQuery query("Storage", {});
     if (index == 0) {
@@ -22,16 +20,26 @@ void WriteVolume(const StorageRecord& storage, uint32_t index) {
     query.AddPair("Location", volume.location);
     query.AddPair("Label", volume.label);
     query.AddPair("Status", volume.status);
-    WriteItem(&query);
+    COutcome outcome;
+    WriteItem(document, &query, &outcome);
+    return outcome;
 }
 
 } // namespace
 
-uint32_t PrinterInfoProc(const PrinterInfo* info) noexcept {
-    for (uint32_t storage = 0; info != nullptr && storage < info->storageCount; ++storage) {
-        for (uint32_t volume = 0; volume < info->storages[storage].volumeCount; ++volume) {
-            WriteVolume(info->storages[storage], volume);
+CRowsAdded RecordVolumes(CXmlObject* document, const PrinterInfo& info) {
+    CRowsAdded rows;
+    for (uint32_t storage = 0; storage < info.storageCount; ++storage) {
+        for (uint32_t volume = 0; volume < info.storages[storage].volumeCount; ++volume) {
+            rows.Note(RecordVolume(document, info.storages[storage], volume));
         }
+    }
+    return rows;
+}
+
+uint32_t PrinterInfoProc(const PrinterInfo* info) noexcept {
+    if (info != nullptr) {
+        RecordVolumes(State().currentDocument, *info);
     }
     SaveCurrentDocument();
     return 1;

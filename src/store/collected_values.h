@@ -1,4 +1,4 @@
-// One attribute of every child of a container of the current document, to be walked with a range-for.
+// One attribute of every child of a container, to be walked with a range-for.
 
 #pragma once
 
@@ -8,9 +8,9 @@
 
 class CCollectedValues {
 public:
-    CCollectedValues(AnsiString element, AnsiString attribute) noexcept
+    CCollectedValues(CXmlObject* document, AnsiString element, AnsiString attribute) noexcept
         : m_query(std::move(element), std::move(attribute)) {
-        CollectAttribute(&m_query);
+        CollectAttribute(document, &m_query);
     }
 
     /// Number of values, which may be partial: what stands before a child that cannot be read.

@@ -2,41 +2,43 @@
 
 #include "platform/folders.h"
 #include "store/document_paths.h"
-#include "store/xml_object.h"
 
 #include <exception>
 
-int32_t LoadDocument(CXmlObject& document) {
-    if (document.m_strPath.empty()) {
-        return 1;
-    }
-    const AnsiString userCopy = UserCopyPath(document.m_strPath);
+FileChoice ChooseFile(const AnsiString& installFolderPath) {
+    FileChoice choice;
+    const AnsiString userCopy = UserCopyPath(installFolderPath);
     if (userCopy.empty()) {
-        return 1; // not even from the install folder: such a document could never be saved
+        choice.m_whyNotUserCopy = CReason::Of(ReasonKind::NoPath);
+        return choice;
     }
-    const bool bUserCopy = platform::IsPresentAndWritable(userCopy.c_str());
-    document.m_nLoadState = bUserCopy ? LoadState::FromUserCopy : LoadState::FromInstallFolder;
-    auto dom = DomDocument::Create();
-    if (dom == nullptr || !dom->Load((bUserCopy ? userCopy : document.m_strPath).c_str())) {
-        return 1;
-    }
-    document.m_pTables = std::make_unique<CDocumentTables>(*dom);
-    document.m_pDom = std::move(dom);
-    return 0;
+    const bool bUserCopy = platform::IsPresentAndWritable(userCopy.c_str(), &choice.m_whyNotUserCopy);
+    choice.m_nLoadState = bUserCopy ? LoadState::FromUserCopy : LoadState::FromInstallFolder;
+    choice.m_strPath = bUserCopy ? userCopy : installFolderPath;
+    return choice;
 }
 
-int32_t SaveDocument(CXmlObject& document) noexcept {
+std::unique_ptr<DomDocument> LoadFile(const AnsiString& path, CReason* reason) {
+    auto dom = DomDocument::Create();
+    if (dom == nullptr) {
+        GiveReason(reason, CReason::Of(ReasonKind::CallFailed, "there is no DOM to be had"));
+        return nullptr;
+    }
+    return dom->Load(path.c_str(), reason) ? std::move(dom) : nullptr;
+}
+
+COutcome SaveToUserCopy(DomDocument& dom, const AnsiString& installFolderPath) noexcept {
     try {
-        if (document.m_strPath.empty() || document.m_pDom == nullptr) {
-            return 1;
+        const AnsiString userCopy = UserCopyPath(installFolderPath);
+        CReason reason = CReason::Of(ReasonKind::NoPath);
+        if (userCopy.empty() || !platform::IsPresentAndWritable(userCopy.c_str(), &reason)) {
+            return {What::NoUserCopy, std::move(reason)};
         }
-        const AnsiString userCopy = UserCopyPath(document.m_strPath);
-        if (userCopy.empty() || !platform::IsPresentAndWritable(userCopy.c_str())) {
-            return 1;
-        }
-        document.m_pDom->Save(userCopy.c_str());
-        return 0;
+        dom.Save(userCopy.c_str());
+        return {};
+    } catch (const DomError& error) {
+        return {What::Failed, error.Reason()};
     } catch (const std::exception&) {
-        return 1;
+        return {What::Failed, CReason::Of(ReasonKind::OutOfMemory)};
     }
 }

@@ -1,17 +1,28 @@
-// Load and save of a document: which of its two files, and what a failure leaves.
+// Which of its two files a document is read from, the reading, and the writing.
 
 #pragma once
 
-#include "cordelbox.h"
+#include "platform/dom.h"
+#include "store/outcome.h"
 
-struct CXmlObject;
+#include <memory>
 
-/// Loads the document at `document.m_strPath`: the per-user copy when it is present and writable, else the installed
-/// one. Returns 0, or 1 and has then loaded nothing. A per-user copy that is malformed fails; the installed document
-/// does not step in for it. Throws DomError when the DOM's load call itself fails. The caller holds the document's
-/// lock.
-int32_t LoadDocument(CXmlObject& document);
+enum class LoadState : int32_t { NotLoaded = 0, FromInstallFolder = 1, FromUserCopy = 2 };
 
-/// Saves the document over its per-user copy, wherever it was loaded from. Returns 0, or 1 when there is no such copy
-/// that can be written, or writing failed. The caller holds the document's lock.
-int32_t SaveDocument(CXmlObject& document) noexcept;
+/// The file that a document is read from.
+struct FileChoice {
+    LoadState m_nLoadState = LoadState::NotLoaded; // NotLoaded: there is none to read
+    AnsiString m_strPath;
+    CReason m_whyNotUserCopy; // why the per-user copy was not taken
+};
+
+/// Chooses the per-user copy when it is present and writable, else the installed file. None when the copy's path cannot
+/// be had: such a document could never be saved.
+FileChoice ChooseFile(const AnsiString& installFolderPath);
+
+/// Loads the file. Null when there is no document in it, and `reason`, where one is wanted, says why. Throws DomError
+/// when the DOM's load call itself fails, std::bad_alloc.
+std::unique_ptr<DomDocument> LoadFile(const AnsiString& path, CReason* reason);
+
+/// Writes the document over its per-user copy, wherever it was loaded from: Done, NoUserCopy or Failed.
+COutcome SaveToUserCopy(DomDocument& dom, const AnsiString& installFolderPath) noexcept;

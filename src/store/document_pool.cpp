@@ -3,6 +3,7 @@
 #include "platform/semaphore.h"
 #include "store/xml_object.h"
 
+#include <memory>
 #include <new>
 
 namespace {
@@ -28,20 +29,14 @@ CXmlObject* OpenLocked(PoolOwner& owner, const AnsiString& relativePath) {
     if (*link != nullptr) {
         return (*link)->document->Open(relativePath) == 0 ? (*link)->document : nullptr;
     }
-    auto* const document = new (std::nothrow) CXmlObject;
-    if (document == nullptr) {
+    std::unique_ptr<PoolNode> node(new (std::nothrow) PoolNode{nullptr, nullptr});
+    std::unique_ptr<CXmlObject> document(node != nullptr ? new (std::nothrow) CXmlObject : nullptr);
+    if (document == nullptr || document->Open(relativePath) != 0) {
         return nullptr;
     }
-    *link = new (std::nothrow) PoolNode{nullptr, document};
-    if (*link == nullptr) {
-        delete document;
-        return nullptr;
-    }
-    if (document->Open(relativePath) != 0) {
-        RemoveNode(link);
-        return nullptr;
-    }
-    return document;
+    node->document = document.release();
+    *link = node.release();
+    return (*link)->document;
 }
 
 bool CanServe(const PoolOwner* owner, const AnsiString& relativePath) noexcept {
@@ -54,8 +49,8 @@ CXmlObject* OpenDocument(PoolOwner* owner, const AnsiString& relativePath) {
     if (!CanServe(owner, relativePath)) {
         return nullptr;
     }
-    // No guard: the lock is kept on purpose when the DOM's load call itself fails (see CXmlObject::Open). The document
-    // then stays in the list, locked too.
+    // No guard: the lock is kept on purpose when the DOM's load call itself fails (see CXmlObject::Open). A new
+    // document is not in the list then.
     platform::Wait(owner->semaphore);
     CXmlObject* document = nullptr;
     try {

@@ -12,7 +12,7 @@ struct PoolNode {
 
 /// Opens the document at that path relative to the host's folder, or adds a reference when it is open. Null when it
 /// cannot be opened; it is then not in the list. When the DOM's load call itself fails, its DomError passes and the
-/// pool stays locked.
+/// pool stays locked, without the document.
 CXmlObject* OpenDocument(PoolOwner* owner, const AnsiString& relativePath);
 
 /// Drops one reference of the document, and the document with the last one. Returns 0, also when it is not open; 1

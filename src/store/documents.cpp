@@ -20,11 +20,6 @@ AnsiString MainDocumentPath() { return Join(kXmlFolder, "Cordelbox.xml"); }
 
 } // namespace
 
-ModuleState& State() noexcept {
-    static ModuleState state;
-    return state;
-}
-
 CXmlObject* GetXmlObj(PoolOwner* owner, const char* language) {
     ModuleState& state = State();
     state.poolOwner = owner;

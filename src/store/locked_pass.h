@@ -2,35 +2,45 @@
 
 #pragma once
 
+#include "platform/code_page.h"
 #include "platform/semaphore.h"
+#include "store/outcome.h"
 #include "store/xml_object.h"
 #include "store/xml_query.h"
 
 #include <new>
 
-/// Runs `pass` on the tables of an open document, holding its lock, and returns its status. 1 when there is no open
-/// document or no query, and when the DOM or the memory fails midway; what was done until then stays.
+/// Runs `pass`, which says What came of it, on the tables of an open document, holding its lock. Returns the status: 0
+/// when it was done, else 1. What was done before the DOM or the memory fails midway stays. `outcome` may be null.
 template <class Pass>
-int32_t RunLocked(CXmlObject* document, const CXmlQuery* query, Pass pass) noexcept {
-    if (document == nullptr || document->m_hSemaphore == nullptr || query == nullptr ||
-        document->m_pTables == nullptr) {
-        return 1;
+int32_t RunLocked(CXmlObject* document, const CXmlQuery* query, COutcome* outcome, Pass pass) noexcept {
+    What what = What::NoDocument;
+    CReason reason;
+    if (document != nullptr && document->m_hSemaphore != nullptr && query != nullptr &&
+        document->m_pTables != nullptr) {
+        const platform::CSemaphoreGuard guard(document->m_hSemaphore);
+        try {
+            what = pass(*document->m_pTables);
+        } catch (const DomError& error) {
+            what = What::Failed;
+            reason = error.Reason();
+        } catch (const std::bad_alloc&) {
+            what = What::Failed;
+            reason = CReason::Of(ReasonKind::OutOfMemory);
+        }
     }
-    const platform::CSemaphoreGuard guard(document->m_hSemaphore);
-    try {
-        return pass(*document->m_pTables);
-    } catch (const DomError&) {
-        return 1;
-    } catch (const std::bad_alloc&) {
-        return 1;
+    if (outcome != nullptr) {
+        outcome->m_what = what;
+        outcome->m_reason = std::move(reason);
     }
+    return what == What::Done ? 0 : 1;
 }
 
-/// The same on the container that the query names. 1 when there is none.
+/// The same on the container that the query names.
 template <class Pass>
-int32_t RunOnContainer(CXmlObject* document, const CXmlQuery* query, Pass pass) noexcept {
-    return RunLocked(document, query, [&](CDocumentTables& tables) {
-        CRowTable* const table = tables.FindContainer(platform::CDomArgument(query->m_strElement).View());
-        return table != nullptr ? pass(tables, *table) : 1;
+int32_t RunOnContainer(CXmlObject* document, const CXmlQuery* query, COutcome* outcome, Pass pass) noexcept {
+    return RunLocked(document, query, outcome, [&](CDocumentTables& tables) {
+        CRowTable* const table = tables.FindTable(platform::CDomArgument(query->m_strElement).View());
+        return table != nullptr ? pass(tables, *table) : What::NoContainer;
     });
 }

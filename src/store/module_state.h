@@ -13,3 +13,7 @@ struct ModuleState {
 };
 
 ModuleState& State() noexcept;
+
+/// What every saving export ends with: saves the current document under its lock, if one was opened. Whether that
+/// succeeded is not reported.
+void SaveCurrentDocument() noexcept;

@@ -2,8 +2,7 @@
 
 #include "platform/code_page.h"
 #include "store/locked_pass.h"
-#include "store/module_state.h"
-#include "rows/row_filter.h"
+#include "store/query_filter.h"
 
 #include <vector>
 
@@ -17,7 +16,7 @@ void Deliver(CXmlAttribute& attributes, const CRowTable& table, const RowCell& c
 
 /// Delivers cells of all rows one by one, so that an error leaves what came before it.
 template <class Choose>
-int32_t DeliverFromAllRows(CXmlQuery& query, const CRowTable& table, Choose isChosen) {
+What DeliverFromAllRows(CXmlQuery& query, const CRowTable& table, Choose isChosen) {
     query.m_attrs.Clear();
     query.m_nCount = 0;
     for (RowNumber row = 0; row < table.RowCount(); ++row) {
@@ -34,7 +33,7 @@ int32_t DeliverFromAllRows(CXmlQuery& query, const CRowTable& table, Choose isCh
             }
         }
     }
-    return query.m_nCount != 0 ? 0 : 1;
+    return query.m_nCount != 0 ? What::Done : What::NoSuchRow;
 }
 
 /// Replaces the query's pairs by some of a row's cells, all or none.
@@ -49,27 +48,27 @@ void DeliverRow(CXmlQuery& query, const CRowTable& table, std::span<const RowCel
 
 } // namespace
 
-int32_t ReadAttribute(CXmlObject* document, CXmlQuery* query) noexcept {
-    return RunOnContainer(document, query, [&](CDocumentTables&, CRowTable& table) {
+int32_t ReadAttribute(CXmlObject* document, CXmlQuery* query, COutcome* outcome) noexcept {
+    return RunOnContainer(document, query, outcome, [&](CDocumentTables&, CRowTable& table) {
         const CellPlace found = FindQueriedCell(table, *query);
         if (found.row == kNoRow) {
-            return 1;
+            return What::NoSuchRow;
         }
         DeliverRow(*query, table, table.Cells(found.row).subspan(found.cell, 1));
-        return 0;
+        return What::Done;
     });
 }
 
-int32_t ListAllAttributes(CXmlObject* document, CXmlQuery* query) noexcept {
-    return RunOnContainer(document, query, [&](CDocumentTables&, const CRowTable& table) {
+int32_t ListAllAttributes(CXmlObject* document, CXmlQuery* query, COutcome* outcome) noexcept {
+    return RunOnContainer(document, query, outcome, [&](CDocumentTables&, const CRowTable& table) {
         return DeliverFromAllRows(*query, table, [](const RowCell&) { return true; });
     });
 }
 
-int32_t CollectAttribute(CXmlQuery* query) noexcept {
-    return RunOnContainer(State().currentDocument, query, [&](CDocumentTables&, const CRowTable& table) {
+int32_t CollectAttribute(CXmlObject* document, CXmlQuery* query, COutcome* outcome) noexcept {
+    return RunOnContainer(document, query, outcome, [&](CDocumentTables&, const CRowTable& table) {
         if (query->m_nCount != 0) {
-            return 1;
+            return What::NoSuchRow;
         }
         std::vector<bool> wanted; // by name: several base names may be one 8-bit text
         for (NameNumber name = 0; name < table.NameCount(); ++name) {
@@ -79,15 +78,14 @@ int32_t CollectAttribute(CXmlQuery* query) noexcept {
     });
 }
 
-int32_t ReadChild(CXmlQuery* query) noexcept {
-    return RunOnContainer(State().currentDocument, query, [&](CDocumentTables&, CRowTable& table) {
-        const CRowFilter filter =
-            query->m_nCount == 0 ? CRowFilter(table, query->m_strAttr, query->m_strValue) : CRowFilter(table, *query);
+int32_t ReadChild(CXmlObject* document, CXmlQuery* query, COutcome* outcome) noexcept {
+    return RunOnContainer(document, query, outcome, [&](CDocumentTables&, CRowTable& table) {
+        const CRowFilter filter = query->m_nCount == 0 ? KeyFilterOf(table, *query) : FilterOf(table, *query);
         const RowNumber row = filter.FindFirst(table, kNoName);
         if (row == kNoRow) {
-            return 1;
+            return What::NoSuchRow;
         }
         DeliverRow(*query, table, table.Cells(row));
-        return 0;
+        return What::Done;
     });
 }

@@ -1,6 +1,5 @@
 #include "store/xml_object.h"
 
-#include "store/document_file.h"
 #include "store/document_paths.h"
 
 #include <new>
@@ -9,8 +8,9 @@ CXmlObject::CXmlObject() noexcept : m_hSemaphore(platform::NewSemaphore()) {}
 
 CXmlObject::~CXmlObject() { platform::DeleteSemaphore(m_hSemaphore); }
 
-int32_t CXmlObject::Open(const AnsiString& relativePath) {
+int32_t CXmlObject::Open(const AnsiString& relativePath, CReason* reason) {
     if (m_hSemaphore == nullptr || relativePath.empty()) {
+        GiveReason(reason, CReason::Of(m_hSemaphore == nullptr ? ReasonKind::CallFailed : ReasonKind::NoPath));
         return 1;
     }
     // No guard: when the DOM's load call itself fails, the lock is kept on purpose. The host learns of a state that it
@@ -18,21 +18,22 @@ int32_t CXmlObject::Open(const AnsiString& relativePath) {
     platform::Wait(m_hSemaphore);
     int32_t status = 1;
     try {
-        status = OpenLocked(relativePath);
+        status = OpenLocked(relativePath, reason);
     } catch (const std::bad_alloc&) {
-        status = 1;
+        GiveReason(reason, CReason::Of(ReasonKind::OutOfMemory));
     }
     platform::Signal(m_hSemaphore);
     return status;
 }
 
-int32_t CXmlObject::OpenLocked(const AnsiString& relativePath) {
+int32_t CXmlObject::OpenLocked(const AnsiString& relativePath, CReason* reason) {
     if (!m_strPath.empty() && !IsSamePath(relativePath)) {
+        GiveReason(reason, CReason::Of(ReasonKind::NoPath));
         return 1;
     }
     if (m_nReferences == 0) {
         m_strPath = InstallFolderPath(relativePath);
-        if (LoadDocument(*this) != 0) {
+        if (!Load(reason)) {
             m_strPath = {};
             return 1;
         }
@@ -41,9 +42,32 @@ int32_t CXmlObject::OpenLocked(const AnsiString& relativePath) {
     return 0;
 }
 
+bool CXmlObject::Load(CReason* reason) {
+    m_file = ChooseFile(m_strPath);
+    if (m_file.m_nLoadState == LoadState::NotLoaded) {
+        GiveReason(reason, m_file.m_whyNotUserCopy);
+        return false;
+    }
+    auto dom = LoadFile(m_file.m_strPath, reason);
+    if (dom == nullptr) {
+        return false;
+    }
+    m_pTables = std::make_unique<CDocumentTables>(*dom);
+    m_pDom = std::move(dom);
+    return true;
+}
+
 bool CXmlObject::IsSamePath(const AnsiString& relativePath) const {
     const AnsiString path = InstallFolderPath(relativePath);
     return !path.empty() && path == m_strPath;
+}
+
+COutcome CXmlObject::Save() noexcept {
+    if (m_hSemaphore == nullptr) {
+        return {What::NoDocument, {}};
+    }
+    const platform::CSemaphoreGuard guard(m_hSemaphore);
+    return m_pDom != nullptr ? SaveToUserCopy(*m_pDom, m_strPath) : COutcome{What::NoDocument, {}};
 }
 
 int32_t CXmlObject::ReleaseReference() noexcept {
@@ -54,7 +78,7 @@ int32_t CXmlObject::ReleaseReference() noexcept {
     if (--m_nReferences == 0) {
         m_pTables.reset();
         m_pDom.reset();
-        m_nLoadState = LoadState::NotLoaded;
+        m_file = {};
     }
     return 0;
 }

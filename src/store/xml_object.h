@@ -1,4 +1,7 @@
 // One open document of the pool.
+//
+// A document's life, from below: document_paths says where its two files are, document_file which of them is read and
+// how it is written, an object of this kind holds what was read and who shares it, and document_pool the objects.
 
 #pragma once
 
@@ -6,10 +9,9 @@
 #include "platform/dom.h"
 #include "platform/semaphore.h"
 #include "rows/document_tables.h"
+#include "store/document_file.h"
 
 #include <memory>
-
-enum class LoadState : int32_t { NotLoaded = 0, FromInstallFolder = 1, FromUserCopy = 2 };
 
 /// A document with its lock. The pool's lock is always taken before a document's, never after.
 struct CXmlObject {
@@ -18,12 +20,16 @@ struct CXmlObject {
     CXmlObject(const CXmlObject&) = delete;
     CXmlObject& operator=(const CXmlObject&) = delete;
 
-    /// Loads the document, or shares it when it is loaded. Returns 0, or 1 and is then not open. When the DOM's load
-    /// call itself fails, its DomError passes and the document stays locked.
-    int32_t Open(const AnsiString& relativePath);
+    /// Loads the document, or shares it when it is loaded. Returns 0, or 1 and is then not open; `reason`, where one is
+    /// wanted, says why. A per-user copy that is malformed fails; the installed document does not step in for it. When
+    /// the DOM's load call itself fails, its DomError passes and the document stays locked.
+    int32_t Open(const AnsiString& relativePath, CReason* reason = nullptr);
 
     /// True when this document was opened for that path.
     bool IsSamePath(const AnsiString& relativePath) const;
+
+    /// Saves the document over its per-user copy, wherever it was loaded from, under its lock.
+    COutcome Save() noexcept;
 
     /// Drops one reference; the last one drops the tree. Returns 0, or 1 when there is none to drop.
     int32_t ReleaseReference() noexcept;
@@ -33,8 +39,9 @@ struct CXmlObject {
     const platform::LockHandle m_hSemaphore;    // guards everything here; null: cannot be opened
     std::unique_ptr<DomDocument> m_pDom;        // null until loaded
     std::unique_ptr<CDocumentTables> m_pTables; // of m_pDom
-    LoadState m_nLoadState = LoadState::NotLoaded;
+    FileChoice m_file;                          // which it was loaded from
 
 private:
-    int32_t OpenLocked(const AnsiString& relativePath);
+    int32_t OpenLocked(const AnsiString& relativePath, CReason* reason);
+    bool Load(CReason* reason);
 };

@@ -65,6 +65,12 @@ AnsiString CXmlAttribute::GetName() const noexcept { return m_pCur != nullptr ? 
 
 AnsiString CXmlAttribute::GetValue() const noexcept { return m_pCur != nullptr ? m_pCur->value : AnsiString(); }
 
+AnsiString CXmlAttribute::TakeValue() noexcept {
+    AnsiString value = GetValue();
+    MoveNext();
+    return value;
+}
+
 CXmlQuery::CXmlQuery(AnsiString element, AnsiString attribute, AnsiString value) noexcept
     : m_strElement(std::move(element)), m_strAttr(std::move(attribute)), m_strValue(std::move(value)) {}
 

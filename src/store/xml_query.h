@@ -38,6 +38,9 @@ public:
     AnsiString GetName() const noexcept;
     AnsiString GetValue() const noexcept;
 
+    /// The value under the cursor, which moves on.
+    AnsiString TakeValue() noexcept;
+
     const Pair* Head() const noexcept { return m_pHead; }
     int32_t Count() const noexcept { return m_nPairs; }
     int32_t Index() const noexcept { return m_nIndex; }

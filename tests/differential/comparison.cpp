@@ -102,17 +102,17 @@ int32_t RunEngine(Operation operation, CXmlObject& document, CXmlQuery& query) {
     case Operation::ListAllAttributes:
         return ListAllAttributes(&document, &query);
     case Operation::CollectAttribute:
-        return CollectAttribute(&query);
+        return CollectAttribute(&document, &query);
     case Operation::ReadChild:
-        return ReadChild(&query);
+        return ReadChild(&document, &query);
     case Operation::WriteItem:
-        return WriteItem(&query);
+        return WriteItem(&document, &query);
     case Operation::WriteAttribute:
-        return WriteAttribute(&query);
+        return WriteAttribute(&document, &query);
     case Operation::RemoveItems:
-        return RemoveItems(&query);
+        return RemoveItems(&document, &query);
     case Operation::UpdateItem:
-        return UpdateItem(&query);
+        return UpdateItem(&document, &query);
     }
     return 1;
 }

@@ -4,9 +4,9 @@
 
 #include "nodes/node_writers.h"
 #include "platform/semaphore.h"
-#include "store/document_file.h"
 #include "store/document_pool.h"
 #include "store/module_state.h"
+#include "store/xml_object.h"
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -82,7 +82,7 @@ FaultTest::FaultTest(DocumentSize size)
     State().currentDocument = m_pDocument;
     CXmlQuery change("Files", "ID", "changed, and a little longer than it was");
     change.AddPair("FileID", "5");
-    EXPECT_EQ(WriteAttribute(&change), 0);
+    EXPECT_EQ(WriteAttribute(State().currentDocument, &change), 0);
     EXPECT_EQ(Save(), 0);
     m_strNew = ReadBytes(CopyPath());
     EXPECT_NE(m_strNew, m_strOld);
@@ -108,7 +108,7 @@ void FaultTest::RestoreCopy() {
     m_strNote = FileAttribute(CopyPath(), kNote);
 }
 
-int32_t FaultTest::Save() const { return SaveDocument(*m_pDocument); }
+int32_t FaultTest::Save() const { return m_pDocument->Save() ? 0 : 1; }
 
 std::set<std::string> FaultTest::Names() const {
     std::set<std::string> names;

@@ -65,7 +65,7 @@ protected:
             document = OpenDocument(&m_owner, kName);
         }
         if (document != nullptr) {
-            EXPECT_EQ(Contents(*document), m_contents[document->m_nLoadState]);
+            EXPECT_EQ(Contents(*document), m_contents[document->m_file.m_nLoadState]);
             EXPECT_EQ(ReleaseDocument(&m_owner, kName), 0);
         }
         EXPECT_EQ(m_owner.head, nullptr);
@@ -86,7 +86,7 @@ protected:
     void ExpectNextLoadToWork() {
         CXmlObject* const document = OpenDocument(&m_owner, kName);
         ASSERT_NE(document, nullptr);
-        EXPECT_EQ(document->m_nLoadState, LoadState::FromUserCopy);
+        EXPECT_EQ(document->m_file.m_nLoadState, LoadState::FromUserCopy);
         ReleaseDocument(&m_owner, kName);
     }
 
@@ -104,7 +104,7 @@ protected:
 private:
     std::string ContentsOf(LoadState state) {
         CXmlObject* const document = OpenDocument(&m_owner, kName);
-        if (document == nullptr || document->m_nLoadState != state) {
+        if (document == nullptr || document->m_file.m_nLoadState != state) {
             throw std::runtime_error("the document does not load");
         }
         std::string contents = Contents(*document);

@@ -7,6 +7,7 @@
 #include "engine_document.h"
 #include "fault_document.h"
 #include "nodes/node_writers.h"
+#include "store/module_state.h"
 
 #include <gtest/gtest.h>
 
@@ -296,7 +297,7 @@ TEST_P(SaveMemory, FailingForATextMuchLongerThanBeforeLeavesTheOldDocument) {
     const auto saveWith = [&](const std::string& text, std::size_t failing) {
         CXmlQuery change("Files", "ID", AnsiString(text.c_str()));
         change.AddPair("FileID", "6");
-        EXPECT_EQ(WriteAttribute(&change), 0);
+        EXPECT_EQ(WriteAttribute(State().currentDocument, &change), 0);
         CLibraryMemory::Reset();
         const CLibraryMemory memory(failing);
         return Save();

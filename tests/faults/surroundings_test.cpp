@@ -6,7 +6,6 @@
 #include "platform/code_page.h"
 #include "platform/folders.h"
 #include "platform/semaphore.h"
-#include "store/current_document.h"
 #include "store/document_pool.h"
 #include "store/module_state.h"
 #include "store/node_readers.h"
@@ -95,7 +94,7 @@ TEST_F(Surroundings, ADocumentWithoutASemaphoreTakesNoOperation) {
     EXPECT_EQ(document.ReleaseReference(), 1);
     State().currentDocument = &document;
     CXmlQuery query("Files", "ID", "x");
-    EXPECT_EQ(WriteAttribute(&query), 1);
+    EXPECT_EQ(WriteAttribute(State().currentDocument, &query), 1);
     EXPECT_EQ(ReadAttribute(&document, &query), 1);
     SaveCurrentDocument();
     EXPECT_EQ(ReadBytes(CopyPath()), m_strOld);

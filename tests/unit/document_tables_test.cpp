@@ -5,6 +5,7 @@
 
 #include "engine_document.h"
 #include "nodes/node_writers.h"
+#include "store/module_state.h"
 #include "store/node_readers.h"
 
 #include <gtest/gtest.h>
@@ -27,17 +28,17 @@ std::string First(CEngineDocument& document, const char* container) {
 
 void Overwrite(const char* container, const char* a, const char* b) {
     const CRequest query = CRequest(container, "B", b).With("A", a);
-    ASSERT_EQ(WriteAttribute(&query), 0);
+    ASSERT_EQ(WriteAttribute(State().currentDocument, &query), 0);
 }
 
 void Append(const char* container, const char* a, const char* b) {
     const CRequest query = CRequest(container, "").With("A", a).With("B", b);
-    ASSERT_EQ(WriteItem(&query), 0);
+    ASSERT_EQ(WriteItem(State().currentDocument, &query), 0);
 }
 
 void Remove(const char* container, const char* a) {
     const CRequest query = CRequest(container, "").With("A", a);
-    ASSERT_EQ(RemoveItems(&query), 0);
+    ASSERT_EQ(RemoveItems(State().currentDocument, &query), 0);
 }
 
 std::string Row(const std::string& a, const std::string& b) { return "<i A=\"" + a + "\" B=\"" + b + "\"/>"; }
@@ -127,7 +128,7 @@ TEST(AnIndex, OverTwoAttributesFollowsEither) {
     };
     EXPECT_EQ(find("x", "q"), "2");
     const CRequest change = CRequest("L", "C", "q").With("A", "1");
-    ASSERT_EQ(WriteAttribute(&change), 0);
+    ASSERT_EQ(WriteAttribute(State().currentDocument, &change), 0);
     EXPECT_EQ(find("x", "q"), "1");
     EXPECT_EQ(find("x", "p"), "-");
 }
@@ -146,7 +147,7 @@ TEST(AnIndex, StaysRightWhenARowGetsTwoAttributesOfOneName) {
     CEngineDocument document("<r xmlns:m=\"1\" xmlns:n=\"2\"><L>" + Row("1", "x") + "</L></r>");
     ASSERT_EQ(Find(document, "L", "x"), "1");
     const CRequest twofold = CRequest("L", "").With("A", "2").With("n:B", "p").With("m:B", "q");
-    ASSERT_EQ(WriteItem(&twofold), 0);
+    ASSERT_EQ(WriteItem(State().currentDocument, &twofold), 0);
     EXPECT_EQ(Find(document, "L", "q"), "2") << "found by its second B, which no index holds";
     EXPECT_EQ(Find(document, "L", "p"), "2");
     EXPECT_EQ(Find(document, "L", "x"), "1");
@@ -175,7 +176,7 @@ TEST(Indexes, BeyondTheirNumberStillAnswer) {
             EXPECT_EQ(query.FirstValue(), "2");
         }
     }
-    EXPECT_EQ(document.Tables().FindContainer("L")->RowCount(), 3u);
+    EXPECT_EQ(document.Tables().FindTable("L")->RowCount(), 3u);
 }
 
 TEST(FirstCarriers, FollowRemovalAndAppending) {
@@ -199,7 +200,7 @@ TEST(AContainer, ThatIsRemovedGivesWayToTheNextOfItsName) {
                              "</L></r>");
     ASSERT_EQ(First(document, "L"), "nested");
     const CRequest remove = CRequest("Outer", "").With("k", "1");
-    ASSERT_EQ(RemoveItems(&remove), 0);
+    ASSERT_EQ(RemoveItems(State().currentDocument, &remove), 0);
     EXPECT_EQ(First(document, "L"), "later");
 }
 
@@ -208,7 +209,7 @@ TEST(AContainer, DeepInWhatIsRemovedGivesWayToo) {
                              Row("later", "x") + "</L></r>");
     ASSERT_EQ(First(document, "L"), "nested");
     const CRequest clear("Outer", "");
-    ASSERT_EQ(RemoveItems(&clear), 0);
+    ASSERT_EQ(RemoveItems(State().currentDocument, &clear), 0);
     EXPECT_EQ(First(document, "L"), "later");
 }
 
@@ -216,17 +217,17 @@ TEST(AContainer, ThatIsRemovedWithoutAnotherIsGone) {
     CEngineDocument document("<r><Outer><L>" + Row("nested", "x") + "</L></Outer></r>");
     ASSERT_EQ(First(document, "L"), "nested");
     const CRequest clear("Outer", "");
-    ASSERT_EQ(WriteItem(&clear), 0);
+    ASSERT_EQ(WriteItem(State().currentDocument, &clear), 0);
     EXPECT_EQ(First(document, "L"), "-");
     const CRequest write = CRequest("L", "").With("A", "1");
-    EXPECT_EQ(WriteItem(&write), 1);
+    EXPECT_EQ(WriteItem(State().currentDocument, &write), 1);
 }
 
 TEST(AContainer, KeepsItsRowsWhenAnotherIsRemoved) {
     CEngineDocument document("<r><L>" + Row("1", "x") + "</L><Outer><M><i/></M></Outer></r>");
     ASSERT_EQ(First(document, "L"), "1");
     const CRequest clear("Outer", "");
-    ASSERT_EQ(RemoveItems(&clear), 0);
+    ASSERT_EQ(RemoveItems(State().currentDocument, &clear), 0);
     Overwrite("L", "1", "y");
     EXPECT_EQ(Find(document, "L", "y"), "1");
 }
@@ -235,9 +236,9 @@ TEST(AContainer, NamedItemAppearsWithTheFirstItem) {
     CEngineDocument document("<r><L/></r>");
     EXPECT_EQ(First(document, "Item"), "-");
     const CRequest early = CRequest("Item", "").With("A", "1");
-    EXPECT_EQ(WriteItem(&early), 1);
+    EXPECT_EQ(WriteItem(State().currentDocument, &early), 1);
     Append("L", "1", "x");
-    EXPECT_EQ(WriteItem(&early), 0);
+    EXPECT_EQ(WriteItem(State().currentDocument, &early), 0);
     EXPECT_EQ(document.Text("L"), "<L><Item A=\"1\" B=\"x\"><Item A=\"1\"/></Item></L>");
     EXPECT_EQ(First(document, "Item"), "1");
 }
@@ -246,11 +247,11 @@ TEST(AContainer, NamedItemIsTheOneThatCameFirstInTheDocumentNotInTime) {
     CEngineDocument document("<r><Early/><Late/></r>");
     Append("Late", "late", "x");
     const CRequest intoLate = CRequest("Item", "").With("A", "in late");
-    ASSERT_EQ(WriteItem(&intoLate), 0);
+    ASSERT_EQ(WriteItem(State().currentDocument, &intoLate), 0);
     Append("Early", "early", "x");
     EXPECT_EQ(First(document, "Item"), "-") << "the new item stands before the other one";
     const CRequest intoEarly = CRequest("Item", "").With("A", "in early");
-    ASSERT_EQ(WriteItem(&intoEarly), 0);
+    ASSERT_EQ(WriteItem(State().currentDocument, &intoEarly), 0);
     EXPECT_EQ(document.Text("Early"), "<Early><Item A=\"early\" B=\"x\"><Item A=\"in early\"/></Item></Early>");
 }
 
@@ -273,7 +274,7 @@ TEST(AContainer, IsAlsoARowOfAnother) {
 
 TEST(AContainer, WithoutChildElementsHasNoRows) {
     CEngineDocument document("<r><L> \n </L></r>");
-    EXPECT_EQ(document.Tables().FindContainer("L")->RowCount(), 0u);
+    EXPECT_EQ(document.Tables().FindTable("L")->RowCount(), 0u);
 }
 
 TEST(Containers, BeyondTheirNumberAreFoundAnew) {
@@ -300,11 +301,11 @@ TEST(Containers, BeyondTheirNumberAreFoundAnew) {
 TEST(Containers, BeyondTheirNumberAreForgotten) {
     CEngineDocument document("<r><L>" + Rows(3) + "</L></r>");
     Remove("L", "1");
-    ASSERT_EQ(document.Tables().FindContainer("L")->RowCount(), 3u) << "with a gap, as long as it is remembered";
+    ASSERT_EQ(document.Tables().FindTable("L")->RowCount(), 3u) << "with a gap, as long as it is remembered";
     for (int number = 0; number < 64; ++number) {
-        ASSERT_EQ(document.Tables().FindContainer("none" + std::to_string(number)), nullptr);
+        ASSERT_EQ(document.Tables().FindTable("none" + std::to_string(number)), nullptr);
     }
-    EXPECT_EQ(document.Tables().FindContainer("L")->RowCount(), 2u) << "read anew, without the gap";
+    EXPECT_EQ(document.Tables().FindTable("L")->RowCount(), 2u) << "read anew, without the gap";
 }
 
 TEST(Tables, ThatBecameMostlyGapsAreMadeAnew) {
@@ -315,8 +316,8 @@ TEST(Tables, ThatBecameMostlyGapsAreMadeAnew) {
         const int next = (row + 5) / 10 * 10 + 5;
         ASSERT_EQ(Find(document, "L", "5"), std::to_string(next)) << row;
     }
-    EXPECT_EQ(document.Tables().FindContainer("L")->RowCount(), 99u) << "no gap is left";
-    EXPECT_EQ(document.Tables().FindContainer("L")->LiveCount(), 99u);
+    EXPECT_EQ(document.Tables().FindTable("L")->RowCount(), 99u) << "no gap is left";
+    EXPECT_EQ(document.Tables().FindTable("L")->LiveCount(), 99u);
     EXPECT_EQ(First(document, "L"), "101");
     Append("L", "new", "5");
     EXPECT_EQ(Find(document, "L", "5"), "105");
@@ -327,8 +328,8 @@ TEST(Tables, OfFewRowsKeepTheirGaps) {
     for (int row = 0; row < 19; ++row) {
         Remove("L", std::to_string(row).c_str());
     }
-    EXPECT_EQ(document.Tables().FindContainer("L")->RowCount(), 20u);
-    EXPECT_EQ(document.Tables().FindContainer("L")->LiveCount(), 1u);
+    EXPECT_EQ(document.Tables().FindTable("L")->RowCount(), 20u);
+    EXPECT_EQ(document.Tables().FindTable("L")->LiveCount(), 1u);
     EXPECT_EQ(First(document, "L"), "19");
 }
 
@@ -336,8 +337,8 @@ TEST(Tables, AreEmptyAfterTheContainerWasEmptied) {
     CEngineDocument document("<r><L>" + Rows(30) + "<!--c--></L></r>");
     ASSERT_EQ(Find(document, "L", "5"), "5");
     const CRequest clear("L", "");
-    ASSERT_EQ(RemoveItems(&clear), 0);
-    const CRowTable* const table = document.Tables().FindContainer("L");
+    ASSERT_EQ(RemoveItems(State().currentDocument, &clear), 0);
+    const CRowTable* const table = document.Tables().FindTable("L");
     EXPECT_EQ(table->RowCount(), 0u);
     EXPECT_EQ(table->NameCount(), 0u);
     EXPECT_EQ(table->FirstBareRow(), kNoRow);
@@ -348,13 +349,13 @@ TEST(Tables, AreEmptyAfterTheContainerWasEmptied) {
 
 TEST(Tables, KnowTheFirstChildWithoutAttributes) {
     CEngineDocument document("<r><L><i/><i/><!--c-->text</L></r>");
-    EXPECT_EQ(document.Tables().FindContainer("L")->FirstBareRow(), 2u);
+    EXPECT_EQ(document.Tables().FindTable("L")->FirstBareRow(), 2u);
 }
 
 TEST(Tables, KnowWhetherARowHasTwoAttributesOfOneBaseName) {
     CEngineDocument document("<r xmlns:m=\"1\" xmlns:n=\"2\"><L><i a=\"\" b=\"\"/><i a=\"\"/></L><M><i m:a=\"\" "
                              "n:a=\"\"/></M><N><i m:a=\"\"/><i a=\"\"/></N></r>");
-    EXPECT_FALSE(document.Tables().FindContainer("L")->HasRepeatedNames());
-    EXPECT_TRUE(document.Tables().FindContainer("M")->HasRepeatedNames());
-    EXPECT_FALSE(document.Tables().FindContainer("N")->HasRepeatedNames());
+    EXPECT_FALSE(document.Tables().FindTable("L")->HasRepeatedNames());
+    EXPECT_TRUE(document.Tables().FindTable("M")->HasRepeatedNames());
+    EXPECT_FALSE(document.Tables().FindTable("N")->HasRepeatedNames());
 }

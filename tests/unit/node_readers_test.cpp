@@ -159,14 +159,14 @@ TEST(Readers, GiveOneWithoutDocumentOrQuery) {
     EXPECT_EQ(ListAllAttributes(nullptr, &query), 1);
     EXPECT_EQ(ListAllAttributes(&empty, &query), 1);
     EXPECT_EQ(ListAllAttributes(&document.Object(), nullptr), 1);
-    EXPECT_EQ(CollectAttribute(nullptr), 1);
-    EXPECT_EQ(ReadChild(nullptr), 1);
+    EXPECT_EQ(CollectAttribute(State().currentDocument, nullptr), 1);
+    EXPECT_EQ(ReadChild(State().currentDocument, nullptr), 1);
     State().currentDocument = nullptr;
-    EXPECT_EQ(CollectAttribute(&query), 1);
-    EXPECT_EQ(ReadChild(&query), 1);
+    EXPECT_EQ(CollectAttribute(State().currentDocument, &query), 1);
+    EXPECT_EQ(ReadChild(State().currentDocument, &query), 1);
     State().currentDocument = &empty;
-    EXPECT_EQ(CollectAttribute(&query), 1);
-    EXPECT_EQ(ReadChild(&query), 1);
+    EXPECT_EQ(CollectAttribute(State().currentDocument, &query), 1);
+    EXPECT_EQ(ReadChild(State().currentDocument, &query), 1);
 }
 
 TEST(Readers, GiveTheLockBack) {
@@ -177,9 +177,9 @@ TEST(Readers, GiveTheLockBack) {
         EXPECT_EQ(Value(document.Object()), 1);
         ListAllAttributes(&document.Object(), &query);
         EXPECT_EQ(Value(document.Object()), 1);
-        CollectAttribute(&query.Counting(0));
+        CollectAttribute(State().currentDocument, &query.Counting(0));
         EXPECT_EQ(Value(document.Object()), 1);
-        ReadChild(&query);
+        ReadChild(State().currentDocument, &query);
         EXPECT_EQ(Value(document.Object()), 1);
     }
 }
@@ -223,7 +223,7 @@ TEST(Collecting, TakesNoFilterOfAnyCount) {
     CEngineDocument document(kTwoRows);
     for (const int32_t count : {1, -1, kMost, kLeast}) {
         CRequest query = CRequest("List", "A").With("B", "2").Counting(count);
-        EXPECT_EQ(CollectAttribute(&query), 1);
+        EXPECT_EQ(CollectAttribute(State().currentDocument, &query), 1);
         EXPECT_EQ(query.m_nCount, count);
         EXPECT_EQ(PairsOf(query), (TextPairs{{"B", "2"}}));
     }
@@ -232,7 +232,7 @@ TEST(Collecting, TakesNoFilterOfAnyCount) {
 TEST(Collecting, DropsPairsThatDoNotCount) {
     CEngineDocument document(kTwoRows);
     CRequest query = CRequest("List", "B").With("A", "1").Counting(0);
-    EXPECT_EQ(CollectAttribute(&query), 0);
+    EXPECT_EQ(CollectAttribute(State().currentDocument, &query), 0);
     EXPECT_EQ(query.m_nCount, 2);
     EXPECT_EQ(PairsOf(query), (TextPairs{{"B", "2"}, {"B", "3"}}));
 }
@@ -240,7 +240,7 @@ TEST(Collecting, DropsPairsThatDoNotCount) {
 TEST(Collecting, OfANameThatNoChildHasLeavesNoPair) {
     CEngineDocument document(kTwoRows);
     CRequest query = CRequest("List", "none").With("A", "1").Counting(0);
-    EXPECT_EQ(CollectAttribute(&query), 1);
+    EXPECT_EQ(CollectAttribute(State().currentDocument, &query), 1);
     EXPECT_EQ(query.m_nCount, 0);
     EXPECT_EQ(PairsOf(query), TextPairs{});
 }
@@ -248,15 +248,15 @@ TEST(Collecting, OfANameThatNoChildHasLeavesNoPair) {
 TEST(Collecting, TwiceWithOneQueryGivesNothingTheSecondTime) {
     CEngineDocument document(kTwoRows);
     CRequest query("List", "B");
-    ASSERT_EQ(CollectAttribute(&query), 0);
-    EXPECT_EQ(CollectAttribute(&query), 1);
+    ASSERT_EQ(CollectAttribute(State().currentDocument, &query), 0);
+    EXPECT_EQ(CollectAttribute(State().currentDocument, &query), 1);
     EXPECT_EQ(query.m_nCount, 2);
 }
 
 TEST(ReadingAChild, ByItsKeyTakesTheFirst) {
     CEngineDocument document(kTwoRows);
     CRequest query("List", "A", "1");
-    EXPECT_EQ(ReadChild(&query), 0);
+    EXPECT_EQ(ReadChild(State().currentDocument, &query), 0);
     EXPECT_EQ(query.m_nCount, 3);
     EXPECT_EQ(PairsOf(query), (TextPairs{{"A", "1"}, {"B", "2"}, {"C", "first"}}));
 }
@@ -264,23 +264,23 @@ TEST(ReadingAChild, ByItsKeyTakesTheFirst) {
 TEST(ReadingAChild, ByAFilterDoesNotLookAtTheKey) {
     CEngineDocument document(kTwoRows);
     CRequest query = CRequest("List", "A", "no such").With("B", "3");
-    EXPECT_EQ(ReadChild(&query), 0);
+    EXPECT_EQ(ReadChild(State().currentDocument, &query), 0);
     EXPECT_EQ(PairsOf(query), (TextPairs{{"A", "1"}, {"B", "3"}, {"C", "second"}}));
 }
 
 TEST(ReadingAChild, LeavesTheQueryOnAMiss) {
     CEngineDocument document(kTwoRows);
     CRequest key = CRequest("List", "A", "7").With("B", "2").Counting(0);
-    EXPECT_EQ(ReadChild(&key), 1);
+    EXPECT_EQ(ReadChild(State().currentDocument, &key), 1);
     EXPECT_EQ(key.m_nCount, 0);
     EXPECT_EQ(PairsOf(key), (TextPairs{{"B", "2"}}));
     CRequest negative = CRequest("List", "A", "1").With("B", "2").Counting(-1);
-    EXPECT_EQ(ReadChild(&negative), 1);
+    EXPECT_EQ(ReadChild(State().currentDocument, &negative), 1);
     EXPECT_EQ(negative.m_nCount, -1);
 }
 
 TEST(ReadingAChild, StopsAtACommentBeforeIt) {
     CEngineDocument document("<r><List>text<i A=\"1\"/></List></r>");
     CRequest query("List", "A", "1");
-    EXPECT_EQ(ReadChild(&query), 1);
+    EXPECT_EQ(ReadChild(State().currentDocument, &query), 1);
 }

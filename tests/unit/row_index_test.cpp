@@ -4,8 +4,9 @@
 
 #include "engine_document.h"
 #include "nodes/node_writers.h"
-#include "store/node_readers.h"
 #include "rows/text_hash.h"
+#include "store/module_state.h"
+#include "store/node_readers.h"
 
 #include <gtest/gtest.h>
 
@@ -38,7 +39,7 @@ std::vector<RowNumber> FindAll(CRowTable& table, const std::string& text) {
     return rows;
 }
 
-CRowTable& Table(CEngineDocument& document) { return *document.Tables().FindContainer("L"); }
+CRowTable& Table(CEngineDocument& document) { return *document.Tables().FindTable("L"); }
 
 } // namespace
 
@@ -111,7 +112,7 @@ TEST(RowIndex, GrowsWithTheRowsThatAreAppended) {
     ASSERT_EQ(FindAll(Table(document), "0").size(), 1u);
     for (int row = 1; row < 3000; ++row) {
         const CRequest item = CRequest("L", "").With("A", Text(row).c_str()).With("B", Text(row).c_str());
-        ASSERT_EQ(WriteItem(&item), 0);
+        ASSERT_EQ(WriteItem(State().currentDocument, &item), 0);
     }
     for (int row = 0; row < 3000; ++row) {
         ASSERT_EQ(FindAll(Table(document), Text(row)), std::vector<RowNumber>{static_cast<RowNumber>(row)});
@@ -124,7 +125,7 @@ TEST(RowIndex, StaysUsableHoweverOftenATextChanges) {
     ASSERT_EQ(FindAll(Table(document), "0").size(), 1u);
     for (int round = 0; round < 10000; ++round) {
         const CRequest change = CRequest("L", "B", ("v" + Text(round)).c_str()).With("A", "1");
-        ASSERT_EQ(WriteAttribute(&change), 0);
+        ASSERT_EQ(WriteAttribute(State().currentDocument, &change), 0);
     }
     EXPECT_EQ(FindAll(Table(document), "v9999"), std::vector<RowNumber>{1});
     EXPECT_EQ(FindAll(Table(document), "v9998"), std::vector<RowNumber>{});
@@ -136,12 +137,12 @@ TEST(RowIndex, KeepsTheOrderOfRowsThatComeToShareAText) {
     ASSERT_EQ(FindAll(Table(document), "0").size(), 1u);
     for (const int row : {30, 10, 49, 0, 20}) {
         const CRequest change = CRequest("L", "B", "shared").With("A", Text(row).c_str());
-        ASSERT_EQ(WriteAttribute(&change), 0);
+        ASSERT_EQ(WriteAttribute(State().currentDocument, &change), 0);
     }
     EXPECT_EQ(FindAll(Table(document), "shared"), (std::vector<RowNumber>{0, 10, 20, 30, 49}));
     for (const int row : {20, 0, 49}) {
         const CRequest change = CRequest("L", "B", "left").With("A", Text(row).c_str());
-        ASSERT_EQ(WriteAttribute(&change), 0);
+        ASSERT_EQ(WriteAttribute(State().currentDocument, &change), 0);
     }
     EXPECT_EQ(FindAll(Table(document), "shared"), (std::vector<RowNumber>{10, 30}));
     EXPECT_EQ(FindAll(Table(document), "left"), (std::vector<RowNumber>{0, 20, 49}));
@@ -152,7 +153,7 @@ TEST(RowIndex, OfOneTextForAllRowsFollowsThemAll) {
     ASSERT_EQ(FindAll(Table(document), "0").size(), 2000u);
     for (int row = 0; row < 900; ++row) {
         const CRequest query = CRequest("L", "").With("B", "0");
-        ASSERT_EQ(RemoveItems(&query), 0);
+        ASSERT_EQ(RemoveItems(State().currentDocument, &query), 0);
     }
     const std::vector<RowNumber> left = FindAll(Table(document), "0");
     ASSERT_EQ(left.size(), 1100u);

@@ -3,7 +3,6 @@
 #include "store/xml_object.h"
 
 #include "pool_fixture.h"
-#include "store/document_file.h"
 #include "store/document_paths.h"
 
 namespace fs = std::filesystem;
@@ -17,7 +16,7 @@ TEST_F(XmlObject, IsEmptyWhenItIsNew) {
     EXPECT_EQ(m_document.m_nReferences, 0);
     EXPECT_EQ(m_document.m_strPath, "");
     EXPECT_EQ(m_document.m_pDom, nullptr);
-    EXPECT_EQ(m_document.m_nLoadState, LoadState::NotLoaded);
+    EXPECT_EQ(m_document.m_file.m_nLoadState, LoadState::NotLoaded);
     ASSERT_NE(m_document.m_hSemaphore, nullptr);
     EXPECT_EQ(Value(m_document.m_hSemaphore), 1);
 }
@@ -33,7 +32,7 @@ TEST_F(XmlObject, LoadsWithTheFirstOpen) {
     EXPECT_EQ(m_document.m_nReferences, 1);
     EXPECT_EQ(m_document.m_strPath, InstallFolderPath(Relative("a.xml")));
     EXPECT_NE(m_document.m_pDom, nullptr);
-    EXPECT_EQ(m_document.m_nLoadState, LoadState::FromInstallFolder);
+    EXPECT_EQ(m_document.m_file.m_nLoadState, LoadState::FromInstallFolder);
 }
 
 TEST_F(XmlObject, SharesWithEveryFurtherOpen) {
@@ -77,7 +76,7 @@ TEST_F(XmlObject, DropsItsTreeWithTheLastReferenceAndKeepsThePath) {
     EXPECT_EQ(m_document.ReleaseReference(), 0);
     EXPECT_EQ(m_document.m_pDom, nullptr);
     EXPECT_EQ(m_document.m_pTables, nullptr);
-    EXPECT_EQ(m_document.m_nLoadState, LoadState::NotLoaded);
+    EXPECT_EQ(m_document.m_file.m_nLoadState, LoadState::NotLoaded);
     EXPECT_TRUE(m_document.IsSamePath(Relative("a.xml")));
 }
 
@@ -115,7 +114,7 @@ TEST_F(XmlObject, KnowsThatItWasLoadedFromThePerUserCopy) {
     fs::create_directories(copy.parent_path());
     std::ofstream(copy) << "<a><mine/></a>";
     m_document.Open(Relative("a.xml"));
-    EXPECT_EQ(m_document.m_nLoadState, LoadState::FromUserCopy);
+    EXPECT_EQ(m_document.m_file.m_nLoadState, LoadState::FromUserCopy);
     EXPECT_TRUE(m_document.m_pDom->FirstElementNamed("mine"));
 }
 
@@ -131,16 +130,16 @@ TEST_F(XmlObject, DoesNotFallBackFromAMalformedPerUserCopy) {
 TEST_F(XmlObject, SavesToThePerUserCopyOnlyWhenThereIsOne) {
     Install("a.xml", "<a/>");
     m_document.Open(Relative("a.xml"));
-    EXPECT_EQ(SaveDocument(m_document), 1);
+    EXPECT_FALSE(m_document.Save());
     const fs::path copy = UserCopyPath(m_document.m_strPath).c_str();
     EXPECT_FALSE(fs::exists(copy.parent_path()));
     fs::create_directories(copy.parent_path());
     std::ofstream(copy) << "anything";
-    EXPECT_EQ(SaveDocument(m_document), 0);
-    EXPECT_EQ(m_document.m_nLoadState, LoadState::FromInstallFolder);
+    EXPECT_TRUE(m_document.Save());
+    EXPECT_EQ(m_document.m_file.m_nLoadState, LoadState::FromInstallFolder);
 }
 
-TEST_F(XmlObject, SavesNothingBeforeItIsLoaded) { EXPECT_EQ(SaveDocument(m_document), 1); }
+TEST_F(XmlObject, SavesNothingBeforeItIsLoaded) { EXPECT_FALSE(m_document.Save()); }
 
 TEST_F(XmlObject, SavesNothingAfterItsLastRelease) {
     Install("a.xml", "<a/>");
@@ -149,8 +148,6 @@ TEST_F(XmlObject, SavesNothingAfterItsLastRelease) {
     fs::create_directories(copy.parent_path());
     std::ofstream(copy) << "left alone";
     m_document.ReleaseReference();
-    EXPECT_EQ(SaveDocument(m_document), 1);
+    EXPECT_FALSE(m_document.Save());
     EXPECT_EQ(fs::file_size(copy), 10u);
 }
-
-TEST_F(XmlObject, LoadsNothingWithoutAPath) { EXPECT_EQ(LoadDocument(m_document), 1); }

@@ -6,7 +6,6 @@
 #include "host_test.h"
 #include "nodes/node_writers.h"
 #include "platform/dom.h"
-#include "store/document_file.h"
 #include "store/module_state.h"
 #include "store/node_readers.h"
 #include "store/xml_object.h"
@@ -65,7 +64,7 @@ protected:
         return attributes;
     }
 
-    static int32_t Save() { return SaveDocument(*State().currentDocument); }
+    static int32_t Save() { return State().currentDocument->Save() ? 0 : 1; }
 
     /// Answers one call of the operation otherwise, in turn, in a document that was never asked for anything and in one
     /// that was. Where the DOM says that it failed, the operation is not done.
@@ -100,7 +99,7 @@ protected:
                         ASSERT_EQ(OnDisk(), status == 0 ? after : before);
                     }
                     CXmlQuery query("Files", "Name", "next");
-                    WriteAttribute(&query);
+                    WriteAttribute(State().currentDocument, &query);
                     ASSERT_EQ(Save(), 0);
                     ++m_nFailures;
                 }
@@ -181,26 +180,26 @@ TEST_F(DomCalls, OfWritersFailingOneByOneDoAllOrNothing) {
         {"overwriting",
          [] {
              CXmlQuery query("Files", "Name", "changed");
-             return WriteAttribute(&query);
+             return WriteAttribute(State().currentDocument, &query);
          }},
         {"updating",
          [] {
              CXmlQuery query("Files", "ID", "2");
              query.AddPair("Name", "updated");
-             return UpdateItem(&query);
+             return UpdateItem(State().currentDocument, &query);
          }},
         {"appending",
          [] {
              CXmlQuery query("Files", "");
              query.AddPair("ID", "4");
              query.AddPair("Name", "four");
-             return WriteItem(&query);
+             return WriteItem(State().currentDocument, &query);
          }},
         {"removing",
          [] {
              CXmlQuery query("Files", "");
              query.AddPair("ID", "1");
-             return RemoveItems(&query);
+             return RemoveItems(State().currentDocument, &query);
          }},
     };
     for (const auto& [name, operation] : operations) {
@@ -218,7 +217,7 @@ TEST_F(DomCalls, OfRemovingAllKeepWhatIsNotRemoved) {
         CDomCallWatch watch([&](std::size_t, const std::string& name) {
             return name == "removeChild" && ++removals == 2 ? DomAnswer::Failure : DomAnswer::ItsOwn;
         });
-        EXPECT_EQ(RemoveItems(&query), 1);
+        EXPECT_EQ(RemoveItems(State().currentDocument, &query), 1);
     }
     const Record left = InMemory();
     EXPECT_EQ(left.size(), 2u);
@@ -250,6 +249,6 @@ TEST_F(DomCalls, SetNoTextOfANodeThatHasNoAttributes) {
 TEST_F(DomCalls, ReadAnAppendedAttributeWithoutItsPrefix) {
     CXmlQuery query("Files", "");
     query.AddPair("p:Kind", "new");
-    EXPECT_EQ(WriteItem(&query), 0);
+    EXPECT_EQ(WriteItem(State().currentDocument, &query), 0);
     EXPECT_EQ(InMemory().back(), (std::pair<std::string, std::string>("Kind", "new")));
 }

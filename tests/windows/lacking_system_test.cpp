@@ -12,7 +12,6 @@
 #include "platform/folders.h"
 #include "platform/semaphore.h"
 #include "safe_save.h"
-#include "store/document_file.h"
 #include "store/document_pool.h"
 #include "store/module_state.h"
 #include "store/node_readers.h"
@@ -134,13 +133,13 @@ TEST_F(LackingSystem, WithoutMemoryForASaveLeavesTheCopy) {
     OpenMain("<Files><Item ID=\"1\"/></Files>");
     const std::string before = UserMainText();
     CXmlQuery query("Files", "ID", "a longer one");
-    ASSERT_EQ(WriteAttribute(&query), 0);
+    ASSERT_EQ(WriteAttribute(State().currentDocument, &query), 0);
     for (int granted = 0;; ++granted) {
         bool bRefused = false;
         int32_t status = 0;
         {
             const CLackingSystem lacking({.nAllocations = granted});
-            status = SaveDocument(*State().currentDocument);
+            status = State().currentDocument->Save() ? 0 : 1;
             bRefused = lacking.HasRefused();
         }
         EXPECT_EQ(status, bRefused ? 1 : 0) << granted;

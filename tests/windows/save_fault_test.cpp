@@ -1,6 +1,5 @@
 #include "save_fault_test.h"
 
-#include "store/document_file.h"
 #include "store/module_state.h"
 
 #include <sddl.h>
@@ -63,7 +62,7 @@ void SaveFaultTest::RestoreCopy() const {
     ASSERT_NE(::SetFileAttributesW(UserMainPath().c_str(), FILE_ATTRIBUTE_HIDDEN), FALSE);
 }
 
-int32_t SaveFaultTest::Save() { return SaveDocument(*State().currentDocument); }
+int32_t SaveFaultTest::Save() { return State().currentDocument->Save() ? 0 : 1; }
 
 int32_t SaveFaultTest::SaveWatched(const CSystemCallWatch::Judge& judge) {
     CSystemCallWatch watch(judge);

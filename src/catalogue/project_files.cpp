@@ -1,8 +1,7 @@
-// Adding files to a project.
+#include "catalogue/project_files.h"
 
-#include "cordelbox.h"
 #include "nodes/node_writers.h"
-#include "store/current_document.h"
+#include "store/module_state.h"
 
 #include <cstring>
 
@@ -52,38 +51,49 @@ void AddDetail(CXmlQuery& query, const void* detail) {
 
 } // namespace
 
-uint32_t WritePrjFile(const FileItem* file) noexcept {
-    if (file == nullptr) {
-        return 1;
-    }
+COutcome AddProjectFile(CXmlObject* document, const FileItem& file) {
     // The first ten attributes are read back by position (GetFiles): their order is part of the format.
     CXmlQuery query("Files", {});
-    query.AddPair("FileID", file->FileID);
-    query.AddPair("Component", file->Component);
-    query.AddPair("ID", file->ID);
-    query.AddPair("Type", file->Type);
-    query.AddPair("Volume", file->Volume);
-    query.AddPair("Path", file->Path);
-    query.AddPair("LocalPath", file->LocalPath);
-    query.AddPair("Size", file->Size);
-    query.AddPair("CreateDate", file->CreateDate);
+    query.AddPair("FileID", file.FileID);
+    query.AddPair("Component", file.Component);
+    query.AddPair("ID", file.ID);
+    query.AddPair("Type", file.Type);
+    query.AddPair("Volume", file.Volume);
+    query.AddPair("Path", file.Path);
+    query.AddPair("LocalPath", file.LocalPath);
+    query.AddPair("Size", file.Size);
+    query.AddPair("CreateDate", file.CreateDate);
     query.AddPair("checked", "0");
-    if (std::strcmp(file->Type, "5") == 0) {
-        AddDetail<TrueTypeDetail>(query, file->detail);
-    } else if (std::strcmp(file->Type, "1") == 0) {
-        AddDetail<BitmapFontDetail>(query, file->detail);
-    } else if (std::strcmp(file->Type, "6") == 0) {
-        AddDetail<IcmProfileDetail>(query, file->detail);
+    if (std::strcmp(file.Type, "5") == 0) {
+        AddDetail<TrueTypeDetail>(query, file.detail);
+    } else if (std::strcmp(file.Type, "1") == 0) {
+        AddDetail<BitmapFontDetail>(query, file.detail);
+    } else if (std::strcmp(file.Type, "6") == 0) {
+        AddDetail<IcmProfileDetail>(query, file.detail);
     }
-    WriteItem(&query);
-    SaveCurrentDocument();
+    COutcome outcome;
+    WriteItem(document, &query, &outcome);
+    return outcome;
+}
+
+COutcome AddTestFileName(CXmlObject* document, AnsiString element, AnsiString id, AnsiString value) {
+    CXmlQuery query(std::move(element), {});
+    query.AddPair("ID", std::move(id));
+    query.AddPair("Value", std::move(value));
+    COutcome outcome;
+    WriteItem(document, &query, &outcome);
+    return outcome;
+}
+
+uint32_t WritePrjFile(const FileItem* file) noexcept {
+    if (file != nullptr) {
+        AddProjectFile(State().currentDocument, *file);
+        SaveCurrentDocument();
+    }
     return 1;
 }
 
 void WriteTestFileName(AnsiString element, AnsiString id, AnsiString value) noexcept {
-    CXmlQuery query(std::move(element), {});
-    query.AddPair("ID", std::move(id));
-    query.AddPair("Value", std::move(value));
-    WriteItem(&query);
+    AddTestFileName(State().currentDocument, std::move(element), std::move(id), std::move(value));
     SaveCurrentDocument();
 }
