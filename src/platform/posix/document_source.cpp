@@ -10,6 +10,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 
 namespace {
@@ -98,13 +99,17 @@ public:
         std::string piece(std::size_t{16} << 10, '\0'); // not on the stack: hosts' threads may have little
         while (!text.empty() && converted.size() <= kMaxDocumentBytes) {
             char* input = const_cast<char*>(text.data()); // which iconv only reads
-            std::size_t left = text.size();
+            const std::size_t length = CanCompose() ? SeparateLength(text) : text.size();
+            std::size_t left = length;
             char* output = piece.data();
             std::size_t room = piece.size();
             const std::size_t result = iconv(m_hConverter, &input, &left, &output, &room);
             const bool bStopped = result == static_cast<std::size_t>(-1) && errno != E2BIG;
+            text.remove_prefix(length - left);
+            if (text.empty() || CanCompose()) {
+                iconv(m_hConverter, nullptr, nullptr, &output, &room); // a letter may have been kept to the last
+            }
             converted.append(piece, 0, piece.size() - room);
-            text.remove_prefix(text.size() - left);
             if (bStopped && !AppendAdded(text, converted)) {
                 return false;
             }
@@ -113,6 +118,16 @@ public:
     }
 
 private:
+    /// Whether the system's converter joins a letter and the accent behind it to one character, as Windows does not.
+    bool CanCompose() const noexcept { return m_nCodePage == 1255 || m_nCodePage == 1258; }
+
+    /// Length of the beginning that holds no accent behind a letter: one byte beyond ASCII, or all up to the next.
+    static std::size_t SeparateLength(std::string_view text) noexcept {
+        const auto isAscii = [](char character) { return static_cast<unsigned char>(character) < 0x80; };
+        const auto end = std::find_if_not(text.begin(), text.end(), isAscii);
+        return end == text.begin() ? 1 : static_cast<std::size_t>(end - text.begin());
+    }
+
     bool AppendAdded(std::string_view& text, std::string& converted) const {
         const AddedCharacter added = FindAddedCharacter(m_nCodePage, text);
         if (added.length == 0) {
