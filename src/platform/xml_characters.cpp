@@ -21,6 +21,13 @@ constexpr Range kNameStart[] = {{':', ':'},       {'A', 'Z'},       {'_', '_'}, 
 
 constexpr Range kNameFurther[] = {{'-', '.'}, {'0', '9'}, {0xB7, 0xB7}, {0x300, 0x36F}, {0x203F, 0x2040}};
 
+/// Letters of the alphabets in use, as far as the editions agree on them.
+constexpr Range kNameInEveryEdition[] = {{'-', '.'},       {'0', ':'},       {'A', 'Z'},      {'_', '_'},
+                                         {'a', 'z'},       {0xB7, 0xB7},     {0xC0, 0xD6},    {0xD8, 0xF6},
+                                         {0xF8, 0x131},    {0x134, 0x13E},   {0x141, 0x148},  {0x14A, 0x17E},
+                                         {0x401, 0x40C},   {0x40E, 0x44F},   {0x451, 0x45C},  {0x3041, 0x3094},
+                                         {0x30A1, 0x30FA}, {0x4E00, 0x9FA5}, {0xAC00, 0xD7A3}};
+
 template <std::size_t count>
 bool IsIn(char32_t codePoint, const Range (&ranges)[count]) noexcept {
     return std::any_of(std::begin(ranges), std::end(ranges),
@@ -53,4 +60,13 @@ bool IsXmlName(std::basic_string_view<DomChar> text) noexcept {
         }
     }
     return true;
+}
+
+bool IsXmlNameInEveryEdition(std::basic_string_view<DomChar> text) noexcept {
+    for (std::size_t position = 0; position < text.size();) {
+        if (!IsIn(platform::NextCodePoint(text, position), kNameInEveryEdition)) {
+            return false;
+        }
+    }
+    return IsXmlName(text);
 }

@@ -12,3 +12,7 @@ bool IsXmlText(std::basic_string_view<DomChar> text) noexcept;
 
 /// True for a name that an element or an attribute can have.
 bool IsXmlName(std::basic_string_view<DomChar> text) noexcept;
+
+/// True for a name that every reader takes. The fifth edition of XML 1.0 has far more letters for names than the
+/// others, by which some DOMs read; not all of those that they share are known here.
+bool IsXmlNameInEveryEdition(std::basic_string_view<DomChar> text) noexcept;

@@ -42,7 +42,7 @@ CRowTable* CDocumentTables::FindTable(DomView tagName) {
 
 void CDocumentTables::AppendItem(CRowTable& table, const std::vector<DomPair>& attributes) {
     for (const DomPair& pair : attributes) {
-        if (!IsXmlName(pair.name)) {
+        if (!IsXmlNameInEveryEdition(pair.name)) {
             throw DomError("XML cannot hold this name");
         }
         RequireText(pair.text);

@@ -108,3 +108,20 @@ TEST(XmlName, HoldsNoMarkup) {
     }
     EXPECT_TRUE(IsXmlName("ns:CMSET_VIEW-1.2"));
 }
+
+TEST(XmlNameInEveryEdition, IsAnXmlNameOfLettersThatTheEditionsShare) {
+    EXPECT_TRUE(IsXmlNameInEveryEdition("ns:CMSET_VIEW-1.2"));
+    for (const unsigned shared : {0xC0u, 0xD6u, 0xF8u, 0x131u, 0x134u, 0x17Eu, 0x401u, 0x44Fu, 0x45Cu, 0x3041u, 0x30FAu,
+                                  0x4E00u, 0x9FA5u, 0xAC00u, 0xD7A3u}) {
+        EXPECT_TRUE(IsXmlNameInEveryEdition(Utf8(shared))) << shared;
+    }
+    for (const unsigned ofTheFifth : {0x132u, 0x17Fu, 0x37Fu, 0x400u, 0x45Du, 0x2070u, 0x9FA6u, 0xD7A4u, 0x10000u}) {
+        EXPECT_TRUE(StartsName(ofTheFifth)) << ofTheFifth;
+        EXPECT_FALSE(IsXmlNameInEveryEdition(Utf8(ofTheFifth))) << ofTheFifth;
+        EXPECT_FALSE(IsXmlNameInEveryEdition("a" + Utf8(ofTheFifth))) << ofTheFifth;
+    }
+    EXPECT_TRUE(IsXmlNameInEveryEdition("a" + Utf8(0xB7)));
+    for (const char* const noName : {"", "1a", "-a", "a b", "\xC2\xB7"}) {
+        EXPECT_FALSE(IsXmlNameInEveryEdition(noName)) << noName;
+    }
+}
