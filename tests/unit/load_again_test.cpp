@@ -5,6 +5,7 @@
 #include "nodes/node_writers.h"
 #include "platform/document_limits.h"
 #include "scratch_folder.h"
+#include "store/module_state.h"
 #include "store/node_readers.h"
 
 #include <gtest/gtest.h>
@@ -65,12 +66,12 @@ protected:
 
 int32_t Overwrite(const char* container, const char* attribute, const std::string& text) {
     const CRequest query(container, attribute, text.c_str());
-    return WriteAttribute(&query);
+    return WriteAttribute(State().currentDocument, &query);
 }
 
 int32_t AppendWith(const char* container, const char* attribute, const char* text) {
     const CRequest query = CRequest(container, "").With(attribute, text);
-    return WriteItem(&query);
+    return WriteItem(State().currentDocument, &query);
 }
 
 } // namespace
@@ -157,7 +158,7 @@ TEST_F(LoadAgain, ANameThatBreaksTheRulesOfNamespacesIsRefused) {
     }
     EXPECT_EQ(AppendWith("List", "xmlns:s", ""), 1) << "a prefix without a namespace";
     const CRequest twice = CRequest("List", "").With("p:a", "1").With("xmlns:s", "u").With("s:a", "2");
-    EXPECT_EQ(WriteItem(&twice), 1);
+    EXPECT_EQ(WriteItem(&document.Object(), &twice), 1);
     for (const char* const name : {"p:a", "xml:lang", "xmlns:s", "xmlns"}) {
         EXPECT_EQ(AppendWith("List", name, "w"), 0) << name;
         EXPECT_FALSE(Save(document));
@@ -194,7 +195,7 @@ TEST_F(LoadAgain, AnItemIsInNoNamespaceWhereADefaultOneIsDeclared) {
         EXPECT_EQ(document.Text("List"), "<List><Item a=\"1\"/><Item xmlns=\"own\"/></List>");
     }
     const CRequest all("List", "");
-    EXPECT_EQ(RemoveItems(&all), 0);
+    EXPECT_EQ(RemoveItems(&document.Object(), &all), 0);
     EXPECT_FALSE(Save(document));
 }
 
@@ -257,7 +258,7 @@ public:
         return xml;
     }
 
-    void Edit() {
+    void Edit(CXmlObject* document) {
         const std::string container = Of({"List", "Files", "Item", "List"});
         CRequest query(container.c_str(), AttributeName().c_str(), Text().c_str());
         for (std::size_t count = Below(4); count > 0; --count) {
@@ -267,18 +268,18 @@ public:
         case 0:
         case 1:
             if (query.m_nCount > 0) {
-                WriteItem(&query);
+                WriteItem(document, &query);
             }
             break;
         case 2:
             query.Counting(0);
-            WriteAttribute(&query);
+            WriteAttribute(document, &query);
             break;
         case 3:
-            UpdateItem(&query);
+            UpdateItem(document, &query);
             break;
         default:
-            RemoveItems(&query.Counting(OneIn(8) ? 0 : query.m_nCount));
+            RemoveItems(document, &query.Counting(OneIn(8) ? 0 : query.m_nCount));
         }
     }
 
@@ -344,7 +345,7 @@ TEST_F(LoadAgain, RandomDocumentsHoldWhatTheyHeldWhateverWasEdited) {
         }
         ++loaded;
         for (int edit = 0; edit < 12; ++edit) {
-            random.Edit();
+            random.Edit(&document->Object());
         }
         ASSERT_FALSE(Save(*document)) << xml;
         const auto again = DomDocument::Create();

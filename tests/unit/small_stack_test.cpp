@@ -69,13 +69,14 @@ protected:
             if (!bLoads) {
                 return;
             }
-            CDocumentTables tables(*object.m_pDom);
-            EXPECT_EQ(tables.FindContainer("NoSuchContainer"), nullptr);
-            CRowTable* const list = tables.FindContainer("List");
-            ASSERT_NE(list, nullptr);
-            tables.AppendItem(*list, {{"a", "1"}});
+            object.m_pTables = std::make_unique<CDocumentTables>(*object.m_pDom);
+            CRequest missing("NoSuchContainer", "a");
+            EXPECT_EQ(ReadAttribute(&object, &missing), 1);
+            const CRequest item = CRequest("List", "").With("a", "1");
+            EXPECT_EQ(WriteItem(&object, &item), 0);
             object.m_pDom->Save(m_file.c_str());
-            tables.RemoveAllRows(*tables.FindContainer("List"), CDocumentTables::Order::FirstToLast);
+            const CRequest all("List", "");
+            EXPECT_EQ(RemoveItems(&object, &all), 0);
             object.m_pDom->Save(m_file.c_str());
         });
     }
@@ -95,7 +96,7 @@ TEST_F(SmallStack, IsEnoughForElementsThatAreTooDeep) { Use(Repeated("<a>", 1000
 
 TEST_F(SmallStack, IsEnoughForTheDeepestEntities) {
     const std::string chain = EntityChain(kMaxEntityNesting);
-    Use(chain + "<r a='&e0;'><List>&e0;</List></r>", true);
+    Use(chain + "<r a='&e0;'><t>&e0;</t><List/></r>", true);
     Use("<!DOCTYPE r [" + chain.substr(13, chain.size() - 15) + "<!ATTLIST r a CDATA '&e0;'>]><r><List b='&e0;'/></r>",
         true);
 }
@@ -116,8 +117,8 @@ TEST_F(SmallStack, IsEnoughForADeepContentModelAndManyDeclarations) {
 TEST_F(SmallStack, IsEnoughForEveryEncoding) {
     for (const char* const encoding : {"UTF-8", "US-ASCII", "ISO-8859-1", "ISO-8859-15", "windows-1252", "Shift_JIS",
                                        "GB2312", "GB18030", "EUC-KR", "Big5", "EUC-JP", "ISO-2022-JP", "KOI8-R"}) {
-        Use("<?xml version='1.0' encoding='" + std::string(encoding) + "'?><r><List>" + std::string(100000, 'x') +
-                "</List></r>",
+        Use("<?xml version='1.0' encoding='" + std::string(encoding) + "'?><r><t>" + std::string(100000, 'x') +
+                "</t><List/></r>",
             true);
     }
     Use("<?xml version='1.0' encoding='no-such'?><r><List/></r>", false);
