@@ -80,6 +80,17 @@ TEST_F(Documents, ReleaseAllClosesTheMainAndTheStringsDocument) {
     EXPECT_EQ(m_owner.head, nullptr);
 }
 
+TEST_F(Documents, WhatIsOpenedLaterStandsBehindWhatWasOpenedBefore) {
+    InstallAll();
+    InstallPrinter("Later.xml", Document(""));
+    Open("English");
+    PoolNode* const first = m_owner.head;
+    OpenPrinter("Later.xml");
+    EXPECT_EQ(m_owner.head, first);
+    EXPECT_EQ(ReleaseXmlObj("Later.xml"), 0);
+    EXPECT_EQ(m_owner.head, first);
+}
+
 TEST_F(Documents, ReleaseAllTwiceIsNoError) {
     InstallAll();
     Open("English");

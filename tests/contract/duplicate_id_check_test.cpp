@@ -167,6 +167,13 @@ TEST_F(DuplicateIdCheck, AFileIdThatIsListedTwiceCountsTwice) {
     EXPECT_EQ(Check().result, 0);
 }
 
+TEST_F(DuplicateIdCheck, OneFontOfBothTypesCountsTwice) {
+    // Its FileID is listed once, and found under either Type.
+    OpenWith("<Property><Item FileID='a'/></Property><Files xmlns:p='urn:p'>"
+             "<Item FileID='a' ID='3' Type='1' p:Type='5' LocalPath='l'/></Files>");
+    EXPECT_EQ(Check(), (Checked{0, 3, 0, "Two of fonts have the ID 3."}));
+}
+
 TEST_F(DuplicateIdCheck, FilesBehindACommentAreNotCounted) {
     OpenWith(Edited("a") + Files(FileRow("a", "2", "3") + "<!-- note -->" + FileRow("b", "2", "3")));
     EXPECT_EQ(Check(), (Checked{1, 3, 1, {}}));
@@ -176,6 +183,16 @@ TEST_F(DuplicateIdCheck, WithoutAnOpenDocumentNothingIsChecked) {
     InstallStrings("English", Document(ClashStrings().Containers()));
     Open();
     EXPECT_EQ(Check(), (Checked{1, 0, kUntouched, {}}));
+}
+
+TEST_F(DuplicateIdCheck, TheResultsAreSetBeforeTheMessageIsShown) {
+    OpenWith(Edited("a") + Files(FileRow("a", "2", "3") + FileRow("b", "2", "3")));
+    int32_t id = kUntouched;
+    int32_t kind = kUntouched;
+    std::pair<int32_t, int32_t> shown;
+    const CMessageWatch watch([&] { shown = {id, kind}; });
+    EXPECT_EQ(CheckID(&id, &kind, nullptr), 0);
+    EXPECT_EQ(shown, std::pair(3, 1));
 }
 
 TEST_F(DuplicateIdCheck, NullResultsAreLeftOut) {
@@ -202,6 +219,11 @@ TEST_F(DuplicateIdCheck, TheWindowsThatWereDisabledAreEnabledAgainWhateverTheRec
     OpenWith(Edited("a") + Files(FileRow("a", "2", "3") + FileRow("b", "2", "3")));
     ExpectTheDisabledWindowsEnabledAgain(
         [](MessageWindows* windows) { EXPECT_EQ(CheckID(nullptr, nullptr, windows), 0); });
+}
+
+TEST_F(DuplicateIdCheck, WindowsBehindANullHandleAreDisabledToo) {
+    OpenWith(Edited("a") + Files(FileRow("a", "2", "3") + FileRow("b", "2", "3")));
+    ExpectWindowsBehindANullHandleDisabled([](MessageWindows* windows) { CheckID(nullptr, nullptr, windows); });
 }
 
 TEST_F(DuplicateIdCheck, WithoutAClashTheWindowsAreLeftAlone) {

@@ -105,6 +105,28 @@ TEST_F(GenericWriters, DelAllElemTakesAContainerOfTheSameNameWithin) {
     EXPECT_EQ(DelAllElem("List"), 0u);
 }
 
+TEST_F(GenericWriters, AContainerThatWasRemovedIsNotTheFirstOfItsNameAnyMore) {
+    // With children of its own and without; it was looked at before it went.
+    for (const char* const first : {"<List/>", "<List></List>", "<List><Item Value='a'/></List>"}) {
+        OpenMain("<Outer><Other/>" + std::string(first) + "</Outer><List><Item Value='b'/></List>");
+        EXPECT_NE(GetAttrValue("List", "Value"), "b");
+        DelAllElem("Outer");
+        EXPECT_EQ(GetAttrValue("List", "Value"), "b") << first;
+        WriteTestFileName("List", "1", "added");
+        EXPECT_EQ(SavedItems("List").size(), 2u) << first;
+        CloseAll();
+    }
+}
+
+TEST_F(GenericWriters, AContainerThatWasRemovedAndHasNoOtherOfItsNameIsGone) {
+    OpenMain("<Outer><List/></Outer>");
+    EXPECT_EQ(GetAttrValue("List", "Value"), "");
+    DelAllElem("Outer");
+    WriteTestFileName("List", "1", "lost");
+    EXPECT_EQ(GetAttrValue("List", "Value"), "");
+    EXPECT_EQ(DelAllElem("List"), 0u);
+}
+
 TEST_F(GenericWriters, WithoutACurrentDocumentNothingIsWrittenOrSaved) {
     OpenMain("<List><Item Value=\"a\"/></List>");
     OpenPrinter("missing.xml");

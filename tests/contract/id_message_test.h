@@ -76,6 +76,22 @@ void ExpectWindowsDisabledAroundTheMessage(Call call) {
     EXPECT_TRUE(notLent.IsEnabled());
 }
 
+/// The same with a slot that is not empty and holds no window.
+template <class Call>
+void ExpectWindowsBehindANullHandleDisabled(Call call) {
+    CTestWindow window;
+    WindowHandle none = nullptr;
+    MessageWindows windows{};
+    windows.windows[0] = &none;
+    windows.windows[1] = window.Slot();
+    const CMessageWatch watch;
+    call(&windows);
+    ASSERT_EQ(watch.Messages().size(), 1u);
+    EXPECT_EQ(watch.Messages().front().disabled, std::vector<WindowHandle>{window.Handle()});
+    EXPECT_TRUE(window.IsEnabled());
+    ExpectNullHandlesAsked(watch.NullHandles());
+}
+
 /// The same while the host clears its record, and lends another window in it, before the user has answered.
 template <class Call>
 void ExpectTheDisabledWindowsEnabledAgain(Call call) {

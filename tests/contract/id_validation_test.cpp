@@ -134,6 +134,20 @@ TEST_F(IdValidation, AFileIdThatIsListedTwiceClashesWithItself) {
     EXPECT_EQ(Validate(FileRow("a", "2", "1") + FileRow("a", "2", "2")), "Two of macros have the ID 1.");
 }
 
+TEST_F(IdValidation, OfAFileIdThatIsListedTwiceTheTickedOneCounts) {
+    // Both the Type and the ID are those of the ticked file, although another stands before it.
+    EXPECT_EQ(Validate(FileRow("a", "2", "1", "0") + FileRow("a", "2", "2") + FileRow("b", "2", "2")),
+              "Two of macros have the ID 2.");
+    EXPECT_EQ(Validate(FileRow("a", "6", "1", "0") + FileRow("a", "2", "2") + FileRow("b", "2", "2")),
+              "Two of macros have the ID 2.");
+    EXPECT_EQ(Validate(FileRow("a", "2", "7", "0") + FileRow("a", "6", "2") + FileRow("b", "2", "7")), std::nullopt);
+}
+
+TEST_F(IdValidation, AnEmptyFileIdIsOneToo) {
+    EXPECT_EQ(Validate(FileRow("", "2", "4") + FileRow("b", "2", "4")), "Two of macros have the ID 4.");
+    EXPECT_EQ(Validate(FileRow("", "2", "4", "0") + FileRow("b", "2", "4")), std::nullopt);
+}
+
 TEST_F(IdValidation, FilesBehindACommentAreNotChecked) {
     EXPECT_EQ(Validate(FileRow("a", "2", "3") + "<!-- note -->" + FileRow("b", "2", "3")), std::nullopt);
 }
@@ -167,6 +181,11 @@ TEST_F(IdValidation, WindowsAreDisabledWhileTheMessageIsShown) {
 TEST_F(IdValidation, TheWindowsThatWereDisabledAreEnabledAgainWhateverTheRecordSaysByThen) {
     OpenWith(Files(FileRow("a", "2", "3") + FileRow("b", "2", "3")));
     ExpectTheDisabledWindowsEnabledAgain([](MessageWindows* windows) { EXPECT_EQ(IdsAreValid(windows), 0); });
+}
+
+TEST_F(IdValidation, WindowsBehindANullHandleAreDisabledToo) {
+    OpenWith(Files(FileRow("a", "2", "3") + FileRow("b", "2", "3")));
+    ExpectWindowsBehindANullHandleDisabled([](MessageWindows* windows) { IdsAreValid(windows); });
 }
 
 TEST_F(IdValidation, WithoutAClashTheWindowsAreLeftAlone) {
@@ -233,6 +252,9 @@ TEST_F(IdValidation, WidthAndFlagsAreFollowed) {
     EXPECT_EQ(ClashMessage("%s %-04d|"), "macros 7   |");
     EXPECT_EQ(ClashMessage("%s %+04d"), "macros +007");
     EXPECT_EQ(ClashMessage("%s %+0d"), "macros +7");
+    EXPECT_EQ(ClashMessage("%s %+ d"), "macros +7");
+    EXPECT_EQ(ClashMessage("%s % +d"), "macros +7");
+    EXPECT_EQ(ClashMessage("%#s|%#d|%-#8s|%#03d"), "macros|7|macros  |007");
     EXPECT_EQ(ClashMessage("%3s %1d"), "macros 7");
 }
 

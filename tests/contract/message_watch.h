@@ -57,8 +57,13 @@ public:
     const std::vector<SeenMessage>& Messages() const noexcept;
     /// What happened to the test windows, in order; the owners of message boxes are left out.
     const std::vector<WindowChange>& Changes() const noexcept;
+    /// How often a window was to be disabled or enabled that is none, where the host learns of it.
+    int NullHandles() const noexcept;
 
 private:
     struct State;
     const std::unique_ptr<State> m_pState;
 };
+
+/// Checks how often the host was asked for the one null handle of its record around one message.
+void ExpectNullHandlesAsked(int count);

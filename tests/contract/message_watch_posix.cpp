@@ -18,12 +18,14 @@ std::vector<FakeWindow*> s_windows;              // all that live, oldest first
 std::vector<SeenMessage>* s_pMessages = nullptr; // of the live watch, as is the next
 std::vector<WindowChange>* s_pChanges = nullptr;
 std::function<void()> s_whileShown;
+int* s_pNullHandles = nullptr;
 
 } // namespace
 
 struct CMessageWatch::State {
     std::vector<SeenMessage> messages;
     std::vector<WindowChange> changes;
+    int nNullHandles = 0;
 };
 
 CMessageWatch::CMessageWatch(std::function<void()> whileShown) : m_pState(std::make_unique<State>()) {
@@ -31,17 +33,23 @@ CMessageWatch::CMessageWatch(std::function<void()> whileShown) : m_pState(std::m
     s_pMessages = &m_pState->messages;
     s_pChanges = &m_pState->changes;
     s_whileShown = std::move(whileShown);
+    s_pNullHandles = &m_pState->nNullHandles;
 }
 
 CMessageWatch::~CMessageWatch() {
     s_pMessages = nullptr;
     s_pChanges = nullptr;
     s_whileShown = nullptr;
+    s_pNullHandles = nullptr;
 }
 
 const std::vector<SeenMessage>& CMessageWatch::Messages() const noexcept { return m_pState->messages; }
 
 const std::vector<WindowChange>& CMessageWatch::Changes() const noexcept { return m_pState->changes; }
+
+int CMessageWatch::NullHandles() const noexcept { return m_pState->nNullHandles; }
+
+void ExpectNullHandlesAsked(int count) { EXPECT_EQ(count, 2) << "disabled and enabled like any other"; }
 
 CTestWindow::CTestWindow() : m_hWindow(new FakeWindow) { s_windows.push_back(static_cast<FakeWindow*>(m_hWindow)); }
 
@@ -74,6 +82,10 @@ CORDELBOX_API int MessageBoxA(WindowHandle owner, const char* text, const char* 
 }
 
 CORDELBOX_API int EnableWindow(WindowHandle window, int enable) {
+    if (window == nullptr && s_pNullHandles != nullptr) {
+        ++*s_pNullHandles;
+        return 0;
+    }
     const auto found = std::find(s_windows.begin(), s_windows.end(), window);
     if (found == s_windows.end()) {
         ADD_FAILURE() << "a window that no test lent";

@@ -2,6 +2,8 @@
 
 #include "saving_host_test.h"
 
+#include <cstdint>
+
 namespace {
 
 constexpr int32_t kAllShares = 1;
@@ -33,6 +35,11 @@ TEST_F(PartitionCopy, EveryModeButZeroCopiesShares) {
     WriteAttr("DefaultDisk", "Size", "0");
     CopyPatition(2);
     EXPECT_EQ(SavedItems("DefaultDisk"), (Items{Partition("9", "A", "10", "60")}));
+    for (const int32_t mode : {0x100, 0x10000, 0x1000000, INT32_MIN}) {
+        WriteAttr("DefaultDisk", "Size", "0");
+        CopyPatition(mode);
+        EXPECT_EQ(SavedItems("DefaultDisk"), (Items{Partition("9", "A", "10", "60")})) << mode;
+    }
 }
 
 TEST_F(PartitionCopy, WithoutCurrentPartitionsTheDocumentIsOnlySaved) {

@@ -60,6 +60,17 @@ TEST_F(Partitions, EveryMediumFlagButZeroIsTheDisk) {
     EXPECT_EQ(SavedItems("CurrentFlash"), Items{});
 }
 
+TEST_F(Partitions, EveryMediumFlagButZeroHasAPercentage) {
+    for (const uint32_t flag : {0x100u, 0x10000u, 0x80000000u}) {
+        OpenMain(kLayouts);
+        Write({3, "Fonts", 2048, 40}, flag);
+        const Items expected{{{"Image", "3"}, {"Partition", "Fonts"}, {"Size", "2"}, {"Percent", "40"}}};
+        EXPECT_EQ(SavedItems("CurrentDisk"), expected) << flag;
+        EXPECT_EQ(SavedItems("DefaultDisk"), expected) << flag;
+        CloseAll();
+    }
+}
+
 TEST_F(Partitions, SizesAreKilobytesTruncatedTowardZero) {
     OpenMain(kLayouts);
     EXPECT_EQ(WrittenSize(0), "0");

@@ -72,6 +72,12 @@ TEST_F(PathConflicts, AnEmptyPathMatchesOnlyAListedEmptyPath) {
     EXPECT_EQ(IsPathConflict("a"), 0u);
 }
 
+TEST_F(PathConflicts, AListedEmptyPathDoesNotEndTheList) {
+    OpenMain("<Files><Item LocalPath='a'/><Item LocalPath=''/><Item LocalPath='b'/></Files>");
+    EXPECT_EQ(IsPathConflict("b"), 1u);
+    EXPECT_EQ(IsPathConflict(""), 1u);
+}
+
 TEST_F(PathConflicts, AFileWithoutALocalPathContributesNothing) {
     OpenMain("<Files><Item FileID='1' Path='a'/></Files>");
     EXPECT_EQ(IsPathConflict(""), 0u);

@@ -67,6 +67,24 @@ TEST_F(SaveCount, TheWritersOfListsSaveOnce) {
     EXPECT_EQ(Saves([&] { WriteJobList(&job); }), 1);
 }
 
+TEST_F(SaveCount, AReportOfManyVolumesIsSavedOnce) {
+    OpenMain("<Storage/>");
+    VolumeRecord volumes[3]{};
+    StorageRecord storages[2]{};
+    for (StorageRecord& storage : storages) {
+        storage.volumes = volumes;
+        storage.volumeCount = 3;
+    }
+    const PrinterInfo info{storages, 2};
+    EXPECT_EQ(Saves([&] { PrinterInfoProc(&info); }), 1);
+}
+
+TEST_F(SaveCount, ACopyOfManyPartitionsIsSavedOnce) {
+    OpenMain("<CurrentDisk><Item Partition='A' Percent='1' Size='2'/><Item Partition='B' Percent='3' Size='4'/>"
+             "</CurrentDisk><DefaultDisk><Item Partition='A' Percent='' Size=''/></DefaultDisk>");
+    EXPECT_EQ(Saves([] { CopyPatition(1); }), 1);
+}
+
 TEST_F(SaveCount, TheFreeSpaceIsSavedOnceEmptyAndOnceComplete) {
     const SendSpaceRecord records[3]{};
     EXPECT_EQ(Saves([&] { WriteFreeVolume(records, 3); }), 2);

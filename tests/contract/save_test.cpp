@@ -239,6 +239,17 @@ TEST_F(Save, TextSurvives) {
               std::string::npos);
 }
 
+TEST_F(Save, BlanksAroundTextSurvive) {
+    EXPECT_NE(Resaved("<Cordelbox><Note>  two  words  </Note></Cordelbox>").find(">  two  words  <"),
+              std::string::npos);
+}
+
+TEST_F(Save, TheStandaloneDeclarationSurvives) {
+    const std::string saved = Resaved("<?xml version='1.0' encoding='UTF-8' standalone='yes'?><Cordelbox/>");
+    const std::string declaration = saved.substr(0, saved.find("?>"));
+    EXPECT_TRUE(declaration.find("standalone=\"yes\"") != std::string::npos) << declaration;
+}
+
 TEST_F(Save, TheDocumentTypeDeclarationSurvives) {
     const std::string saved =
         Resaved("<!DOCTYPE Cordelbox [<!ENTITY place \"second floor\"><!ATTLIST Item Kind CDATA \"plain\">]>"
