@@ -24,7 +24,7 @@ packages_of() {
         ;;
     native)
         packages_of build
-        echo git clang-format clang-tidy cppcheck
+        echo git clang-format clang-tidy cppcheck python3
         ;;
     windows)
         echo g++-mingw-w64-x86-64-posix cmake ninja-build googletest libcli11-dev nlohmann-json3-dev wine wine64 \
