@@ -68,6 +68,7 @@ TEST_F(SaveCount, TheWritersOfListsSaveOnce) {
 }
 
 TEST_F(SaveCount, AReportOfManyVolumesIsSavedOnce) {
+    CloseAll();
     OpenMain("<Storage/>");
     VolumeRecord volumes[3]{};
     StorageRecord storages[2]{};
@@ -80,6 +81,7 @@ TEST_F(SaveCount, AReportOfManyVolumesIsSavedOnce) {
 }
 
 TEST_F(SaveCount, ACopyOfManyPartitionsIsSavedOnce) {
+    CloseAll();
     OpenMain("<CurrentDisk><Item Partition='A' Percent='1' Size='2'/><Item Partition='B' Percent='3' Size='4'/>"
              "</CurrentDisk><DefaultDisk><Item Partition='A' Percent='' Size=''/></DefaultDisk>");
     EXPECT_EQ(Saves([] { CopyPatition(1); }), 1);
