@@ -285,12 +285,6 @@ TEST_F(DuplicateIdCheck, TheMessageMayBeLong) {
     EXPECT_EQ(ClashMessage({.text = text + "%d"}), text + "12");
 }
 
-TEST_F(DuplicateIdCheck, AMessageOfMoreThan64KiBIsCut) {
-    const std::string text(65532, 'x');
-    EXPECT_EQ(ClashMessage({.text = text + "%d%d"}), text + "1212");
-    EXPECT_EQ(ClashMessage({.text = text + "-%d%d"}), text + "-121");
-}
-
 TEST_F(DuplicateIdCheck, AMissingKindNameIsTheTypeItself) {
     const std::string strings = "<StringTable><Item DuplicateID_EditingFile_SendingProject='%s: %d'/></StringTable>";
     OpenMain(Edited("a") + Files(FileRow("a", "2", "3") + FileRow("b", "2", "3")), strings);
