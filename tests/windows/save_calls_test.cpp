@@ -3,8 +3,11 @@
 
 #include "save_fault_test.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <map>
+#include <set>
+#include <string_view>
 
 namespace fs = std::filesystem;
 
@@ -46,10 +49,11 @@ TEST_F(SaveCalls, AreTheOnesThatTheseTestsKnow) {
     for (const SystemCall& call : CallsOfASave()) {
         ++counts[call.name];
     }
-    for (const char* const name : {"CreateFileA", "GetFileType", "GetFileInformationByHandle", "CloseHandle",
-                                   "CreateFileW", "GetFinalPathNameByHandleW", "FindFirstFileW", "FindNextFileW",
-                                   "FindClose", "WriteFile", "GetFileAttributesW", "SetFileAttributesW",
-                                   "GetFileSecurityW", "SetFileSecurityW", "FlushFileBuffers", "MoveFileExW"}) {
+    for (const char* const name :
+         {"CreateFileA", "GetFileType", "GetFileInformationByHandle", "CloseHandle", "CreateFileW",
+          "GetFinalPathNameByHandleW", "FindFirstFileW", "FindNextFileW", "FindClose", "WriteFile",
+          "GetFileAttributesW", "SetFileAttributesW", "BCryptGenRandom", "SetFileInformationByHandle",
+          "GetFileSecurityW", "FlushFileBuffers", "MoveFileExW"}) {
         EXPECT_GE(counts[name], 1) << name;
     }
     EXPECT_EQ(counts["WriteFile"], 1) << "the whole document at once";
@@ -93,8 +97,8 @@ TEST_F(SaveCalls, FailingOneByOneLeaveNoMoreThanTheFileOfAKilledProcess) {
             ASSERT_FALSE(HasFailure()) << failed;
         }
     }
-    // Where the save ends before it, or the folder cannot be searched, or the file not be opened.
-    constexpr int kCallsThatKeepIt = 5;
+    // Where the save ends before it, or the folder cannot be searched, or the file not be opened, looked at or removed.
+    constexpr int kCallsThatKeepIt = 7;
     EXPECT_LE(leftovers, kCallsThatKeepIt * static_cast<int>(std::size(kErrors)));
     std::printf("%d calls failed, one by one, beside the file of a killed process\n", failures);
 }
@@ -183,7 +187,7 @@ TEST_F(SaveCalls, ThatRenameAreTriedAgainWhileAnotherProgramHoldsTheFile) {
 }
 
 TEST_F(SaveCalls, ThatRenameAreGivenUpInTheEnd) {
-    for (const DWORD error : {ERROR_ACCESS_DENIED, ERROR_SHARING_VIOLATION, ERROR_DISK_FULL}) {
+    for (const DWORD error : {ERROR_SHARING_VIOLATION, ERROR_DISK_FULL}) {
         int attempts = 0;
         const int32_t status = SaveWatched([&](std::size_t, const SystemCall& call) {
             const bool bFails = call.name == "MoveFileExW";
@@ -194,6 +198,53 @@ TEST_F(SaveCalls, ThatRenameAreGivenUpInTheEnd) {
         EXPECT_EQ(status, 1);
         ExpectWholeAfter(status);
         EXPECT_EQ(Names(), kCopyAlone);
+    }
+}
+
+TEST_F(SaveCalls, ThatMayNotReplaceTheCopyWriteItInPlace) {
+    const int32_t status = SaveWatched([](std::size_t, const SystemCall& call) {
+        return Fate{call.name == "MoveFileExW" ? DWORD{ERROR_ACCESS_DENIED} : 0};
+    });
+    EXPECT_EQ(status, 0);
+    ExpectWholeAfter(status);
+    EXPECT_EQ(Names(), kCopyAlone);
+}
+
+TEST_F(SaveCalls, MakeTheTemporaryFileForItsOwnerAloneWhereTheRightsCannotBeHad) {
+    std::wstring rights;
+    EXPECT_EQ(SaveWatched([&](std::size_t, const SystemCall& call) {
+                  if (call.name.starts_with("ConvertString")) {
+                      rights = call.path;
+                  }
+                  return Fate{call.name == "GetFileSecurityW" ? DWORD{ERROR_ACCESS_DENIED} : 0};
+              }),
+              0);
+    EXPECT_TRUE(rights.starts_with(L"D:P(A;;FA;;;S-1-5-21-")) << "one user, and nothing from the folder";
+    EXPECT_EQ(std::count(rights.begin(), rights.end(), L'('), 1);
+    ExpectWholeAfter(0, true, false);
+}
+
+TEST_F(SaveCalls, WithoutRightsForANewFileFailTheSave) {
+    EXPECT_EQ(SaveWatched([&](std::size_t, const SystemCall& call) {
+                  const bool bFails = call.name == "GetFileSecurityW" || call.name.starts_with("ConvertString");
+                  return Fate{bFails ? DWORD{ERROR_NOT_ENOUGH_MEMORY} : 0};
+              }),
+              1);
+    ExpectWholeAfter(1);
+}
+
+TEST_F(SaveCalls, NameTheirTemporaryFilesAsNobodyCanForesee) {
+    std::set<std::wstring> names;
+    for (int save = 0; save < 10; ++save) {
+        for (const SystemCall& call : CallsOfASave()) {
+            if (call.bCreates) {
+                names.insert(fs::path(call.path).filename().wstring());
+            }
+        }
+    }
+    EXPECT_EQ(names.size(), 10u);
+    for (const std::wstring& name : names) {
+        EXPECT_EQ(name.size(), std::wstring_view(L"~cordelbox-0123456789abcdef.tmp").size());
     }
 }
 

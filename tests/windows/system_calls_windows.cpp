@@ -1,5 +1,8 @@
 #include "system_calls_windows.h"
 
+#include <bcrypt.h>
+#include <sddl.h>
+
 #include <algorithm>
 #include <utility>
 
@@ -121,6 +124,22 @@ BOOL WINAPI WatchedSetEndOfFile(HANDLE file) {
     return Fails(fate) ? FALSE : result;
 }
 
+BOOL WINAPI WatchedSetFileInformationByHandle(HANDLE file, FILE_INFO_BY_HANDLE_CLASS which, LPVOID information,
+                                              DWORD size) {
+    return Fails(NoteFile("SetFileInformationByHandle", file))
+               ? FALSE
+               : Real(&::SetFileInformationByHandle, "SetFileInformationByHandle")(file, which, information, size);
+}
+
+BOOL WINAPI WatchedConvertStringSecurityDescriptorToSecurityDescriptorW(LPCWSTR text, DWORD revision,
+                                                                        PSECURITY_DESCRIPTOR* rights, PULONG size) {
+    return Fails(NotePath("ConvertStringSecurityDescriptorToSecurityDescriptorW", text))
+               ? FALSE
+               : Real(&::ConvertStringSecurityDescriptorToSecurityDescriptorW,
+                      "ConvertStringSecurityDescriptorToSecurityDescriptorW",
+                      "advapi32.dll")(text, revision, rights, size);
+}
+
 DWORD WINAPI WatchedGetFileAttributesW(LPCWSTR path) {
     return Fails(NotePath("GetFileAttributesW", path)) ? INVALID_FILE_ATTRIBUTES
                                                        : Real(&::GetFileAttributesW, "GetFileAttributesW")(path);
@@ -178,6 +197,10 @@ decltype(&::FlushFileBuffers) __imp_FlushFileBuffers = WatchedFlushFileBuffers;
 decltype(&::GetFileSizeEx) __imp_GetFileSizeEx = WatchedGetFileSizeEx;
 decltype(&::SetFilePointerEx) __imp_SetFilePointerEx = WatchedSetFilePointerEx;
 decltype(&::SetEndOfFile) __imp_SetEndOfFile = WatchedSetEndOfFile;
+decltype(&::SetFileInformationByHandle) __imp_SetFileInformationByHandle = WatchedSetFileInformationByHandle;
+decltype(&::ConvertStringSecurityDescriptorToSecurityDescriptorW)
+    __imp_ConvertStringSecurityDescriptorToSecurityDescriptorW =
+        WatchedConvertStringSecurityDescriptorToSecurityDescriptorW;
 decltype(&::GetFileAttributesW) __imp_GetFileAttributesW = WatchedGetFileAttributesW;
 decltype(&::SetFileAttributesW) __imp_SetFileAttributesW = WatchedSetFileAttributesW;
 decltype(&::GetFileSecurityW) __imp_GetFileSecurityW = WatchedGetFileSecurityW;
@@ -185,5 +208,13 @@ decltype(&::SetFileSecurityW) __imp_SetFileSecurityW = WatchedSetFileSecurityW;
 decltype(&::MoveFileExW) __imp_MoveFileExW = WatchedMoveFileExW;
 decltype(&::DeleteFileW) __imp_DeleteFileW = WatchedDeleteFileW;
 decltype(&::Sleep) __imp_Sleep = WatchedSleep;
+
+// Declared as a function of the program itself, so that it is one.
+NTSTATUS WINAPI BCryptGenRandom(BCRYPT_ALG_HANDLE algorithm, PUCHAR bytes, ULONG count, ULONG flags) {
+    constexpr auto kUnsuccessful = static_cast<NTSTATUS>(0xC0000001);
+    return Fails(NotePath("BCryptGenRandom", L""))
+               ? kUnsuccessful
+               : Real(&::BCryptGenRandom, "BCryptGenRandom", "bcrypt.dll")(algorithm, bytes, count, flags);
+}
 
 } // extern "C"

@@ -35,6 +35,37 @@ TEST_F(TemporaryFile, OfALivingProcessStays) {
     EXPECT_EQ(SavedItems("Info"), (Records{Record{{"Name", "after"}}}));
 }
 
+TEST_F(TemporaryFile, AHardLinkToAnotherFileIsNoLeftover) {
+    OpenMain(kInfo);
+    WriteFile(PerUserRoot() / "letter.txt", "a letter");
+    if (::CreateHardLinkW(Beside("~cordelbox-1-1.tmp").c_str(), (PerUserRoot() / "letter.txt").c_str(), nullptr) ==
+        FALSE) {
+        GTEST_SKIP() << "no hard links here";
+    }
+    WriteAttr("Info", "Name", "after");
+    EXPECT_EQ(ReadFile(PerUserRoot() / "letter.txt"), "a letter");
+    EXPECT_TRUE(fs::exists(Beside("~cordelbox-1-1.tmp")));
+    EXPECT_EQ(SavedItems("Info"), (Records{Record{{"Name", "after"}}}));
+}
+
+TEST_F(TemporaryFile, WhatALinkOfItsNameLeadsToStays) {
+    OpenMain(kInfo);
+    WriteFile(PerUserRoot() / "letter.txt", "a letter");
+    if (::CreateSymbolicLinkW(Beside("~cordelbox-1-1.tmp").c_str(), (PerUserRoot() / "letter.txt").c_str(), 0) == 0) {
+        GTEST_SKIP() << "no symbolic links here";
+    }
+    WriteAttr("Info", "Name", "after");
+    EXPECT_EQ(ReadFile(PerUserRoot() / "letter.txt"), "a letter");
+}
+
+TEST_F(TemporaryFile, AFolderOfItsNameHoldsNoSaveUp) {
+    OpenMain(kInfo);
+    fs::create_directory(Beside("~cordelbox-1-1.tmp"));
+    WriteAttr("Info", "Name", "after");
+    EXPECT_TRUE(fs::exists(Beside("~cordelbox-1-1.tmp")));
+    EXPECT_EQ(SavedItems("Info"), (Records{Record{{"Name", "after"}}}));
+}
+
 TEST_F(TemporaryFile, OtherFilesInTheFolderStay) {
     OpenMain(kInfo);
     for (const char* const name : {"cordelbox-1-1.tmp", "~cordelbox-1-1.tmpx", "~cordelbox-1-1", "notes.tmp"}) {

@@ -8,11 +8,15 @@
 #include "file_handle.h"
 #include "wide_text.h"
 
+#include <bcrypt.h>
+#include <sddl.h>
+
 #include <algorithm>
-#include <atomic>
+#include <array>
 #include <limits>
 #include <new>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace platform {
@@ -26,6 +30,8 @@ constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELE
 // A virus scanner or an indexer may hold the file for a moment.
 constexpr int kRenameAttempts = 20;
 constexpr DWORD kRenamePauseMilliseconds = 10;
+
+constexpr int kMostLeftovers = 4096; // that one save looks at
 
 /// The path behind all links, in the form that knows no limit of length; the path as it is when there is no such.
 std::wstring FinalPath(const std::wstring& path) {
@@ -47,6 +53,25 @@ std::wstring FinalPath(const std::wstring& path) {
 /// The folder of a path, with its separator.
 std::wstring FolderOf(const std::wstring& path) { return path.substr(0, path.find_last_of(L"\\/") + 1); }
 
+/// False, with the system's error, for a function to return.
+bool Failed(const char* call, CReason* reason) noexcept {
+    GiveReason(reason, CReason::OfCall(call, ::GetLastError()));
+    return false;
+}
+
+/// Removes a file without another name that nobody has open. A link is not followed.
+void RemoveLeftover(const std::wstring& path) {
+    const CFileHandle file(::CreateFileW(path.c_str(), DELETE | FILE_READ_ATTRIBUTES, 0, nullptr, OPEN_EXISTING,
+                                         FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
+    BY_HANDLE_FILE_INFORMATION information;
+    constexpr DWORD kNoFile = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT;
+    if (file && ::GetFileInformationByHandle(file.Get(), &information) != FALSE &&
+        (information.dwFileAttributes & kNoFile) == 0 && information.nNumberOfLinks == 1) {
+        FILE_DISPOSITION_INFO disposition = {TRUE};
+        ::SetFileInformationByHandle(file.Get(), FileDispositionInfo, &disposition, sizeof disposition);
+    }
+}
+
 void RemoveLeftovers(const std::wstring& folder) {
     WIN32_FIND_DATAW found;
     const HANDLE search = ::FindFirstFileW(
@@ -54,29 +79,94 @@ void RemoveLeftovers(const std::wstring& folder) {
     if (search == INVALID_HANDLE_VALUE) {
         return;
     }
+    int names = 0;
     do {
         if (std::wstring_view(found.cFileName).ends_with(kTemporarySuffix)) {
-            // Cannot be opened while its process lives; goes with this handle.
-            const CFileHandle leftover(::CreateFileW((folder + found.cFileName).c_str(), DELETE, 0, nullptr,
-                                                     OPEN_EXISTING, FILE_FLAG_DELETE_ON_CLOSE, nullptr));
+            RemoveLeftover(folder + found.cFileName);
         }
-    } while (::FindNextFileW(search, &found) != FALSE);
+    } while (++names < kMostLeftovers && ::FindNextFileW(search, &found) != FALSE);
     ::FindClose(search);
 }
 
+/// A path that nobody can foresee; empty when chance cannot be had.
 std::wstring NewTemporaryPath(const std::wstring& folder) {
-    static std::atomic<unsigned> s_nNext{::GetTickCount()}; // a process before may have had this process number
-    return folder + std::wstring(kTemporaryPrefix) + std::to_wstring(::GetCurrentProcessId()) + L'-' +
-           std::to_wstring(s_nNext++) + std::wstring(kTemporarySuffix);
+    std::array<UCHAR, 8> chance;
+    if (::BCryptGenRandom(nullptr, chance.data(), static_cast<ULONG>(chance.size()), BCRYPT_USE_SYSTEM_PREFERRED_RNG) <
+        0) {
+        ::SetLastError(ERROR_GEN_FAILURE);
+        return {};
+    }
+    std::wstring path = folder + std::wstring(kTemporaryPrefix);
+    for (const UCHAR byte : chance) {
+        constexpr std::wstring_view kDigits = L"0123456789abcdef";
+        path += {kDigits[byte >> 4U], kDigits[byte & 15U]};
+    }
+    return path + std::wstring(kTemporarySuffix);
 }
 
-/// A temporary file, open, that is removed again unless it is renamed.
+/// The access rights of a file as the system stores them; empty when they cannot be had.
+std::vector<char> Permissions(const std::wstring& path) {
+    DWORD size = 0;
+    ::GetFileSecurityW(path.c_str(), DACL_SECURITY_INFORMATION, nullptr, 0, &size);
+    std::vector<char> permissions(size);
+    if (::GetFileSecurityW(path.c_str(), DACL_SECURITY_INFORMATION, permissions.data(), size, &size) == FALSE) {
+        permissions.clear();
+    }
+    return permissions;
+}
+
+/// The user of this process, as access rights name one; empty when that cannot be had.
+std::wstring OwnName() {
+    HANDLE token = nullptr;
+    if (::OpenProcessToken(::GetCurrentProcess(), TOKEN_QUERY, &token) == FALSE) {
+        return {};
+    }
+    const CFileHandle owned(token);
+    alignas(TOKEN_USER) std::array<char, sizeof(TOKEN_USER) + SECURITY_MAX_SID_SIZE> user;
+    DWORD size = 0;
+    LPWSTR text = nullptr;
+    if (::GetTokenInformation(token, TokenUser, user.data(), static_cast<DWORD>(user.size()), &size) == FALSE ||
+        ::ConvertSidToStringSidW(reinterpret_cast<const TOKEN_USER*>(user.data())->User.Sid, &text) == FALSE) {
+        return {};
+    }
+    std::wstring name(text);
+    ::LocalFree(text);
+    return name;
+}
+
+/// The access rights with which a file is made: those of the file whose place it takes, or where these cannot be had,
+/// the user's alone.
+class CInitialRights {
+public:
+    explicit CInitialRights(std::vector<char> permissions) : m_permissions(std::move(permissions)) {
+        m_attributes.lpSecurityDescriptor = m_permissions.data();
+        if (m_permissions.empty()) {
+            const std::wstring rights = L"D:P(A;;FA;;;" + OwnName() + L")";
+            ::ConvertStringSecurityDescriptorToSecurityDescriptorW(rights.c_str(), SDDL_REVISION_1, &m_pOwnerAlone,
+                                                                   nullptr);
+            m_attributes.lpSecurityDescriptor = m_pOwnerAlone;
+        }
+    }
+    ~CInitialRights() { ::LocalFree(m_pOwnerAlone); }
+    CInitialRights(const CInitialRights&) = delete;
+    CInitialRights& operator=(const CInitialRights&) = delete;
+
+    bool AreKnown() const noexcept { return m_attributes.lpSecurityDescriptor != nullptr; }
+    SECURITY_ATTRIBUTES* Attributes() noexcept { return &m_attributes; }
+    std::vector<char>& Permissions() noexcept { return m_permissions; }
+
+private:
+    std::vector<char> m_permissions;
+    PSECURITY_DESCRIPTOR m_pOwnerAlone = nullptr;
+    SECURITY_ATTRIBUTES m_attributes = {sizeof(SECURITY_ATTRIBUTES), nullptr, FALSE};
+};
+
+/// A temporary file, open, that is removed again unless it is renamed. Where it cannot be made it is not open, and the
+/// system's error says why.
 class CTemporaryFile {
 public:
-    explicit CTemporaryFile(const std::wstring& folder)
-        : m_strPath(NewTemporaryPath(folder)),
-          m_file(::CreateFileW(m_strPath.c_str(), GENERIC_WRITE, kShareAll, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL,
-                               nullptr)) {}
+    CTemporaryFile(const std::wstring& folder, CInitialRights& rights)
+        : m_strPath(NewTemporaryPath(folder)), m_file(Make(rights)) {}
     CTemporaryFile(const CTemporaryFile&) = delete;
     CTemporaryFile& operator=(const CTemporaryFile&) = delete;
     ~CTemporaryFile() {
@@ -89,6 +179,7 @@ public:
     HANDLE Handle() const noexcept { return m_file.Get(); }
     const std::wstring& Path() const noexcept { return m_strPath; }
 
+    /// False, and the system's error, when the target cannot be replaced.
     bool RenameOver(const std::wstring& target) noexcept {
         for (int attempt = 1;; ++attempt) {
             m_bRenamed = ::MoveFileExW(m_strPath.c_str(), target.c_str(),
@@ -105,6 +196,13 @@ public:
     }
 
 private:
+    HANDLE Make(CInitialRights& rights) const noexcept {
+        return m_strPath.empty() || !rights.AreKnown()
+                   ? INVALID_HANDLE_VALUE
+                   : ::CreateFileW(m_strPath.c_str(), GENERIC_WRITE, kShareAll, rights.Attributes(), CREATE_NEW,
+                                   FILE_ATTRIBUTE_NORMAL, nullptr);
+    }
+
     const std::wstring m_strPath;
     const CFileHandle m_file;
     bool m_bRenamed = false;
@@ -125,21 +223,10 @@ std::string_view Write(HANDLE file, std::string_view contents) noexcept {
     return contents;
 }
 
-/// The access rights of a file as the system stores them; empty when they cannot be had.
-std::vector<char> Permissions(const std::wstring& path) {
-    DWORD size = 0;
-    ::GetFileSecurityW(path.c_str(), DACL_SECURITY_INFORMATION, nullptr, 0, &size);
-    std::vector<char> permissions(size);
-    if (::GetFileSecurityW(path.c_str(), DACL_SECURITY_INFORMATION, permissions.data(), size, &size) == FALSE) {
-        permissions.clear();
-    }
-    return permissions;
-}
-
-void CopyPermissions(const std::wstring& source, const std::wstring& target) {
-    std::vector<char> permissions = Permissions(source);
-    if (!permissions.empty() && permissions != Permissions(target)) {
-        ::SetFileSecurityW(target.c_str(), DACL_SECURITY_INFORMATION, permissions.data());
+/// Sets rights that are known, and that the file does not have already.
+void SetPermissions(const std::wstring& path, std::vector<char>& permissions) {
+    if (!permissions.empty() && permissions != Permissions(path)) {
+        ::SetFileSecurityW(path.c_str(), DACL_SECURITY_INFORMATION, permissions.data());
     }
 }
 
@@ -155,51 +242,81 @@ bool SetLength(HANDLE file, LARGE_INTEGER length) noexcept {
     return ::SetFilePointerEx(file, length, nullptr, FILE_BEGIN) != FALSE && ::SetEndOfFile(file) != FALSE;
 }
 
-/// Space that is lacking is asked for before the first byte changes.
-bool WriteInPlace(const std::wstring& path, std::string_view contents) noexcept {
+/// Space that is lacking is asked for before the first byte changes. Fails at once while another program has the file
+/// open.
+bool WriteInPlace(const std::wstring& path, std::string_view contents, CReason* reason) noexcept {
     const CFileHandle file(::CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+    if (!file) {
+        return Failed("CreateFile", reason);
+    }
     LARGE_INTEGER oldLength;
-    if (!file || ::GetFileSizeEx(file.Get(), &oldLength) == FALSE) {
-        return false;
+    if (::GetFileSizeEx(file.Get(), &oldLength) == FALSE) {
+        return Failed("GetFileSizeEx", reason);
     }
     LARGE_INTEGER newLength;
     newLength.QuadPart = static_cast<LONGLONG>(contents.size());
-    const bool bReserved = newLength.QuadPart <= oldLength.QuadPart || SetLength(file.Get(), newLength);
-    std::string_view rest = contents;
-    if (bReserved && ::SetFilePointerEx(file.Get(), LARGE_INTEGER{}, nullptr, FILE_BEGIN) != FALSE) {
-        rest = Write(file.Get(), contents);
-    }
-    if (rest.size() == contents.size()) {
-        SetLength(file.Get(), oldLength); // nothing has changed but the length
+    if (newLength.QuadPart > oldLength.QuadPart && !SetLength(file.Get(), newLength)) {
+        Failed("SetEndOfFile", reason);
+        SetLength(file.Get(), oldLength);
         return false;
     }
-    return rest.empty() && SetLength(file.Get(), newLength) && ::FlushFileBuffers(file.Get()) != FALSE;
+    std::string_view rest = contents;
+    if (::SetFilePointerEx(file.Get(), LARGE_INTEGER{}, nullptr, FILE_BEGIN) != FALSE) {
+        rest = Write(file.Get(), contents);
+    }
+    if (!rest.empty()) {
+        Failed("WriteFile", reason);
+        if (rest.size() == contents.size()) {
+            SetLength(file.Get(), oldLength); // nothing has changed but the length
+        }
+        return false;
+    }
+    if (!SetLength(file.Get(), newLength)) {
+        return Failed("SetEndOfFile", reason);
+    }
+    return ::FlushFileBuffers(file.Get()) != FALSE || Failed("FlushFileBuffers", reason);
 }
 
-bool Replace(const std::wstring& path, std::string_view contents) {
+bool Replace(const std::wstring& path, std::string_view contents, CReason* reason) {
     const std::wstring target = FinalPath(path);
     const std::wstring folder = FolderOf(target);
     RemoveLeftovers(folder);
-    CTemporaryFile temporary(folder);
-    if (!temporary) {
+    CInitialRights rights(Permissions(target));
+    {
+        CTemporaryFile temporary(folder, rights);
+        if (!temporary) {
+            const DWORD error = ::GetLastError();
+            Failed("CreateFile", reason);
+            const bool bTakesNoFile =
+                error == ERROR_ACCESS_DENIED || error == ERROR_PATH_NOT_FOUND || error == ERROR_FILENAME_EXCED_RANGE;
+            return bTakesNoFile && WriteInPlace(target, contents, reason);
+        }
+        if (!Write(temporary.Handle(), contents).empty()) {
+            return Failed("WriteFile", reason);
+        }
+        CopyAttributes(target, temporary.Path());
+        SetPermissions(temporary.Path(), rights.Permissions());
+        if (::FlushFileBuffers(temporary.Handle()) == FALSE) {
+            return Failed("FlushFileBuffers", reason);
+        }
+        if (temporary.RenameOver(target)) {
+            return true;
+        }
         const DWORD error = ::GetLastError();
-        const bool takesNoFile =
-            error == ERROR_ACCESS_DENIED || error == ERROR_PATH_NOT_FOUND || error == ERROR_FILENAME_EXCED_RANGE;
-        return takesNoFile && WriteInPlace(target, contents);
+        Failed("MoveFileEx", reason);
+        if (error != ERROR_ACCESS_DENIED) {
+            return false;
+        }
     }
-    if (!Write(temporary.Handle(), contents).empty()) {
-        return false;
-    }
-    CopyAttributes(target, temporary.Path());
-    CopyPermissions(target, temporary.Path());
-    return ::FlushFileBuffers(temporary.Handle()) != FALSE && temporary.RenameOver(target);
+    // A document that may be written and not replaced, or that another program has open: then this fails too.
+    return WriteInPlace(target, contents, reason);
 }
 
 } // namespace
 
 bool ReplaceContents(const char* path, std::string_view contents, CReason* reason) noexcept {
     try {
-        return Replace(ToWideText(path), contents);
+        return Replace(ToWideText(path), contents, reason);
     } catch (const std::bad_alloc&) {
         GiveReason(reason, CReason::Of(ReasonKind::OutOfMemory));
         return false;
