@@ -9,6 +9,7 @@
 #include "dom_types.h" // per target: DomChar, DomText, DomNode
 #include "platform/reason.h"
 
+#include <cstdint>
 #include <exception>
 #include <memory>
 #include <string_view>
@@ -51,6 +52,17 @@ struct DomPair {
     DomView text;
 };
 
+enum class DomKind : std::uint8_t { Element, Text, Cdata, Comment, Instruction, Other };
+
+/// Where something stands in the file that was loaded, both from 1 and in characters; 0: not known.
+struct DomPosition {
+    std::uint32_t line = 0;
+    std::uint32_t column = 0;
+};
+
+/// Whether a load notes where everything stands. Costs memory of the size of the document.
+enum class DomPositions : bool { Forgotten, Noted };
+
 /// One document of the DOM.
 class DomDocument {
 public:
@@ -65,11 +77,14 @@ public:
     /// that is only white space. False: there is no document in that file (missing, unreadable, malformed), and
     /// `reason`, where one is wanted, says why. Throws DomError when the load call itself failed, as opposed to the
     /// document.
-    bool Load(const char* path, CReason* reason = nullptr);
+    bool Load(const char* path, CReason* reason = nullptr, DomPositions positions = DomPositions::Forgotten);
 
     /// Replaces the file, which exists, by the whole document, in one step (see the target's save). The DomError of a
     /// failure says why.
     void Save(const char* path);
+
+    /// Empty only before the load.
+    DomNode DocumentElement();
 
     /// The first element in document order below the document element with this whole tag name, prefix included;
     /// empty when there is none. `tagName` is a valid XML name.
@@ -83,6 +98,16 @@ public:
     /// of a kind that has none (a comment, text, a processing instruction, a CDATA section).
     bool ListAttributes(const DomNode& node, std::vector<DomAttribute>& attributes);
 
+    DomKind Kind(const DomNode& node);
+
+    /// The text of a node that is no element: what a comment, a text, a section or an instruction says.
+    DomText Text(const DomNode& node);
+
+    /// Where a node, or the attribute at `index` of an element, stood when it was loaded. Not known without
+    /// DomPositions::Noted, of what was added since, and on targets whose DOM does not say.
+    DomPosition Position(const DomNode& node);
+    DomPosition AttributePosition(const DomNode& element, std::size_t index);
+
     /// Tag name of an element, prefix included. Of another node something that is no XML name.
     DomText TagName(const DomNode& node);
 
@@ -92,9 +117,13 @@ public:
     /// Returns the text as the tree now holds it.
     DomText SetAttributeText(const DomNode& element, std::size_t index, DomView text);
 
-    /// Appends an element "Item" without namespace as the last child of `container`, with these attributes in
-    /// this order; a repeated name keeps its first place and its last text. All or nothing.
-    DomNode AppendItem(const DomNode& container, const std::vector<DomPair>& attributes);
+    /// Adds an attribute, whose name the element does not have, behind its others. Returns its text as the tree now
+    /// holds it.
+    DomText AddAttribute(const DomNode& element, const DomPair& attribute);
+
+    /// Appends an element without namespace as the last child of `parent`, with these attributes in this order; a
+    /// repeated name keeps its first place and its last text. `tagName` is a valid XML name. All or nothing.
+    DomNode AppendElement(const DomNode& parent, DomView tagName, const std::vector<DomPair>& attributes);
 
     void RemoveChild(const DomNode& container, const DomNode& child);
 

@@ -27,4 +27,18 @@ void ToNativeSeparators(char* path) noexcept;
 /// holds open to the exclusion of others. Otherwise `reason`, where one is wanted, says which of these it is not.
 bool IsPresentAndWritable(const char* path, CReason* reason = nullptr) noexcept;
 
+/// What tells one state of a file from another: which file it is, its size, and its times.
+struct FileStamp {
+    std::uint64_t device = 0;
+    std::uint64_t file = 0;
+    std::uint64_t size = 0;
+    std::uint64_t modified = 0; // in the smallest units of the system
+    std::uint64_t changed = 0;  // contents or anything else
+
+    friend bool operator==(const FileStamp&, const FileStamp&) = default;
+};
+
+/// The stamp of the file that the path leads to. All zeros when there is none; `reason`, where one is wanted, says why.
+FileStamp StampOf(const char* path, CReason* reason = nullptr) noexcept;
+
 } // namespace platform

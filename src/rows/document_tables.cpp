@@ -16,6 +16,12 @@ constexpr RowNumber kFewRows = 64;
 
 const std::basic_string<DomChar> kItemName{'I', 't', 'e', 'm'};
 
+void RequireName(DomView name) {
+    if (!IsXmlNameInEveryEdition(name)) {
+        throw DomError("XML cannot hold this name");
+    }
+}
+
 void RequireText(DomView text) {
     if (!IsXmlText(text)) {
         throw DomError("XML cannot hold this text");
@@ -42,12 +48,10 @@ CRowTable* CDocumentTables::FindTable(DomView tagName) {
 
 void CDocumentTables::AppendItem(CRowTable& table, const std::vector<DomPair>& attributes) {
     for (const DomPair& pair : attributes) {
-        if (!IsXmlNameInEveryEdition(pair.name)) {
-            throw DomError("XML cannot hold this name");
-        }
+        RequireName(pair.name);
         RequireText(pair.text);
     }
-    DomNode item = m_dom.AppendItem(table.Container(), attributes);
+    DomNode item = m_dom.AppendElement(table.Container(), kItemName, attributes);
     try {
         table.Append(m_dom, std::move(item));
     } catch (const std::exception&) {
@@ -69,7 +73,46 @@ void CDocumentTables::SetText(CRowTable& table, RowNumber row, std::size_t cell,
     table.AddToIndexes(row, name);
 }
 
+void CDocumentTables::AddCell(CRowTable& table, RowNumber row, const DomPair& attribute) {
+    RequireName(attribute.name);
+    RequireText(attribute.text);
+    DomView baseName = attribute.name;
+    baseName.remove_prefix(baseName.find(DomChar{':'}) + 1); // nothing where there is none
+    const NameNumber known = table.FindName(baseName);
+    if (table.IsBare(row) || (known != kNoName && table.FindCell(row, known) != nullptr)) {
+        throw DomError("the row cannot have one more attribute of this name");
+    }
+    DomText text = m_dom.AddAttribute(table.Node(row), attribute);
+    try {
+        table.AddCell(row, baseName, std::move(text));
+    } catch (const std::exception&) {
+        Forget(table); // the attribute is there all the same
+        throw;
+    }
+}
+
 void CDocumentTables::RemoveRow(CRowTable& table, RowNumber row) {
+    TakeRow(table, row);
+    ForgetIfSparse(table);
+}
+
+void CDocumentTables::RemoveRows(CRowTable& table, std::span<const RowNumber> rows) {
+    for (const RowNumber row : rows) {
+        if (table.IsLive(row)) {
+            TakeRow(table, row);
+        }
+    }
+    ForgetIfSparse(table);
+}
+
+void CDocumentTables::AddContainer(DomView tagName) {
+    RequireName(tagName);
+    const std::basic_string<DomChar> name(tagName);
+    m_dom.AppendElement(m_dom.DocumentElement(), tagName, {});
+    m_containers.erase(name); // that there was none
+}
+
+void CDocumentTables::TakeRow(CRowTable& table, RowNumber row) {
     table.TakeFromIndexes(row, kNoName);
     try {
         RemoveNode(table, row);
@@ -78,6 +121,9 @@ void CDocumentTables::RemoveRow(CRowTable& table, RowNumber row) {
         throw;
     }
     table.MarkGone(row);
+}
+
+void CDocumentTables::ForgetIfSparse(const CRowTable& table) noexcept {
     if (table.RowCount() > kFewRows && table.LiveCount() < table.RowCount() / 2) {
         Forget(table);
     }

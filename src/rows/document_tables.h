@@ -12,11 +12,14 @@
 #include "rows/text_map.h"
 
 #include <memory>
+#include <span>
 #include <vector>
 
 class CDocumentTables {
 public:
     explicit CDocumentTables(DomDocument& dom) noexcept : m_dom(dom) {}
+
+    DomDocument& Dom() noexcept { return m_dom; }
 
     /// The rows of the container with this tag name; null when there is none. Valid until the next change.
     /// Throws DomError, std::bad_alloc.
@@ -31,8 +34,17 @@ public:
     /// Sets the text of one cell of a row. The table stays valid.
     void SetText(CRowTable& table, RowNumber row, std::size_t cell, DomView text);
 
+    /// Adds a cell to a row that has none with this base name. The table stays valid.
+    void AddCell(CRowTable& table, RowNumber row, const DomPair& attribute);
+
     /// Removes one child of the container.
     void RemoveRow(CRowTable& table, RowNumber row);
+
+    /// Removes several, in time that grows with their number. What was removed before an error stays removed.
+    void RemoveRows(CRowTable& table, std::span<const RowNumber> rows);
+
+    /// Adds an empty container of this name, which the document lacks, behind all others.
+    void AddContainer(DomView tagName);
 
     enum class Order { FirstToLast, LastToFirst };
     /// Removes every child of the container, those without attributes too. What was removed before an error stays
@@ -41,6 +53,8 @@ public:
 
 private:
     void RemoveNode(const CRowTable& table, RowNumber row);
+    void TakeRow(CRowTable& table, RowNumber row);
+    void ForgetIfSparse(const CRowTable& table) noexcept;
     void Forget(const CRowTable& table) noexcept;
 
     DomDocument& m_dom;

@@ -23,6 +23,25 @@ RowNumber CRowFilter::FindFirst(CRowTable& table, NameNumber wanted) const {
     return row;
 }
 
+void CRowFilter::FindAll(CRowTable& table, std::vector<RowNumber>& rows) const {
+    const bool bPlain =
+        m_nCount > 0 && IsPlain(table) &&
+        std::none_of(m_pairs.begin(), m_pairs.end(), [](const RowPair& pair) { return pair.name == kNoName; });
+    const CRowIndex* const index = bPlain ? table.Index(m_pairs) : nullptr;
+    if (index != nullptr) {
+        for (RowNumber row = index->Find(table, m_pairs, kNoRow); row != kNoRow;
+             row = index->Find(table, m_pairs, row)) {
+            rows.push_back(row);
+        }
+        return;
+    }
+    for (RowNumber row = 0; row < table.RowCount(); ++row) {
+        if (table.IsLive(row) && !table.IsBare(row) && Passes(table, row)) {
+            rows.push_back(row);
+        }
+    }
+}
+
 const RowPair* CRowFilter::FindPair(NameNumber name) const noexcept {
     const auto found =
         std::find_if(m_pairs.begin(), m_pairs.end(), [name](const RowPair& pair) { return pair.name == name; });

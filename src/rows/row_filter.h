@@ -33,6 +33,9 @@ public:
     /// The cell with that name in the row that FindFirst gives.
     CellPlace FindFirstCell(CRowTable& table, NameNumber wanted) const;
 
+    /// Appends every row that passes, in document order; rows without attributes are passed over.
+    void FindAll(CRowTable& table, std::vector<RowNumber>& rows) const;
+
     /// The first pair with that name; null when there is none.
     const RowPair* FindPair(NameNumber name) const noexcept;
 

@@ -2,6 +2,7 @@
 
 #include "platform/code_page.h"
 
+#include <algorithm>
 #include <new>
 
 namespace {
@@ -33,7 +34,7 @@ const RowCell* CRowTable::FindCell(RowNumber row, NameNumber name) const noexcep
 }
 
 RowNumber CRowTable::FirstCarrier(NameNumber name) noexcept {
-    // No row ever gains an attribute, so the rows that were passed once need never be looked at again.
+    // The rows that were passed once need never be looked at again, but for one that gains the attribute (AddCell).
     RowNumber& row = m_firstCarriers[name];
     while (row < RowCount() && (!IsLive(row) || FindCell(row, name) == nullptr)) {
         ++row;
@@ -72,7 +73,8 @@ void CRowTable::Append(DomDocument& dom, DomNode node) {
         cells[position].name = name;
         cells[position].text = std::move(m_attributes[position].text);
     }
-    m_rows.push_back({std::move(node), std::move(cells), static_cast<std::uint32_t>(m_attributes.size()), true});
+    m_rows.push_back(
+        {std::move(node), std::move(cells), static_cast<std::uint32_t>(m_attributes.size()), true, !bHasAttributes});
     ++m_nLive;
     if (!bHasAttributes && m_nFirstBare == kNoRow) {
         m_nFirstBare = row;
@@ -125,6 +127,19 @@ void CRowTable::TakeFromIndexes(RowNumber row, NameNumber name) noexcept {
 
 void CRowTable::SetText(RowNumber row, std::size_t cell, DomText text) noexcept {
     m_rows[row].cells[cell].text = std::move(text);
+}
+
+void CRowTable::AddCell(RowNumber row, DomView baseName, DomText text) {
+    Row& owner = m_rows[row];
+    const NameNumber name = NumberOf(baseName, owner.cellCount);
+    auto cells = std::make_unique<RowCell[]>(owner.cellCount + 1);
+    std::move(owner.cells.get(), owner.cells.get() + owner.cellCount, cells.get());
+    cells[owner.cellCount].name = name;
+    cells[owner.cellCount].text = std::move(text);
+    owner.cells = std::move(cells);
+    ++owner.cellCount;
+    m_firstCarriers[name] = std::min(m_firstCarriers[name], row);
+    AddToIndexes(row, name);
 }
 
 void CRowTable::MarkGone(RowNumber row) noexcept {

@@ -1,7 +1,7 @@
 // The children of one container as rows of (base name, text), read through the DOM once.
 //
 // The DOM stays the truth and the table is a copy, kept in step by CDocumentTables, the only writer. Row numbers follow
-// document order and never change: rows are only ever appended, or marked as gone.
+// document order and do not change as long as the table lives: rows are only ever appended, or marked as gone.
 
 #pragma once
 
@@ -38,7 +38,10 @@ public:
         return {m_rows[row].cells.get(), m_rows[row].cellCount};
     }
 
-    /// The first row that is of a kind without attributes (a comment, text), or kNoRow.
+    /// Whether the row is of a kind without attributes (a comment, text).
+    bool IsBare(RowNumber row) const noexcept { return m_rows[row].bare; }
+
+    /// The first row that is bare, or kNoRow.
     RowNumber FirstBareRow() const noexcept { return m_nFirstBare; }
 
     /// True when some row has two attributes with one base name.
@@ -67,12 +70,14 @@ private:
         std::unique_ptr<RowCell[]> cells;
         std::uint32_t cellCount;
         bool live;
+        bool bare;
     };
 
     void Append(DomDocument& dom, DomNode node);
     void AddToIndexes(RowNumber row, NameNumber name) noexcept;
     void TakeFromIndexes(RowNumber row, NameNumber name) noexcept;
     void SetText(RowNumber row, std::size_t cell, DomText text) noexcept;
+    void AddCell(RowNumber row, DomView baseName, DomText text);
     void MarkGone(RowNumber row) noexcept;
     void Clear() noexcept;
     NameNumber NumberOf(DomView name, std::size_t position);

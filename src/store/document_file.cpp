@@ -18,13 +18,13 @@ FileChoice ChooseFile(const AnsiString& installFolderPath) {
     return choice;
 }
 
-std::unique_ptr<DomDocument> LoadFile(const AnsiString& path, CReason* reason) {
+std::unique_ptr<DomDocument> LoadFile(const AnsiString& path, CReason* reason, DomPositions positions) {
     auto dom = DomDocument::Create();
     if (dom == nullptr) {
         GiveReason(reason, CReason::Of(ReasonKind::CallFailed, "there is no DOM to be had"));
         return nullptr;
     }
-    return dom->Load(path.c_str(), reason) ? std::move(dom) : nullptr;
+    return dom->Load(path.c_str(), reason, positions) ? std::move(dom) : nullptr;
 }
 
 COutcome SaveToUserCopy(DomDocument& dom, const AnsiString& installFolderPath) noexcept {

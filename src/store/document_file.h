@@ -22,7 +22,7 @@ FileChoice ChooseFile(const AnsiString& installFolderPath);
 
 /// Loads the file. Null when there is no document in it, and `reason`, where one is wanted, says why. Throws DomError
 /// when the DOM's load call itself fails, std::bad_alloc.
-std::unique_ptr<DomDocument> LoadFile(const AnsiString& path, CReason* reason);
+std::unique_ptr<DomDocument> LoadFile(const AnsiString& path, CReason* reason, DomPositions positions);
 
 /// Writes the document over its per-user copy, wherever it was loaded from: Done, NoUserCopy or Failed.
 COutcome SaveToUserCopy(DomDocument& dom, const AnsiString& installFolderPath) noexcept;

@@ -13,11 +13,10 @@
 /// Runs `pass`, which says What came of it, on the tables of an open document, holding its lock. Returns the status: 0
 /// when it was done, else 1. What was done before the DOM or the memory fails midway stays. `outcome` may be null.
 template <class Pass>
-int32_t RunLocked(CXmlObject* document, const CXmlQuery* query, COutcome* outcome, Pass pass) noexcept {
+int32_t RunLocked(CXmlObject* document, COutcome* outcome, Pass pass) noexcept {
     What what = What::NoDocument;
     CReason reason;
-    if (document != nullptr && document->m_hSemaphore != nullptr && query != nullptr &&
-        document->m_pTables != nullptr) {
+    if (document != nullptr && document->m_hSemaphore != nullptr && document->m_pTables != nullptr) {
         const platform::CSemaphoreGuard guard(document->m_hSemaphore);
         try {
             what = pass(*document->m_pTables);
@@ -36,11 +35,18 @@ int32_t RunLocked(CXmlObject* document, const CXmlQuery* query, COutcome* outcom
     return what == What::Done ? 0 : 1;
 }
 
-/// The same on the container that the query names.
+/// The same on the rows of a container.
 template <class Pass>
-int32_t RunOnContainer(CXmlObject* document, const CXmlQuery* query, COutcome* outcome, Pass pass) noexcept {
-    return RunLocked(document, query, outcome, [&](CDocumentTables& tables) {
-        CRowTable* const table = tables.FindTable(platform::CDomArgument(query->m_strElement).View());
+int32_t RunOnContainer(CXmlObject* document, const AnsiString& element, COutcome* outcome, Pass pass) noexcept {
+    return RunLocked(document, outcome, [&](CDocumentTables& tables) {
+        CRowTable* const table = tables.FindTable(platform::CDomArgument(element).View());
         return table != nullptr ? pass(tables, *table) : What::NoContainer;
     });
+}
+
+/// The same on the container that a query names. A null query is like no document.
+template <class Pass>
+int32_t RunOnContainer(CXmlObject* document, const CXmlQuery* query, COutcome* outcome, Pass pass) noexcept {
+    return query != nullptr ? RunOnContainer(document, query->m_strElement, outcome, pass)
+                            : RunLocked(nullptr, outcome, [](CDocumentTables&) { return What::NoDocument; });
 }

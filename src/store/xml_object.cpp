@@ -8,47 +8,63 @@ CXmlObject::CXmlObject() noexcept : m_hSemaphore(platform::NewSemaphore()) {}
 
 CXmlObject::~CXmlObject() { platform::DeleteSemaphore(m_hSemaphore); }
 
-int32_t CXmlObject::Open(const AnsiString& relativePath, CReason* reason) {
-    if (m_hSemaphore == nullptr || relativePath.empty()) {
-        GiveReason(reason, CReason::Of(m_hSemaphore == nullptr ? ReasonKind::CallFailed : ReasonKind::NoPath));
+/// Takes the lock and adds a reference to what `load` has loaded or found loaded.
+template <class Loader>
+int32_t CXmlObject::OpenLocked(CReason* reason, Loader load) {
+    if (m_hSemaphore == nullptr) {
+        GiveReason(reason, CReason::Of(ReasonKind::CallFailed, "there is no semaphore to be had"));
         return 1;
     }
     // No guard: when the DOM's load call itself fails, the lock is kept on purpose. The host learns of a state that it
     // can only report, and nobody works on the half-made document.
     platform::Wait(m_hSemaphore);
-    int32_t status = 1;
+    bool bOpen = false;
     try {
-        status = OpenLocked(relativePath, reason);
+        bOpen = load();
     } catch (const std::bad_alloc&) {
         GiveReason(reason, CReason::Of(ReasonKind::OutOfMemory));
     }
+    m_nReferences += bOpen ? 1 : 0;
     platform::Signal(m_hSemaphore);
-    return status;
+    return bOpen ? 0 : 1;
 }
 
-int32_t CXmlObject::OpenLocked(const AnsiString& relativePath, CReason* reason) {
-    if (!m_strPath.empty() && !IsSamePath(relativePath)) {
+int32_t CXmlObject::Open(const AnsiString& relativePath, CReason* reason, DomPositions positions) {
+    if (relativePath.empty()) {
         GiveReason(reason, CReason::Of(ReasonKind::NoPath));
         return 1;
     }
-    if (m_nReferences == 0) {
-        m_strPath = InstallFolderPath(relativePath);
-        if (!Load(reason)) {
-            m_strPath = {};
-            return 1;
-        }
-    }
-    ++m_nReferences;
-    return 0;
+    return OpenLocked(reason, [&] { return LoadInstalled(relativePath, reason, positions); });
 }
 
-bool CXmlObject::Load(CReason* reason) {
+int32_t CXmlObject::OpenFile(const AnsiString& path, CReason* reason, DomPositions positions) {
+    return OpenLocked(reason, [&] {
+        m_file = {LoadState::NotLoaded, path, {}};
+        return Load(reason, positions);
+    });
+}
+
+bool CXmlObject::LoadInstalled(const AnsiString& relativePath, CReason* reason, DomPositions positions) {
+    if (!m_strPath.empty() && !IsSamePath(relativePath)) {
+        GiveReason(reason, CReason::Of(ReasonKind::NoPath));
+        return false;
+    }
+    if (m_nReferences != 0) {
+        return true;
+    }
+    m_strPath = InstallFolderPath(relativePath);
     m_file = ChooseFile(m_strPath);
     if (m_file.m_nLoadState == LoadState::NotLoaded) {
         GiveReason(reason, m_file.m_whyNotUserCopy);
-        return false;
+    } else if (Load(reason, positions)) {
+        return true;
     }
-    auto dom = LoadFile(m_file.m_strPath, reason);
+    m_strPath = {};
+    return false;
+}
+
+bool CXmlObject::Load(CReason* reason, DomPositions positions) {
+    auto dom = LoadFile(m_file.m_strPath, reason, positions);
     if (dom == nullptr) {
         return false;
     }

@@ -23,7 +23,12 @@ struct CXmlObject {
     /// Loads the document, or shares it when it is loaded. Returns 0, or 1 and is then not open; `reason`, where one is
     /// wanted, says why. A per-user copy that is malformed fails; the installed document does not step in for it. When
     /// the DOM's load call itself fails, its DomError passes and the document stays locked.
-    int32_t Open(const AnsiString& relativePath, CReason* reason = nullptr);
+    int32_t Open(const AnsiString& relativePath, CReason* reason = nullptr,
+                 DomPositions positions = DomPositions::Forgotten);
+
+    /// Loads a file from wherever it lies, into an object that is not open. It belongs to no host and is never saved.
+    int32_t OpenFile(const AnsiString& path, CReason* reason = nullptr,
+                     DomPositions positions = DomPositions::Forgotten);
 
     /// True when this document was opened for that path.
     bool IsSamePath(const AnsiString& relativePath) const;
@@ -42,6 +47,8 @@ struct CXmlObject {
     FileChoice m_file;                          // which it was loaded from
 
 private:
-    int32_t OpenLocked(const AnsiString& relativePath, CReason* reason);
-    bool Load(CReason* reason);
+    template <class Loader>
+    int32_t OpenLocked(CReason* reason, Loader load);
+    bool LoadInstalled(const AnsiString& relativePath, CReason* reason, DomPositions positions);
+    bool Load(CReason* reason, DomPositions positions);
 };

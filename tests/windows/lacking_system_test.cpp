@@ -15,6 +15,7 @@
 #include "store/document_pool.h"
 #include "store/module_state.h"
 #include "store/node_readers.h"
+#include "store/xml_object.h"
 #include "wide_text.h"
 
 #include <cstdio>

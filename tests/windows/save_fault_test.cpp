@@ -1,6 +1,7 @@
 #include "save_fault_test.h"
 
 #include "store/module_state.h"
+#include "store/xml_object.h"
 
 #include <sddl.h>
 

@@ -21,14 +21,13 @@ struct DomDocument::Native {
     /// Items that were made where a default namespace holds. They are in none, and must say so where they are written.
     std::unordered_set<pugi::xml_node_struct*> m_outsideNamespace;
 
-    void CheckItem(pugi::xml_node item);
+    void CheckNew(pugi::xml_node element);
     void Remove(pugi::xml_node parent, pugi::xml_node child) noexcept;
     bool Write(const char* path, unsigned format, CReason& reason) const;
 };
 
 namespace {
 
-constexpr const char* kItemName = "Item";
 constexpr const char* kDefaultDeclaration = "xmlns";
 
 /// The disk is busy with one piece of a document while the next is made: small enough for many pieces, and large enough
@@ -245,8 +244,11 @@ std::unique_ptr<DomDocument> DomDocument::Create() noexcept {
     }
 }
 
-bool DomDocument::Load(const char* path, CReason* reason) {
+bool DomDocument::Load(const char* path, CReason* reason, DomPositions positions) {
     try {
+        if (positions == DomPositions::Noted) {
+            m_pNative->m_document.m_positions.emplace();
+        }
         CDocumentSource source;
         return source.Open(path, reason) && BuildTree(source.Text(), m_pNative->m_document, reason);
     } catch (const std::bad_alloc&) {
@@ -286,6 +288,8 @@ void DomDocument::Save(const char* path) {
     }
 }
 
+DomNode DomDocument::DocumentElement() { return m_pNative->m_document.m_tree.document_element(); }
+
 DomNode DomDocument::FirstElementNamed(DomView tagName) {
     const pugi::xml_node root = m_pNative->m_document.m_tree.document_element();
     pugi::xml_node node = NextNode(root, root);
@@ -309,6 +313,35 @@ bool DomDocument::ListAttributes(const DomNode& node, std::vector<DomAttribute>&
     return true;
 }
 
+DomKind DomDocument::Kind(const DomNode& node) {
+    switch (node.type()) {
+    case pugi::node_element:
+        return DomKind::Element;
+    case pugi::node_pcdata:
+        return DomKind::Text;
+    case pugi::node_cdata:
+        return DomKind::Cdata;
+    case pugi::node_comment:
+        return DomKind::Comment;
+    case pugi::node_pi:
+        return DomKind::Instruction;
+    default:
+        return DomKind::Other;
+    }
+}
+
+DomText DomDocument::Text(const DomNode& node) { return DomText(node.value()); }
+
+DomPosition DomDocument::Position(const DomNode& node) {
+    const auto& positions = m_pNative->m_document.m_positions;
+    return positions.has_value() ? positions->Of(node) : DomPosition();
+}
+
+DomPosition DomDocument::AttributePosition(const DomNode& element, std::size_t index) {
+    const auto& positions = m_pNative->m_document.m_positions;
+    return positions.has_value() ? positions->OfAttribute(element, index) : DomPosition();
+}
+
 DomText DomDocument::TagName(const DomNode& node) { return DomText(node.name()); }
 
 bool DomDocument::HasChildren(const DomNode& node) { return !node.first_child().empty(); }
@@ -326,12 +359,30 @@ DomText DomDocument::SetAttributeText(const DomNode& element, std::size_t index,
     return DomText(attribute.value());
 }
 
-/// Throws DomError when the document could not be loaded again with this new item, or the item would then not be the
-/// same.
-void DomDocument::Native::CheckItem(pugi::xml_node item) {
-    const std::size_t depth = DepthOf(item);
+DomText DomDocument::AddAttribute(const DomNode& element, const DomPair& attribute) {
+    pugi::xml_node owner = element;
+    const std::string name(attribute.name);
+    pugi::xml_attribute added = AppendNamedAttribute(owner, name.c_str());
+    Require(!added.empty());
+    try {
+        Require(added.set_value(std::string(attribute.text).c_str()));
+        RequireHolds(m_pNative->m_document.m_declarations, owner, added, attribute.text);
+        if (ConcernsNamespaces(name)) {
+            RequireRight(CheckNamespaces(owner, {}));
+        }
+    } catch (const std::exception&) {
+        owner.remove_attribute(added);
+        throw;
+    }
+    return DomText(added.value());
+}
+
+/// Throws DomError when the document could not be loaded again with this new element, or the element would then not be
+/// the same.
+void DomDocument::Native::CheckNew(pugi::xml_node element) {
+    const std::size_t depth = DepthOf(element);
     if (depth > kMaxElementDepth) {
-        throw DomError("an item would lie too deep", CReason::Of(ReasonKind::TooDeep));
+        throw DomError("an element would lie too deep", CReason::Of(ReasonKind::TooDeep));
     }
     std::vector<NamedText> attributes; // as they would be loaded
     bool bNamespaces = false;
@@ -339,14 +390,14 @@ void DomDocument::Native::CheckItem(pugi::xml_node item) {
         attributes.push_back({name, text});
         bNamespaces = bNamespaces || ConcernsNamespaces(name);
     };
-    for (const pugi::xml_attribute attribute : item.attributes()) {
-        RequireHolds(m_document.m_declarations, item, attribute, attribute.value());
+    for (const pugi::xml_attribute attribute : element.attributes()) {
+        RequireHolds(m_document.m_declarations, element, attribute, attribute.value());
         add(attribute.name(), attribute.value());
     }
-    bool bOutside = IsInDefaultNamespace(item);
+    bool bOutside = IsInDefaultNamespace(element);
     std::size_t defaultBytes = m_document.m_nDefaultBytes;
-    for (const auto& [name, declaration] : m_document.m_declarations.Of(kItemName)) {
-        if (declaration.bDefault && item.attribute(name.c_str()).empty()) {
+    for (const auto& [name, declaration] : m_document.m_declarations.Of(element.name())) {
+        if (declaration.bDefault && element.attribute(name.c_str()).empty()) {
             defaultBytes += name.size() + declaration.strDefault.size();
             add(name, declaration.strDefault);
             bOutside = bOutside || name == kDefaultDeclaration;
@@ -356,28 +407,28 @@ void DomDocument::Native::CheckItem(pugi::xml_node item) {
         throw DomError("the defaults of attributes are too large", CReason::Of(ReasonKind::TooLarge));
     }
     if (bNamespaces) {
-        RequireRight(ScopesOf(item.parent()).Enter(depth, kItemName, attributes));
+        RequireRight(ScopesOf(element.parent()).Enter(depth, element.name(), attributes));
     }
-    if (bOutside && item.attribute(kDefaultDeclaration).empty()) {
-        m_outsideNamespace.insert(item.internal_object());
+    if (bOutside && element.attribute(kDefaultDeclaration).empty()) {
+        m_outsideNamespace.insert(element.internal_object());
     }
     m_document.m_nDefaultBytes = defaultBytes;
 }
 
-DomNode DomDocument::AppendItem(const DomNode& container, const std::vector<DomPair>& attributes) {
+DomNode DomDocument::AppendElement(const DomNode& parent, DomView tagName, const std::vector<DomPair>& attributes) {
     try {
-        CNewChild item(container);
-        Require(item.Node().set_name(kItemName));
+        CNewChild element(parent);
+        Require(element.Node().set_name(std::string(tagName).c_str()));
         for (const DomPair& pair : attributes) {
             const std::string name(pair.name);
-            pugi::xml_attribute attribute = item.Node().attribute(name.c_str());
+            pugi::xml_attribute attribute = element.Node().attribute(name.c_str());
             if (attribute.empty()) {
-                attribute = AppendNamedAttribute(item.Node(), name.c_str());
+                attribute = AppendNamedAttribute(element.Node(), name.c_str());
             }
             Require(!attribute.empty() && attribute.set_value(std::string(pair.text).c_str()));
         }
-        m_pNative->CheckItem(item.Node());
-        return item.Keep();
+        m_pNative->CheckNew(element.Node());
+        return element.Keep();
     } catch (const std::bad_alloc&) {
         throw DomError("the document has no memory left");
     }
@@ -394,6 +445,9 @@ void DomDocument::Native::Remove(pugi::xml_node parent, pugi::xml_node child) no
         const bool bLast = node == child;
         pugi::xml_node outer = bLast ? parent : node.parent();
         m_outsideNamespace.erase(node.internal_object());
+        if (m_document.m_positions.has_value()) {
+            m_document.m_positions->Forget(node); // its place in memory may be another node's soon
+        }
         outer.remove_child(node);
         if (bLast) {
             return;

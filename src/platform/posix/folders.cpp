@@ -74,4 +74,17 @@ bool IsPresentAndWritable(const char* path, CReason* reason) noexcept {
     return true;
 }
 
+FileStamp StampOf(const char* path, CReason* reason) noexcept {
+    struct stat status = {};
+    if (stat(path, &status) != 0) {
+        GiveReason(reason, CReason::OfCall("stat", static_cast<std::uint32_t>(errno)));
+        return {};
+    }
+    const auto nanoseconds = [](const timespec& time) {
+        return static_cast<std::uint64_t>(time.tv_sec) * 1'000'000'000u + static_cast<std::uint64_t>(time.tv_nsec);
+    };
+    return {status.st_dev, status.st_ino, static_cast<std::uint64_t>(status.st_size), nanoseconds(status.st_mtim),
+            nanoseconds(status.st_ctim)};
+}
+
 } // namespace platform

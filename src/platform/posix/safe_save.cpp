@@ -35,7 +35,8 @@ class CFileWriter {
 public:
     explicit CFileWriter(const CFile& file) noexcept : m_nFile(file.Descriptor()) {}
 
-    /// False when the contents shall not be written or the system fails; `reason`, where one is wanted, says how it did.
+    /// False when the contents shall not be written or the system fails; `reason`, where one is wanted, says how it
+    /// did.
     bool Write(const ContentsProducer& produceContents, CReason* reason) noexcept {
         const bool bProduced = produceContents([this](std::string_view piece) { WritePiece(piece); });
         errno = m_nError;

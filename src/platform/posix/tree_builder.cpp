@@ -151,9 +151,22 @@ private:
 
     void FlushText() {
         if (!IsWhiteSpace(m_strText)) {
-            Require(Append(pugi::node_pcdata).set_value(m_strText.c_str()));
+            pugi::xml_node text = Append(pugi::node_pcdata);
+            Require(text.set_value(m_strText.c_str()));
+            NotePosition(text, m_textStart);
         }
         m_strText.clear();
+    }
+
+    DomPosition Here() const noexcept {
+        return {static_cast<std::uint32_t>(XML_GetCurrentLineNumber(m_pParser.get())),
+                static_cast<std::uint32_t>(XML_GetCurrentColumnNumber(m_pParser.get())) + 1};
+    }
+
+    void NotePosition(pugi::xml_node node, DomPosition position) {
+        if (m_document.m_positions.has_value()) {
+            m_document.m_positions->Note(node, position);
+        }
     }
 
     /// The markup of the event as it stands in the document; inside an entity the reference to it.
@@ -273,6 +286,9 @@ private:
         }
         m_current = Append(pugi::node_element);
         Require(m_current.set_name(name));
+        if (m_document.m_positions.has_value()) {
+            m_document.m_positions->NoteElement(m_current, Here(), EventText());
+        }
         bool bNamespaces = ConcernsNamespaces(name);
         std::size_t count = 0;
         for (const char** attribute = attributes; *attribute != nullptr; attribute += 2, ++count) {
@@ -325,12 +341,22 @@ private:
 
     static void XMLCALL OnText(void* self, const XML_Char* text, int length) {
         CTreeBuilder& builder = Self(self);
-        builder.Handle([&] { builder.m_strText.append(text, static_cast<std::size_t>(length)); });
+        builder.Handle([&] { builder.AppendText({text, static_cast<std::size_t>(length)}); });
+    }
+
+    void AppendText(std::string_view text) {
+        if (m_document.m_positions.has_value() && IsWhiteSpace(m_strText)) {
+            m_textStart = Here();
+        }
+        m_strText += text;
     }
 
     static void XMLCALL OnCdataStart(void* self) {
         CTreeBuilder& builder = Self(self);
-        builder.Handle([&] { builder.FlushText(); });
+        builder.Handle([&] {
+            builder.FlushText();
+            builder.m_cdataStart = builder.Here();
+        });
     }
 
     static void XMLCALL OnCdataEnd(void* self) {
@@ -346,7 +372,9 @@ private:
             return;
         }
         NormalizeLineEnds(m_strText);
-        Require(Append(pugi::node_cdata).set_value(m_strText.c_str()));
+        pugi::xml_node section = Append(pugi::node_cdata);
+        Require(section.set_value(m_strText.c_str()));
+        NotePosition(section, m_cdataStart);
         m_strText.clear();
     }
 
@@ -359,7 +387,9 @@ private:
             builder.FlushText();
             std::string comment(text); // with carriage returns when it stands in an entity
             NormalizeLineEnds(comment);
-            Require(builder.Append(pugi::node_comment).set_value(comment.c_str()));
+            pugi::xml_node node = builder.Append(pugi::node_comment);
+            Require(node.set_value(comment.c_str()));
+            builder.NotePosition(node, builder.Here());
             builder.NotePrologEnd();
         });
     }
@@ -375,6 +405,7 @@ private:
             std::string content(data);
             NormalizeLineEnds(content);
             Require(instruction.set_name(target) && instruction.set_value(content.c_str()));
+            builder.NotePosition(instruction, builder.Here());
             builder.NotePrologEnd();
         });
     }
@@ -387,6 +418,8 @@ private:
     pugi::xml_node m_current;
     const std::unique_ptr<XML_ParserStruct, decltype(&XML_ParserFree)> m_pParser;
     std::string m_strText; // text since the last markup
+    DomPosition m_textStart;
+    DomPosition m_cdataStart;
     std::size_t m_nPrologEnd = 0;
     std::size_t m_nDepth = 0;
     CReason m_refusal; // one of our own

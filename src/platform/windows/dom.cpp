@@ -280,7 +280,7 @@ std::unique_ptr<DomDocument> DomDocument::Create() noexcept {
     return std::unique_ptr<DomDocument>(new (std::nothrow) DomDocument(std::move(native)));
 }
 
-bool DomDocument::Load(const char* path, CReason* reason) {
+bool DomDocument::Load(const char* path, CReason* reason, DomPositions) {
     try {
         return LoadFile(m_pNative->document.Get(), path, reason);
     } catch (const std::bad_alloc&) {
@@ -303,8 +303,43 @@ void DomDocument::Save(const char* path) {
     }
 }
 
+DomNode DomDocument::DocumentElement() {
+    const CComPointer<IXMLDOMElement> element = ::DocumentElement(m_pNative->document.Get());
+    DomNode node;
+    if (element) {
+        const HRESULT result = element->QueryInterface(IID_IXMLDOMNode, reinterpret_cast<void**>(node.Receive()));
+        node = Required(result, node, "the DOM cannot give the document element as a node");
+    }
+    return node;
+}
+
+DomKind DomDocument::Kind(const DomNode& node) {
+    DOMNodeType type;
+    Check(node->get_nodeType(&type), "the DOM cannot give a node's type");
+    switch (type) {
+    case NODE_ELEMENT:
+        return DomKind::Element;
+    case NODE_TEXT:
+        return DomKind::Text;
+    case NODE_CDATA_SECTION:
+        return DomKind::Cdata;
+    case NODE_COMMENT:
+        return DomKind::Comment;
+    case NODE_PROCESSING_INSTRUCTION:
+        return DomKind::Instruction;
+    default:
+        return DomKind::Other;
+    }
+}
+
+DomText DomDocument::Text(const DomNode& node) { return TextOf(node.Get()); }
+
+DomPosition DomDocument::Position(const DomNode&) { return {}; } // this DOM does not say
+
+DomPosition DomDocument::AttributePosition(const DomNode&, std::size_t) { return {}; }
+
 DomNode DomDocument::FirstElementNamed(DomView tagName) {
-    const CComPointer<IXMLDOMElement> documentElement = DocumentElement(m_pNative->document.Get());
+    const CComPointer<IXMLDOMElement> documentElement = ::DocumentElement(m_pNative->document.Get());
     if (!documentElement) {
         return DomNode();
     }
@@ -336,9 +371,7 @@ bool DomDocument::ListAttributes(const DomNode& node, std::vector<DomAttribute>&
 }
 
 DomText DomDocument::TagName(const DomNode& node) {
-    DOMNodeType type;
-    Check(node->get_nodeType(&type), "the DOM cannot give a node's type");
-    return type == NODE_ELEMENT ? NameOf(node.Get()) : DomText();
+    return Kind(node) == DomKind::Element ? NameOf(node.Get()) : DomText();
 }
 
 bool DomDocument::HasChildren(const DomNode& node) {
@@ -364,10 +397,27 @@ DomText DomDocument::SetAttributeText(const DomNode& element, std::size_t index,
     }
 }
 
-DomNode DomDocument::AppendItem(const DomNode& container, const std::vector<DomPair>& attributes) {
-    const DomText tagName(L"Item");
+DomText DomDocument::AddAttribute(const DomNode& element, const DomPair& attribute) {
+    const DomText name(attribute.name);
+    const DomText text(attribute.text);
+    CComPointer<IXMLDOMElement> owner;
+    HRESULT result = element->QueryInterface(IID_IXMLDOMElement, reinterpret_cast<void**>(owner.Receive()));
+    owner = Required(result, owner, "the node has no attributes");
+    Check(owner->setAttribute(name.Get(), text.AsVariant()), "the DOM cannot set an attribute");
+    try {
+        CComPointer<IXMLDOMAttribute> added;
+        result = owner->getAttributeNode(name.Get(), added.Receive());
+        return TextOf(Required(result, added, "the DOM cannot give an attribute").Get());
+    } catch (const DomError&) {
+        owner->removeAttribute(name.Get()); // what is in memory is what a save writes
+        throw;
+    }
+}
+
+DomNode DomDocument::AppendElement(const DomNode& parent, DomView tagName, const std::vector<DomPair>& attributes) {
+    const DomText tagNameText(tagName);
     CComPointer<IXMLDOMElement> element;
-    HRESULT result = m_pNative->document->createElement(tagName.Get(), element.Receive());
+    HRESULT result = m_pNative->document->createElement(tagNameText.Get(), element.Receive());
     element = Required(result, element, "the DOM cannot create an element");
     for (const DomPair& attribute : attributes) {
         const DomText name(attribute.name);
@@ -375,7 +425,7 @@ DomNode DomDocument::AppendItem(const DomNode& container, const std::vector<DomP
         Check(element->setAttribute(name.Get(), text.AsVariant()), "the DOM cannot set an attribute");
     }
     DomNode item;
-    result = container->appendChild(element.Get(), item.Receive());
+    result = parent->appendChild(element.Get(), item.Receive());
     return Required(result, item, "the DOM cannot append an element");
 }
 

@@ -53,4 +53,22 @@ bool IsPresentAndWritable(const char* path, CReason* reason) noexcept {
     return bPresent;
 }
 
+FileStamp StampOf(const char* path, CReason* reason) noexcept {
+    const CFileHandle file(::CreateFileA(path, FILE_READ_ATTRIBUTES,
+                                         FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
+                                         FILE_ATTRIBUTE_NORMAL, nullptr));
+    BY_HANDLE_FILE_INFORMATION information;
+    if (!file || ::GetFileInformationByHandle(file.Get(), &information) == FALSE) {
+        GiveReason(reason, CReason::OfCall(file ? "GetFileInformationByHandle" : "CreateFile", ::GetLastError()));
+        return {};
+    }
+    const auto join = [](DWORD high, DWORD low) { return static_cast<std::uint64_t>(high) << 32 | low; };
+    FILE_BASIC_INFO times = {};
+    ::GetFileInformationByHandleEx(file.Get(), FileBasicInfo, &times, sizeof times); // not every file system has it
+    return {information.dwVolumeSerialNumber, join(information.nFileIndexHigh, information.nFileIndexLow),
+            join(information.nFileSizeHigh, information.nFileSizeLow),
+            join(information.ftLastWriteTime.dwHighDateTime, information.ftLastWriteTime.dwLowDateTime),
+            static_cast<std::uint64_t>(times.ChangeTime.QuadPart)};
+}
+
 } // namespace platform
