@@ -5,6 +5,7 @@
 #
 #   build      to build the library and cordelctl and to run the demo
 #   native     to build and run the native tests, and the checks of the sources
+#   fonts      to verify the fonts of many families
 #   windows    to build for Windows and to run the tests under Wine
 #   bench      to build and run the benchmarks
 #   fuzz       to build and run the fuzz targets
@@ -20,15 +21,21 @@ packages_of() {
     case "$1" in
     build)
         echo g++ cmake ninja-build pkg-config libexpat1-dev libpugixml-dev libcli11-dev nlohmann-json3-dev \
-            libfreetype-dev liblcms2-dev libgtest-dev libgmock-dev fonts-dejavu-core icc-profiles-free
+            libfreetype-dev liblcms2-dev libmd-dev libgtest-dev libgmock-dev fonts-dejavu-core icc-profiles-free
         ;;
     native)
         packages_of build
-        echo git clang-format clang-tidy cppcheck python3
+        echo git clang-format clang-tidy cppcheck python3 colord-data fonts-tlwg-loma-otf fonts-wqy-microhei
         ;;
     windows)
         echo g++-mingw-w64-x86-64-posix cmake ninja-build googletest libcli11-dev nlohmann-json3-dev wine wine64 \
-            xvfb xauth locales
+            xvfb xauth locales colord-data fonts-dejavu-core fonts-tlwg-loma-otf fonts-wqy-microhei icc-profiles-free
+        ;;
+    fonts)
+        packages_of native
+        echo fonts-cantarell fonts-crosextra-caladea fonts-crosextra-carlito fonts-freefont-ttf fonts-hack fonts-inconsolata \
+            fonts-lato fonts-liberation fonts-noto-core fonts-open-sans fonts-quicksand fonts-roboto-unhinted \
+            fonts-sil-gentium-basic
         ;;
     bench)
         packages_of build

@@ -1,7 +1,6 @@
 #include "file_bytes.h"
 
 #include <fstream>
-#include <iterator>
 #include <stdexcept>
 
 std::string ReadFileBytes(const std::filesystem::path& path) {
@@ -9,7 +8,16 @@ std::string ReadFileBytes(const std::filesystem::path& path) {
     if (!stream) {
         throw std::runtime_error("it cannot be opened");
     }
-    return std::string(std::istreambuf_iterator<char>(stream), {});
+    std::string bytes;
+    std::error_code none;
+    const auto size = std::filesystem::file_size(path, none);
+    bytes.resize(none ? 0 : size);
+    stream.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    bytes.resize(static_cast<std::size_t>(stream.gcount()));
+    if (bytes.size() != size) {
+        throw std::runtime_error("it cannot be read");
+    }
+    return bytes;
 }
 
 std::string_view Part(std::string_view bytes, std::size_t offset, std::size_t length) {
