@@ -41,13 +41,14 @@ install(CODE "
 install(FILES ${PROJECT_BINARY_DIR}/cordelbox.pc
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT Development)
 
-# The documents lie beside the executable, so the tool has a folder of its own, and a link in the path leads there.
+# The documents lie beside the executable, so the tool has a folder of its own, and a link in the path leads there. The
+# printers of the samples are samples, not printers.
 set(tool_folder lib/cordelctl)
-cmake_path(RELATIVE_PATH CMAKE_INSTALL_FULL_LIBDIR BASE_DIRECTORY ${CMAKE_INSTALL_PREFIX}/${tool_folder}
-    OUTPUT_VARIABLE from_tool_to_library)
-set_target_properties(cordelctl PROPERTIES INSTALL_RPATH "$ORIGIN/${from_tool_to_library}")
+set(sample_printers PATTERN Atrium.xml EXCLUDE PATTERN Workshop.xml EXCLUDE)
 install(TARGETS cordelctl DESTINATION ${tool_folder} COMPONENT Tool)
-install(DIRECTORY samples/Cordelbox DESTINATION ${tool_folder} COMPONENT Tool)
+install(DIRECTORY samples/Cordelbox DESTINATION ${tool_folder} COMPONENT Tool ${sample_printers})
+install(FILES samples/Cordelbox/xml/Atrium.xml samples/Cordelbox/xml/Workshop.xml samples/storage-report.json
+    DESTINATION ${CMAKE_INSTALL_DOCDIR}/samples COMPONENT Tool)
 
 cmake_path(RELATIVE_PATH tool_folder BASE_DIRECTORY ${CMAKE_INSTALL_BINDIR} OUTPUT_VARIABLE from_path_to_tool)
 set(link ${PROJECT_BINARY_DIR}/link)

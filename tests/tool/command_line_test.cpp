@@ -2,6 +2,8 @@
 
 #include "tool_test.h"
 
+#include <algorithm>
+
 using ::testing::HasSubstr;
 
 class CommandLine : public ToolTest {};
@@ -10,13 +12,14 @@ TEST_F(CommandLine, NoVerbShowsTheHelpAndIsMisuse) {
     const ToolRun run = Run({});
     EXPECT_EQ(run.status, kUsage);
     EXPECT_EQ(run.output, "");
-    EXPECT_THAT(run.errors, HasSubstr("Subcommands:"));
+    EXPECT_THAT(run.errors, HasSubstr("no verb was given"));
+    EXPECT_THAT(run.errors, HasSubstr("init, reset"));
 }
 
 TEST_F(CommandLine, HelpListsTheExitStatuses) {
     const std::string help = Output({"--help"});
     EXPECT_THAT(help, HasSubstr("Exit status:"));
-    EXPECT_THAT(help, HasSubstr("4  the change was not kept"));
+    EXPECT_THAT(help, HasSubstr("the change was not kept"));
 }
 
 TEST_F(CommandLine, AnUnknownVerbIsMisuse) {
@@ -25,10 +28,68 @@ TEST_F(CommandLine, AnUnknownVerbIsMisuse) {
     EXPECT_THAT(run.errors, HasSubstr("frobnicate"));
 }
 
+TEST_F(CommandLine, AMistypedWordGetsTheNearest) {
+    EXPECT_THAT(Run({"files", "lits"}).errors, HasSubstr("did you mean list?"));
+    EXPECT_THAT(Run({"docter"}).errors, HasSubstr("did you mean doctor?"));
+    EXPECT_THAT(Run({"files", "list", "--tickd"}).errors, HasSubstr("did you mean --ticked?"));
+    EXPECT_THAT(Run({"job", "list", "--printer", "Atirum"}).errors, HasSubstr("did you mean Atrium.xml?"));
+    EXPECT_THAT(Run({"show", "Job"}).errors, HasSubstr("did you mean Jobs?"));
+}
+
+TEST_F(CommandLine, AnEmptyPrinterNameIsMisuse) {
+    Init();
+    const std::string before = ReadBytes(UserPath());
+    EXPECT_EQ(Run({"--printer", "", "job", "add", "1", "x"}).status, kUsage);
+    EXPECT_EQ(ReadBytes(UserPath()), before);
+}
+
+TEST_F(CommandLine, HelpForAVerbHasExamplesAndNoStatuses) {
+    const std::string help = Output({"files", "add", "--help"});
+    EXPECT_THAT(help, HasSubstr("cordelctl files add"));
+    EXPECT_THAT(help, HasSubstr("Examples:"));
+    EXPECT_EQ(help.find("the change was not kept"), std::string::npos);
+}
+
+TEST_F(CommandLine, ErrorsAreDataForScripts) {
+    const ToolRun run = Run({"--json", "get", "Nothing", "Name"});
+    EXPECT_EQ(run.Json()["error"]["status"], kMissing);
+    EXPECT_NE(run.Json()["error"]["reason"], "");
+    EXPECT_EQ(Run({"--json", "frobnicate"}).Json()["error"]["status"], kUsage);
+}
+
+TEST_F(CommandLine, NothingOfAnOptionReachesStandardErrorAsItIs) {
+    const ToolRun run = Run({"get", "\x1b[31mX",
+                             "\xE2\x80\xAE"
+                             "Y\xC2\x9B"});
+    EXPECT_EQ(run.errors.find('\x1b'), std::string::npos);
+    EXPECT_EQ(run.errors.find("\xE2\x80\xAE"), std::string::npos);
+    EXPECT_EQ(run.errors.find("\xC2\x9B"), std::string::npos);
+    EXPECT_THAT(run.errors, HasSubstr("\\u{1B}"));
+}
+
+TEST_F(CommandLine, RowsComeInTheColumnsAndTheFormAskedFor) {
+    Init();
+    EXPECT_EQ(Output({"job", "list", "--printer", "Atrium", "--format", "{ID}:{Name}"}).substr(0, 4), "101:");
+    const std::string zero = Output({"job", "list", "--printer", "Atrium", "-0", "--columns", "ID,Copies"});
+    EXPECT_EQ(std::count(zero.begin(), zero.end(), '\0'), 3);
+    EXPECT_EQ(zero.substr(0, 4), "101\t");
+    EXPECT_EQ(Run({"job", "list", "--printer", "Atrium", "--columns", "Idd"}).status, kUsage);
+    EXPECT_EQ(Output({"--quiet", "set", "Project", "Name", "x"}), "");
+}
+
+TEST_F(CommandLine, SeveralPrintersAreReadOneAfterTheOther) {
+    const auto all = Run({"--json", "--all-printers", "storage", "list"}).Json();
+    ASSERT_EQ(all.size(), 2u);
+    EXPECT_EQ(all[0]["printer"], "Atrium.xml");
+    EXPECT_EQ(all[0]["result"].size(), 3u);
+    EXPECT_EQ(all[1]["printer"], "Workshop.xml");
+    EXPECT_EQ(Run({"--printer", "Atrium", "--printer", "Workshop", "job", "add", "1", "x"}).status, kUsage);
+}
+
 TEST_F(CommandLine, AFamilyWithoutAVerbNamesItsVerbs) {
     const ToolRun run = Run({"files"});
     EXPECT_EQ(run.status, kUsage);
-    EXPECT_THAT(run.errors, HasSubstr("add, list, tick, untick, edit"));
+    EXPECT_THAT(run.errors, HasSubstr("add, list, edit, remove, tick, untick"));
 }
 
 TEST_F(CommandLine, AMissingArgumentIsMisuse) { EXPECT_EQ(Run({"get", "Project"}).status, kUsage); }
@@ -61,7 +122,7 @@ TEST_F(CommandLine, AMalformedDocumentIsReported) {
     WriteBytes(InstalledPath(), "<Cordelbox>");
     const ToolRun run = Run({"get", "Project", "Name"});
     EXPECT_EQ(run.status, kNoDocument);
-    EXPECT_THAT(run.errors, HasSubstr("cannot be read as XML: " + InstalledPath().string()));
+    EXPECT_THAT(run.errors, HasSubstr("cannot be read: " + InstalledPath().string()));
 }
 
 TEST_F(CommandLine, AMalformedPerUserCopyIsReportedWithTheWayBack) {
@@ -69,7 +130,7 @@ TEST_F(CommandLine, AMalformedPerUserCopyIsReportedWithTheWayBack) {
     const ToolRun run = Run({"get", "Project", "Name"});
     EXPECT_EQ(run.status, kNoDocument);
     EXPECT_THAT(run.errors, HasSubstr(UserPath().string()));
-    EXPECT_THAT(run.errors, HasSubstr("cordelctl restore"));
+    EXPECT_THAT(run.errors, HasSubstr("cordelctl reset"));
 }
 
 TEST_F(CommandLine, AMissingMainDocumentDoesNotMatterForAPrinter) {

@@ -13,7 +13,41 @@ TEST_F(DoctorForm, SaysWhereADocumentIsNotWellFormed) {
     EXPECT_GT(findings[0]["place"]["column"], 1);
 }
 
-TEST_F(DoctorForm, AnEmptyFileIsNoDocument) { ExpectIn(FindingsIn(""), "not-well-formed", "error", ""); }
+TEST_F(DoctorForm, AnEmptyFileIsNoDocument) { ExpectIn(FindingsIn(""), "empty-file", "error", ""); }
+
+TEST_F(DoctorForm, AFileOfZerosIsSaidToBe) {
+    ExpectIn(FindingsIn(std::string(500, '\0')), "file-of-zeros", "error", "");
+}
+
+TEST_F(DoctorForm, AStrayAmpersandIsFound) {
+    const auto findings = FindingsIn("<D>\n  <Jobs><Item Name='Black & White'/></Jobs>\n</D>\n");
+    ExpectIn(findings, "stray-ampersand", "error", "");
+    EXPECT_EQ(findings[0]["place"]["line"], 2);
+    EXPECT_EQ(findings[0]["place"]["column"], 27);
+}
+
+TEST_F(DoctorForm, AByteOfAnOldCodePageIsFound) {
+    const auto findings = FindingsIn("<D>\n<Jobs><Item Name='Gr\xFC"
+                                     "n'/></Jobs></D>\n");
+    ExpectIn(findings, "wrong-byte", "error", "");
+    EXPECT_EQ(findings[0]["place"]["line"], 2);
+    EXPECT_EQ(findings[0]["place"]["column"], 21);
+}
+
+TEST_F(DoctorForm, TheMarksOfAMergeAreFound) {
+    const auto findings = FindingsIn("<D>\n<<<<<<< mine\n<A/>\n=======\n<B/>\n>>>>>>> yours\n</D>\n");
+    ExpectIn(findings, "conflict-marks", "error", "");
+    EXPECT_EQ(findings[0]["place"]["line"], 2);
+}
+
+TEST_F(DoctorForm, TheOffendingLineIsShownWithAMark) {
+    const std::string output = Run({"doctor", UserFile("x.xml", "<D>\n  <A B='1 & 2'/>\n</D>\n")}).output;
+    EXPECT_THAT(output, HasSubstr("      |   <A B='1 & 2'/>\n      |           ^\n"));
+}
+
+TEST_F(DoctorForm, ADocumentOfAnotherProgramIsSaidToBe) {
+    ExpectIn(FindingsIn("<html><body><p/></body></html>"), "other-document", "warning", "");
+}
 
 TEST_F(DoctorForm, ADocumentDeeperThanTheLibraryGoesIsAnError) {
     std::string text;

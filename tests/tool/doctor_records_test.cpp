@@ -7,7 +7,30 @@ using ::testing::HasSubstr;
 class DoctorFiles : public DoctorTest {};
 
 TEST_F(DoctorFiles, ASoundRowGivesNoError) {
-    EXPECT_EQ(Run({"doctor", UserFile("x.xml", Document(Files(File("1", "5", "0"))))}).status, kDone);
+    ExpectNoFinding(Files(File("1", "5", "0")), "file-row-order");
+    EXPECT_EQ(Run({"--json", "doctor", UserFile("x.xml", Document(Files(File("1", "5", "0"))))}).Json()["errors"], 0);
+}
+
+TEST_F(DoctorFiles, AFileThatIsGoneOrChangedIsAWarning) {
+    ExpectFinding(Files(File("1", "5", "0")), "local-file-gone", "warning", "Files", "item 1 (FileID \"1\")");
+    std::string row = File("1", "5", "0");
+    row.replace(row.find("/f/1"), 4, UserFile("there", "three bytes and more"));
+    ExpectFinding(Files(row), "local-file-changed", "warning", "Files", "item 1 (FileID \"1\")");
+}
+
+TEST_F(DoctorFiles, TwoFilesForOnePathOfThePrinterAreAWarning) {
+    ExpectFinding(Files(File("1", "5", "0") + File("2", "5", "1")), "target-taken-twice", "warning", "Files",
+                  "item 2 (FileID \"2\")");
+}
+
+TEST_F(DoctorFiles, AVolumeThatIsNotThereIsAWarning) {
+    const std::string storage = "<Storage><Item StorageName='d' Volume='1:'/></Storage>";
+    ExpectFinding(storage + Files(File("1", "5", "0")), "volume-unknown", "warning", "Files", "item 1 (FileID \"1\")");
+}
+
+TEST_F(DoctorFiles, MoreFreeThanThereIsIsAWarning) {
+    ExpectFinding("<Storage><Item StorageName='d' Volume='1:' TotalSpace='5' FreeSpace='6'/></Storage>",
+                  "free-space-impossible", "warning", "Storage", "item 1 (Volume \"1:\")");
 }
 
 TEST_F(DoctorFiles, AShortRowIsAnError) {
@@ -194,4 +217,33 @@ TEST_F(DoctorSettings, MissingSettingsAreAWarning) {
 TEST_F(DoctorSettings, ASettingThatIsNoNumberIsAWarning) {
     ExpectFinding("<PCLCurrentSetting><Item CMRESET='one'/></PCLCurrentSetting>", "setting-is-no-number", "warning",
                   "PCLCurrentSetting", "CMRESET");
+}
+
+TEST_F(DoctorSettings, PercentagesOfMoreThanAHundredAreAWarning) {
+    ExpectFinding("<CurrentDisk><Item Image='0' Partition='A' Size='1' Percent='60'/>"
+                  "<Item Image='1' Partition='B' Size='1' Percent='50'/></CurrentDisk>",
+                  "percentages-over-100", "warning", "CurrentDisk");
+}
+
+class DoctorFix : public DoctorTest {};
+
+TEST_F(DoctorFix, MendsWhatHasOneRightAnswer) {
+    std::string ticked = File("1", "5", "0");
+    ticked.replace(ticked.find("checked='0'"), 11, "checked='x'");
+    const std::string broken =
+        Document("<!-- kept --><Files>" + ticked + "<!-- gone -->" + File("1", "5", "1") + "</Files>");
+    WriteBytes(UserPath(), broken);
+    EXPECT_EQ(Run({"doctor", "main", "--fix", "--dry-run"}).status, kNo);
+    EXPECT_EQ(ReadBytes(UserPath()), broken);
+    EXPECT_EQ(Run({"doctor", "main", "--fix"}).status, kUsage); // there is nobody to ask
+    EXPECT_EQ(ReadBytes(UserPath()), broken);
+    Run({"doctor", "main", "--fix", "--yes"});
+    const auto files = Saved("Files");
+    ASSERT_EQ(files.size(), 2u);
+    EXPECT_EQ(ValueOf(files[0], "checked"), "0");
+    EXPECT_NE(ValueOf(files[1], "FileID"), "1");
+    EXPECT_EQ(Saved("Jobs").size(), 0u); // the container is there now
+    EXPECT_EQ(Saved("Property"), (std::vector<Record>{{{"FileID", ""}}}));
+    Output({"undo"});
+    EXPECT_EQ(ReadBytes(UserPath()), broken);
 }

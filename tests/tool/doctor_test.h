@@ -40,9 +40,10 @@ protected:
     /// All findings in the main document and which file it is.
     nlohmann::json MainFindings() const { return Run({"--json", "doctor", "main"}).Json()["documents"][0]; }
 
-    static const nlohmann::json* Find(const nlohmann::json& findings, const std::string& check) {
+    static const nlohmann::json* Find(const nlohmann::json& findings, const std::string& check,
+                                      const std::string& container = {}) {
         for (const auto& finding : findings) {
-            if (finding["check"] == check) {
+            if (finding["check"] == check && (container.empty() || finding["place"]["container"] == container)) {
                 return &finding;
             }
         }
@@ -51,7 +52,7 @@ protected:
 
     static void ExpectIn(const nlohmann::json& findings, const std::string& check, const std::string& level,
                          const std::string& container, const std::string& item = {}) {
-        const nlohmann::json* const finding = Find(findings, check);
+        const nlohmann::json* const finding = Find(findings, check, container);
         ASSERT_NE(finding, nullptr) << check << " is not among " << findings.dump(1);
         EXPECT_EQ((*finding)["level"], level);
         EXPECT_EQ((*finding)["place"]["container"], container);

@@ -161,6 +161,17 @@ TEST_F(FilesAdd, AnEmptyOrMissingFileOrAFolderIsRefused) {
     EXPECT_THAT(Run({"files", "add", kFontFolder}).errors, HasSubstr("it is a folder"));
 }
 
+TEST_F(FilesAdd, FoldersAreAddedWithAllFontsAndProfilesInThem) {
+    UserFile("tree/readme.txt", "no font");
+    UserFile("tree/a.ttf", ReadBytes(kSans));
+    UserFile("tree/deep/er/b.ttf", ReadBytes(kMono));
+    const std::string folder = m_folder / "files" / "tree";
+    EXPECT_THAT(Output({"files", "add", "--recursive", folder}), HasSubstr("2 files added, 1 passed over"));
+    EXPECT_EQ(Run({"files", "add", "--recursive", folder}).status, kRefused);
+    EXPECT_THAT(Output({"files", "add", "--recursive", "--skip-listed", folder}),
+                HasSubstr("0 files added, 3 passed over"));
+}
+
 TEST_F(FilesAdd, OneRefusedFileDoesNotKeepOutTheOthers) {
     const ToolRun run = Run({"files", "add", kSans, "/nowhere.ttf", kMono});
     EXPECT_EQ(run.status, kRefused);

@@ -29,13 +29,12 @@ TEST_F(FilesEdit, ChangesWhereAFileIsStored) {
 TEST_F(FilesEdit, SetsAnIDThatIsFree) {
     Output({"files", "edit", kSansBold, "--id", "17"});
     EXPECT_EQ(Stored(1, "ID"), "17");
-    EXPECT_EQ(Saved("Property"), (std::vector<Record>{{{"FileID", "2"}}}));
 }
 
 TEST_F(FilesEdit, ShowsAClashAndSaysHowToResolveIt) {
     const ToolRun run = Run({"files", "edit", "2", "--id", "0"});
     EXPECT_EQ(run.status, kNo);
-    EXPECT_THAT(run.errors, HasSubstr("Cordelbox: Two files of the kind font have the ID 0."));
+    EXPECT_THAT(run.errors, HasSubstr("Two files of the kind font have the ID 0."));
     EXPECT_THAT(run.errors, HasSubstr("cordelctl files edit 2 --id next"));
     EXPECT_EQ(Stored(1, "ID"), "0");
 }
@@ -51,9 +50,9 @@ TEST_F(FilesEdit, NextTakesASlotForAProfile) {
     EXPECT_EQ(Stored(2, "ID"), "3");
 }
 
-TEST_F(FilesEdit, AnIDThatIsNoPlainNumberIsMisuse) {
+TEST_F(FilesEdit, AnIDThatIsNoPlainNumberIsRefused) {
     for (const char* const id : {"x", "07", "-1", "32768", "1.5"}) {
-        EXPECT_EQ(Run({"files", "edit", "2", std::string("--id=") + id}).status, kUsage) << id;
+        EXPECT_EQ(Run({"files", "edit", "2", std::string("--id=") + id}).status, kRefused) << id;
     }
 }
 

@@ -3,7 +3,6 @@
 #include "tool_test.h"
 
 using ::testing::HasSubstr;
-using ::testing::Not;
 
 class FilesList : public ToolTest {
 protected:
@@ -26,7 +25,6 @@ TEST_F(FilesList, ShowsAllFilesAndMarksTheTickedOnes) {
 
 TEST_F(FilesList, AllIsWhatIsListedWithoutAnOption) {
     EXPECT_EQ(Output({"files", "list", "--all"}), Output({"files", "list"}));
-    EXPECT_EQ(Run({"files", "list", "--all", "--ticked"}).status, kUsage);
 }
 
 TEST_F(FilesList, TickedShowsWhatWouldBeSent) {
@@ -43,18 +41,41 @@ TEST_F(FilesList, KindsAreNamedInTheLanguageChosen) {
     EXPECT_THAT(Output({"files", "list", "--language", "German"}), HasSubstr("TrueType-Schrift"));
 }
 
-TEST_F(FilesList, FindsFilesBeyondAGapInTheNumbers) {
+TEST_F(FilesList, FindsFilesOfEveryHost) {
     std::string text = ReadBytes(UserPath());
-    text.replace(text.find("FileID=\"3\""), 10, "FileID=\"90\"");
+    for (const auto& [mine, other] : {std::pair("1", "5001"), std::pair("2", "5003"), std::pair("3", "abc")}) {
+        const std::string attribute = std::string("FileID=\"") + mine + "\"";
+        text.replace(text.find(attribute), attribute.size(), std::string("FileID=\"") + other + "\"");
+    }
     WriteBytes(UserPath(), text);
-    EXPECT_THAT(Output({"files", "list"}), HasSubstr(kMono));
+    const auto rows = Run({"--json", "files", "list", "--all"}).Json();
+    ASSERT_EQ(rows.size(), 3u);
+    EXPECT_EQ(rows[0]["FileID"], "5001");
+    EXPECT_EQ(rows[2]["FileID"], "abc");
+    EXPECT_EQ(Output({"id", "next", "font"}), "3\n"); // 0, 1 and 2 are taken
+    Output({"files", "add", kFontFolder + "DejaVuSerif.ttf"});
+    EXPECT_EQ(ValueOf(Saved("Files")[3], "ID"), "3");
+    EXPECT_EQ(ValueOf(Saved("Files")[3], "FileID"), "5004");
 }
 
-TEST_F(FilesList, FindsFilesOfOtherHostsWhenTheyAreTicked) {
+TEST_F(FilesList, ACommentAmongTheFilesIsSaidAndNoNumberIsGivenThatMayBeWrong) {
     std::string text = ReadBytes(UserPath());
-    text.replace(text.find("FileID=\"3\""), 10, "FileID=\"other\"");
+    text.insert(text.find("<Item FileID=\"2\""), "<!-- here -->");
     WriteBytes(UserPath(), text);
-    EXPECT_THAT(Output({"files", "list"}), Not(HasSubstr(kMono)));
-    Output({"files", "tick", "other"});
-    EXPECT_THAT(Output({"files", "list"}), HasSubstr(kMono));
+    const ToolRun list = Run({"--json", "files", "list"});
+    EXPECT_EQ(list.Json().size(), 3u);
+    EXPECT_THAT(list.errors, HasSubstr("hosts read only the first 1 items of Files"));
+    for (const auto& command : {std::vector<std::string>{"id", "next", "font"},
+                                {"id", "check", "1"},
+                                {"id", "validate"},
+                                {"space"},
+                                {"export"},
+                                {"files", "add", kRgbProfile}}) {
+        const ToolRun run = Run(command);
+        EXPECT_EQ(run.status, kRefused) << ::testing::PrintToString(command);
+        EXPECT_THAT(run.errors, HasSubstr("Files of the main document has an error"))
+            << ::testing::PrintToString(command);
+        EXPECT_EQ(run.output, "");
+    }
+    EXPECT_EQ(ReadBytes(UserPath()), text);
 }

@@ -41,7 +41,7 @@ TEST_F(FilesTick, UnticksFiles) {
 
 TEST_F(FilesTick, TicksAndUnticksAll) {
     Output({"files", "tick", "2"});
-    EXPECT_EQ(Output({"files", "tick", "--all"}), "2 files ticked\n");
+    EXPECT_EQ(Output({"files", "tick", "--all"}), "2 files ticked, 1 were so already\n");
     EXPECT_EQ(Ticks(), "111");
     EXPECT_EQ(Output({"files", "untick", "--all"}), "3 files unticked\n");
     EXPECT_EQ(Ticks(), "000");
@@ -55,7 +55,24 @@ TEST_F(FilesTick, TicksAllWhateverTheFileIDs) {
     EXPECT_EQ(Ticks(), "111");
 }
 
-TEST_F(FilesTick, NothingToChangeIsNoFailure) { EXPECT_EQ(Output({"files", "untick", "--all"}), "0 files unticked\n"); }
+TEST_F(FilesTick, NothingToChangeIsNoFailureAndNoSave) {
+    const std::string before = ReadBytes(UserPath());
+    EXPECT_EQ(Output({"files", "untick", "--all"}), "0 files unticked, 3 were so already\n");
+    EXPECT_EQ(Run({"--json", "history"}).Json().size(), 1u); // of adding them
+    EXPECT_EQ(ReadBytes(UserPath()), before);
+}
+
+TEST_F(FilesTick, TicksFilesByWhatTheyAre) {
+    Output({"files", "tick", "--where", "PostScriptName=DejaVuSans-Bold"});
+    EXPECT_EQ(Ticks(), "010");
+}
+
+TEST_F(FilesTick, RemovesFilesFromTheList) {
+    Output({"files", "remove", "1", kMono});
+    const auto files = Saved("Files");
+    ASSERT_EQ(files.size(), 1u);
+    EXPECT_EQ(ValueOf(files[0], "FileID"), "2");
+}
 
 TEST_F(FilesTick, AnUnknownFileIsReportedBeforeAnythingIsChanged) {
     const ToolRun run = Run({"files", "tick", "1", "99"});

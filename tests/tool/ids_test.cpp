@@ -17,7 +17,7 @@ protected:
 
 TEST_F(Ids, CheckFindsNoClash) {
     const auto result = Run({"--json", "id", "check", "2"}).Json();
-    EXPECT_EQ(result, (nlohmann::json{{"file", "2"}, {"id", 1}, {"group", "fonts"}, {"clash", false}}));
+    EXPECT_EQ(result, (nlohmann::json{{"file", "2"}, {"id", "1"}, {"group", "fonts"}, {"clash", false}}));
 }
 
 TEST_F(Ids, CheckShowsAClash) {
@@ -28,8 +28,10 @@ TEST_F(Ids, CheckShowsAClash) {
     EXPECT_THAT(run.errors, HasSubstr("Two files of the kind font have the ID 0."));
 }
 
-TEST_F(Ids, CheckWithoutAFileTakesTheOneEditedLast) {
+TEST_F(Ids, CheckWithoutAFileTakesTheOneBeingEdited) {
     MakeClash();
+    EXPECT_EQ(Run({"id", "check"}).status, kMissing);
+    Output({"set", "Property", "FileID", "2"});
     EXPECT_EQ(Run({"id", "check"}).status, kNo);
 }
 
@@ -68,9 +70,7 @@ TEST_F(Ids, EveryLanguageHasAMessageForEveryGroup) {
 }
 
 TEST_F(Ids, NextGivesTheLowestFreeNumberOfEachGroup) {
-    const auto next = [this](const char* group) {
-        return Run({"--json", "id", "next", group}).Json()["id"].get<int>();
-    };
+    const auto next = [this](const char* group) { return std::stoi(Output({"id", "next", group})); };
     EXPECT_EQ(next("font"), 3); // once a font was found, the profile's 2 counts as taken
     EXPECT_EQ(next("macro"), 0);
     EXPECT_EQ(next("overlay"), 0);

@@ -23,10 +23,13 @@ TEST_F(Init, LeavesACopyThatIsThereAsItIs) {
     EXPECT_EQ(ReadBytes(UserPath("Atrium.xml")), ReadBytes(InstalledPath("Atrium.xml")));
 }
 
-TEST_F(Init, ReplacesCopiesWhenForced) {
-    WriteBytes(UserPath(), "mine");
-    EXPECT_THAT(Output({"init", "--force"}), HasSubstr("replaced"));
-    EXPECT_EQ(ReadBytes(UserPath()), ReadBytes(InstalledPath()));
+TEST_F(Init, OnAFullDiskLeavesNothingBehind) {
+    const auto folder = UserFolder();
+    const std::string line = "ulimit -f 1; XDG_CONFIG_HOME='" + folder.string() + "' '" +
+                             (InstallFolder() / "cordelctl").string() + "' init >/dev/null 2>&1";
+    WriteBytes(InstalledPath(), ReadBytes(InstalledPath()) + std::string(100000, ' '));
+    EXPECT_NE(std::system(("trap '' XFSZ; " + line).c_str()), 0);
+    EXPECT_FALSE(std::filesystem::exists(UserPath().parent_path()));
 }
 
 TEST_F(Init, CopiesOnePrinterAlone) {
@@ -73,6 +76,6 @@ TEST_F(Init, AFolderThatCannotBeMadeIsReported) {
 TEST_F(Init, ReportsInJson) {
     const auto rows = Run({"--json", "init"}).Json();
     ASSERT_EQ(rows.size(), 3u);
-    EXPECT_EQ(rows[1]["result"], "created");
-    EXPECT_EQ(rows[1]["path"], UserPath().string());
+    EXPECT_EQ(rows[0]["result"], "created");
+    EXPECT_EQ(rows[0]["path"], UserPath().string());
 }

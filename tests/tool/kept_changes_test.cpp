@@ -11,10 +11,10 @@ using ::testing::HasSubstr;
 
 class KeptChanges : public ToolTest {};
 
-TEST_F(KeptChanges, WithoutAPerUserCopyAChangeLastsForOneRun) {
+TEST_F(KeptChanges, WithoutAPerUserCopyNothingIsChanged) {
     const ToolRun run = Run({"set", "Project", "Name", "Changed"});
     EXPECT_EQ(run.status, kNotKept);
-    EXPECT_THAT(run.errors, HasSubstr("lasted only for this run"));
+    EXPECT_THAT(run.errors, HasSubstr("nothing was changed"));
     EXPECT_THAT(run.errors, HasSubstr("cordelctl init"));
     EXPECT_EQ(Output({"get", "Project", "Name"}), "Untitled\n");
 }
@@ -36,7 +36,7 @@ TEST_F(KeptChanges, ACopyThatAnotherProgramHoldsIsReported) {
     Init();
     const int file = ::open(UserPath().c_str(), O_RDONLY | O_CLOEXEC);
     ASSERT_EQ(::flock(file, LOCK_EX), 0);
-    const ToolRun run = Run({"set", "Project", "Name", "Changed"});
+    const ToolRun run = Run({"set", "Project", "Name", "Changed", "--wait", "0"});
     ::close(file);
     EXPECT_EQ(run.status, kNotKept);
     EXPECT_THAT(run.errors, HasSubstr("another program holds"));

@@ -27,6 +27,23 @@ TEST_F(Partitions, AFlashPartitionHasNoPercentage) {
     EXPECT_EQ(Run({"partition", "add", "P2", "--flash", "--size", "1", "--percent", "3"}).status, kUsage);
 }
 
+TEST_F(Partitions, ASizeMayHaveAUnit) {
+    Output({"partition", "add", "P1", "--size", "4G"});
+    EXPECT_EQ(ValueOf(Saved("CurrentDisk").at(0), "Size"), "4194304");
+    EXPECT_EQ(Run({"partition", "add", "P2", "--size", "4X"}).status, kUsage);
+}
+
+TEST_F(Partitions, ArChangedAndRemovedInBothLayouts) {
+    Output({"partition", "edit", "Fonts", "--size", "6G", "--percent", "40", "--printer", "Atrium"});
+    EXPECT_EQ(ValueOf(Saved("CurrentDisk", "Atrium.xml")[1], "Percent"), "40");
+    EXPECT_EQ(ValueOf(Saved("DefaultDisk", "Atrium.xml")[1], "Size"), "6291456");
+    Output({"partition", "edit", "Fonts", "--percent", "20", "--layout", "current", "--printer", "Atrium"});
+    EXPECT_EQ(ValueOf(Saved("DefaultDisk", "Atrium.xml")[1], "Percent"), "40");
+    Output({"partition", "remove", "Fonts", "--printer", "Atrium"});
+    EXPECT_EQ(Saved("CurrentDisk", "Atrium.xml").size(), 2u);
+    EXPECT_EQ(Saved("DefaultDisk", "Atrium.xml").size(), 2u);
+}
+
 TEST_F(Partitions, APartitionThatIsThereIsRefused) {
     Output({"partition", "add", "P1", "--size", "1024"});
     EXPECT_EQ(Run({"partition", "add", "P1", "--size", "2048"}).status, kRefused);
@@ -42,12 +59,11 @@ TEST_F(Partitions, SizesThatWouldStopTheLibraryAreMisuse) {
 }
 
 TEST_F(Partitions, AreShownWithThePercentagesOfTheDisk) {
-    const auto shown = Run({"--json", "--printer", "Atrium", "partition", "show"}).Json();
-    EXPECT_EQ(shown["partitions"].size(), 10u);
-    EXPECT_EQ(shown["partitions"][1]["Partition"], "Fonts");
-    EXPECT_EQ(shown["partitions"][1]["Percent"], "30");
-    EXPECT_EQ(shown["diskPercent"], "50 30 20 ");
-    EXPECT_THAT(Output({"--printer", "Atrium", "partition", "show"}), HasSubstr("in percent: 50 30 20"));
+    const auto rows = Run({"--json", "--printer", "Atrium", "partition", "list"}).Json();
+    EXPECT_EQ(rows.size(), 10u);
+    EXPECT_EQ(rows[1]["Partition"], "Fonts");
+    EXPECT_EQ(rows[1]["Percent"], "30");
+    EXPECT_EQ(rows[1]["Layout"], "current");
 }
 
 TEST_F(Partitions, SizesAndPercentagesAreCopiedToTheDefaults) {

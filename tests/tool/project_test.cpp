@@ -61,6 +61,11 @@ TEST_F(Project, SaysWhenAFileIsNotOnThisComputer) {
     EXPECT_EQ(ValueOf(Saved("Files")[3], "ID"), "3");
 }
 
+TEST_F(Project, AListNestedDeepIsRefused) {
+    EXPECT_EQ(Run({"import", "-"}, std::string(100000, '[')).status, kRefused);
+    EXPECT_EQ(Run({"import", "-"}, std::string(100000, '[') + std::string(100000, ']')).status, kRefused);
+}
+
 TEST_F(Project, RefusesWhatNoRecordHolds) {
     const std::string list = UserFile("list.json", R"({"files": [{"LocalPath": "/a", "Type": "7"}, {"Type": "5"}, 7,
         {"LocalPath": "/b", "Type": "5", "FontStyle": ")" +

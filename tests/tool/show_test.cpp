@@ -38,7 +38,7 @@ TEST_F(Show, SaysWhenTheLibraryReadsLess) {
     WriteBytes(UserPath(), "<D><Mine><Item A='1'/><!-- x --><Item A='2'/></Mine></D>");
     const ToolRun run = Run({"show", "Mine"});
     EXPECT_EQ(run.output, "A\n1\n2\n");
-    EXPECT_THAT(run.errors, HasSubstr("only the first 1"));
+    EXPECT_THAT(run.errors, HasSubstr("only the first 1 items"));
 }
 
 TEST_F(Show, AMalformedDocumentIsReportedWithLineAndColumn) {
@@ -105,6 +105,6 @@ TEST_F(Show, ContainersThatComeAndGoAreDifferences) {
 }
 
 TEST_F(Show, VolumesAndPartitionsHaveBars) {
-    EXPECT_THAT(Output({"--printer", "Atrium", "storage", "show"}), HasSubstr("[######--------------]  28 %"));
-    EXPECT_THAT(Output({"--printer", "Atrium", "partition", "show"}), HasSubstr("[##########----------]  50 %"));
+    EXPECT_THAT(Output({"--printer", "Atrium", "storage", "list"}), HasSubstr("[######--------------]  28 %"));
+    EXPECT_THAT(Output({"--printer", "Atrium", "partition", "list"}), HasSubstr("[##########----------]  50 %"));
 }

@@ -59,18 +59,41 @@ TEST_F(Storage, VolumesWithOneNameAreStillToldApart) {
 }
 
 TEST_F(Storage, IsShownAsATableForPeople) {
-    EXPECT_THAT(Output({"--printer", "Atrium", "storage", "show"}), HasSubstr("40.0 GiB"));
+    EXPECT_THAT(Output({"--printer", "Atrium", "storage", "list"}), HasSubstr("40.0 GiB"));
 }
 
 TEST_F(Storage, IsShownInJson) {
-    const auto rows = Run({"--json", "--printer", "Atrium", "storage", "show"}).Json();
+    const auto rows = Run({"--json", "--printer", "Atrium", "storage", "list"}).Json();
     ASSERT_EQ(rows.size(), 3u);
     EXPECT_EQ(rows[2]["StorageName"], "Flash memory");
     EXPECT_EQ(rows[2]["FreeSpace"], "201326592");
 }
 
+TEST_F(Storage, WhatAnotherHostRecordedIsListed) {
+    WriteBytes(UserPath(),
+               "<D><Storage><Item StorageName='Disk' Volume='0:' TotalSpace='1000' FreeSpace='250'/></Storage></D>");
+    const auto rows = Run({"--json", "storage", "list"}).Json();
+    ASSERT_EQ(rows.size(), 1u);
+    EXPECT_EQ(rows[0]["used"], 75);
+}
+
+TEST_F(Storage, AVolumeIsAddedChangedAndRemoved) {
+    Output({"storage", "add", "9:", "--storage-name", "Card", "--total-space", "4G", "--free-space", "1G"});
+    EXPECT_EQ(ValueOf(Saved("Storage").at(0), "TotalSpace"), "4294967296");
+    EXPECT_EQ(Run({"storage", "add", "9:"}).status, kRefused);
+    Output({"storage", "edit", "9:", "--free-space", "2G"});
+    EXPECT_EQ(ValueOf(Saved("Storage").at(0), "FreeSpace"), "2147483648");
+    Output({"storage", "remove", "9:"});
+    EXPECT_TRUE(Saved("Storage").empty());
+}
+
+TEST_F(Storage, AReportNestedDeepIsRefused) {
+    EXPECT_EQ(Report(std::string(100000, '[')).status, kRefused);
+    EXPECT_EQ(Report(R"({"storages": )" + std::string(100000, '[') + std::string(100000, ']') + "}").status, kRefused);
+}
+
 TEST_F(Storage, NoVolumesAreSaidSo) {
-    const ToolRun run = Run({"storage", "show"});
+    const ToolRun run = Run({"storage", "list"});
     EXPECT_EQ(run.status, kDone);
     EXPECT_THAT(run.errors, HasSubstr("no volumes are recorded"));
 }

@@ -2,24 +2,21 @@
 
 #include "decoration.h"
 
-#include "platform/terminal.h"
+#include "system/system.h"
+#include "system/terminal.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <cstdio>
-#include <cstdlib>
-#include <iostream>
 
 namespace {
 
 constexpr std::size_t kBarWidth = 20;
-constexpr std::size_t kFewest = 10; // steps that are worth a progress line
+constexpr std::chrono::seconds kPatience{1}; // before a work is worth a progress line
 
 bool UsesColours() {
-    static const bool uses = [] {
-        const char* const refused = std::getenv("NO_COLOR");
-        return (refused == nullptr || refused[0] == '\0') && platform::IsOutputTerminal();
-    }();
+    static const bool uses = [] { return host::Variable("NO_COLOR").empty() && host::IsOutputTerminal(); }();
     return uses;
 }
 
@@ -61,23 +58,26 @@ std::string UsageBar(double used, double total) {
 }
 
 CProgress::CProgress(std::size_t total, std::string what)
-    : m_nTotal(total), m_strWhat(std::move(what)), m_bShown(total >= kFewest && platform::IsErrorTerminal()) {}
+    : m_nTotal(total), m_strWhat(std::move(what)), m_bWanted(host::IsErrorTerminal()),
+      m_begin(std::chrono::steady_clock::now()) {}
 
 CProgress::~CProgress() { Clear(); }
 
 void CProgress::Clear() {
     if (m_nPercent >= 0) {
-        std::cerr << "\r\x1b[K" << std::flush;
+        host::WriteError("\r\x1b[K");
         m_nPercent = -1;
     }
 }
 
 void CProgress::Show(std::size_t done) {
-    const int percent = static_cast<int>(done * 100 / std::max<std::size_t>(m_nTotal, 1));
-    if (!m_bShown || percent == m_nPercent) {
+    if (!m_bWanted || std::chrono::steady_clock::now() - m_begin < kPatience) {
         return;
     }
-    m_nPercent = percent;
-    std::cerr << '\r' << m_strWhat << ' ' << Bar(static_cast<double>(percent) / 100) << ' ' << done << " of "
-              << m_nTotal << std::flush;
+    const int percent = static_cast<int>(done * 100 / std::max<std::size_t>(m_nTotal, 1));
+    if (percent != m_nPercent) {
+        m_nPercent = percent;
+        host::WriteError("\r" + m_strWhat + " " + Bar(static_cast<double>(percent) / 100) + " " + std::to_string(done) +
+                         " of " + std::to_string(m_nTotal));
+    }
 }

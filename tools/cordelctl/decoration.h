@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <string>
 
@@ -13,8 +14,8 @@ std::string Coloured(const std::string& text, Colour colour);
 /// "[######----]  60 %"; a share of nothing is an empty text.
 std::string UsageBar(double used, double total);
 
-/// A line on standard error that tells how far a long work is; nothing unless that is a terminal, and nothing for work
-/// that is short.
+/// A line on standard error that tells how far a long work is, once it takes longer than a second; nothing unless that
+/// is a terminal.
 class CProgress {
 public:
     CProgress(std::size_t total, std::string what);
@@ -27,12 +28,10 @@ public:
     /// Takes the line away, for another on standard error.
     void Clear();
 
-    /// True when there is a line to be seen: then single steps need no line of their own.
-    bool IsShown() const noexcept { return m_bShown; }
-
 private:
     std::size_t m_nTotal;
     std::string m_strWhat;
-    bool m_bShown;
-    int m_nPercent = -1; // as shown last
+    bool m_bWanted;
+    std::chrono::steady_clock::time_point m_begin;
+    int m_nPercent = -1; // as shown last; -1 when no line is to be seen
 };

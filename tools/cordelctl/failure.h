@@ -13,10 +13,11 @@ enum class ExitCode : int {
     NotKept = 4,    // the change could not be saved
     NoDocument = 5, // a document could not be opened
     Refused = 6,    // a file or a value cannot be taken
-    NoOutput = 7    // standard output could not be written
+    NoOutput = 7,   // standard output could not be written
+    Interrupted = 130
 };
 
-/// Ends the command. `advice` says what to do, and may be empty.
+/// Ends the command. `advice` says what to do, and may be empty. All texts are UTF-8.
 class CFailure : public std::runtime_error {
 public:
     CFailure(ExitCode code, const std::string& reason, std::string advice = {})

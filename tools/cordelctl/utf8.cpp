@@ -64,3 +64,20 @@ std::string Utf16ToUtf8(std::u16string_view text) {
     }
     return result;
 }
+
+std::u16string Utf8ToUtf16(std::string_view text) {
+    std::u16string result;
+    char32_t codePoint = 0;
+    for (std::size_t position = 0; position < text.size();) {
+        if (!DecodeUtf8(text, position, codePoint)) {
+            codePoint = 0xFFFD;
+        }
+        if (codePoint >= 0x10000) {
+            result += static_cast<char16_t>(0xD800 + ((codePoint - 0x10000) >> 10));
+            result += static_cast<char16_t>(0xDC00 + ((codePoint - 0x10000) & 0x3FF));
+        } else {
+            result += static_cast<char16_t>(codePoint);
+        }
+    }
+    return result;
+}

@@ -15,3 +15,6 @@ void AppendUtf8(std::string& text, char32_t codePoint);
 
 /// Well-formed UTF-8 from UTF-16; unpaired surrogates become U+FFFD.
 std::string Utf16ToUtf8(std::u16string_view text);
+
+/// UTF-16 from UTF-8; what is not well-formed becomes U+FFFD.
+std::u16string Utf8ToUtf16(std::string_view text);

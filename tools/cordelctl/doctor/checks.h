@@ -2,22 +2,30 @@
 
 #pragma once
 
-#include "document_places.h"
-#include "document_reader.h"
-#include "finding.h"
+#include "doctor/finding.h"
+#include "document/document.h"
+#include "document/document_tree.h"
+#include "document/places.h"
 
-enum class DocumentKind { Main, Printer, Strings };
+#include <string_view>
 
 /// Which file is loaded and which is saved.
 void CheckPlace(const DocumentPlace& place, DocumentKind kind, Findings& findings);
 
-/// Whether the file is a document at all, and its encoding.
-void CheckForm(const DocumentContent& content, Findings& findings);
+/// What is wrong with the bytes of a file that is no document: what the reader said of it, and what that comes from.
+void CheckForm(std::string_view bytes, const DocumentError& error, Findings& findings);
+
+/// Another encoding than UTF-8.
+void CheckEncoding(std::string_view bytes, Findings& findings);
 
 /// Containers that are missing or repeated, nodes that stop reads, and what holds for every attribute.
 void CheckStructure(const DocumentNode& root, DocumentKind kind, Findings& findings);
 
 void CheckFiles(const DocumentNode& root, Findings& findings);
+/// The files on this computer: gone, or other than they were recorded.
+void CheckLocalFiles(const DocumentNode& root, Findings& findings);
+
+void CheckStorage(const DocumentNode& root, Findings& findings);
 void CheckIds(const DocumentNode& root, Findings& findings);
 void CheckProfileSlots(const DocumentNode& root, Findings& findings);
 void CheckJobs(const DocumentNode& root, Findings& findings);

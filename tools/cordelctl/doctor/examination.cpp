@@ -1,28 +1,38 @@
 // The doctor at work.
 
-#include "examination.h"
+#include "doctor/examination.h"
 
-#include "document_view.h"
+#include "doctor/document_encoding.h"
+#include "document/tree_view.h"
 #include "failure.h"
-#include "platform/platform.h"
+#include "system/system.h"
+#include "text/nearest.h"
 
 #include <algorithm>
-#include <set>
 
 namespace {
 
-Patient PatientAt(const DocumentPlace& place, const std::string& name, DocumentKind kind) {
-    return {place.title, name, kind, place, place.Loaded()};
+/// None of a file that cannot be read, which is said elsewhere.
+std::string BytesOf(const std::filesystem::path& file) {
+    try {
+        return host::ReadBytes(file);
+    } catch (const std::filesystem::filesystem_error&) {
+        return {};
+    }
 }
 
-void AddNames(const std::filesystem::path& folder, std::set<std::string>& names) {
-    std::error_code none;
-    for (const auto& entry : std::filesystem::directory_iterator(folder, none)) {
-        const std::string name = platform::TextOf(entry.path().filename());
-        if (entry.path().extension() == ".xml" && name != kMainDocumentName) {
-            names.insert(name);
+/// The line of the file at that place.
+std::string LineAt(std::string_view bytes, const SourcePlace& place) {
+    std::size_t begin = 0;
+    for (long line = 1; line < place.line; ++line) {
+        const std::size_t end = bytes.find('\n', begin);
+        if (end == std::string_view::npos) {
+            return {};
         }
+        begin = end + 1;
     }
+    const std::string_view line = bytes.substr(begin, bytes.find('\n', begin) - begin);
+    return place.line > 0 ? std::string(line.substr(0, line.find('\r'))) : std::string();
 }
 
 /// The kind of a file by itself, from what it holds.
@@ -38,6 +48,8 @@ void CheckContent(const DocumentNode& root, DocumentKind kind, Findings& finding
         return;
     }
     CheckFiles(root, findings);
+    CheckLocalFiles(root, findings);
+    CheckStorage(root, findings);
     CheckIds(root, findings);
     CheckProfileSlots(root, findings);
     CheckJobs(root, findings);
@@ -48,36 +60,26 @@ void CheckContent(const DocumentNode& root, DocumentKind kind, Findings& finding
 } // namespace
 
 std::vector<Patient> AllPatients(const Globals& globals) {
-    std::vector<Patient> patients{PatientAt(MainDocument(), "main", DocumentKind::Main)};
-    std::set<std::string> printers;
-    AddNames(MainDocument().installed.parent_path(), printers);
-    AddNames(MainDocument().perUser.parent_path(), printers);
-    for (const auto& name : printers) {
-        patients.push_back(PatientAt(PrinterDocument(name), name, DocumentKind::Printer));
-    }
-    auto languages = InstalledLanguages();
-    if (languages.empty()) {
-        languages.push_back(globals.language);
-    }
-    for (const auto& language : languages) {
-        patients.push_back(PatientAt(StringsDocument(language), language, DocumentKind::Strings));
+    std::vector<Patient> patients;
+    for (const DocumentPlace& place : AllDocuments(globals.language)) {
+        patients.push_back({place.title, place.name, place.kind, place, place.Loaded()});
     }
     return patients;
 }
 
 Patient FindPatient(const std::string& name, const Globals& globals) {
-    std::string known;
+    std::vector<std::string> known;
     for (const Patient& patient : AllPatients(globals)) {
-        if (name == patient.name || name + ".xml" == patient.name || platform::PathOf(name) == patient.file ||
+        if (name == patient.name || name + ".xml" == patient.name || host::PathOf(name) == patient.file ||
             (patient.kind == DocumentKind::Main && (name == "Cordelbox" || name == kMainDocumentName))) {
             return patient;
         }
-        known += (known.empty() ? "" : ", ") + patient.name;
+        known.push_back(patient.name);
     }
-    const auto file = platform::PathOf(name);
+    const auto file = host::PathOf(name);
     if (!std::filesystem::is_regular_file(file)) {
-        throw CFailure(ExitCode::NoDocument, "there is no document \"" + name + "\"",
-                       "give the path of a file, or one of: " + known);
+        throw CFailure(ExitCode::NoDocument, "there is no document \"" + name + "\"" + DidYouMean(name, known),
+                       "give the path of a file, or one of: " + Joined(known, ", "));
     }
     return {name, name, DocumentKind::Printer, std::nullopt, file};
 }
@@ -90,12 +92,19 @@ Examination Examine(const Patient& patient) {
     if (!std::filesystem::is_regular_file(patient.file)) {
         return result;
     }
-    const DocumentContent content = ReadDocument(patient.file);
-    result.encoding = content.encoding;
-    CheckForm(content, result.findings);
-    if (!content.error) {
-        const DocumentKind kind = patient.place ? patient.kind : KindOf(content.root);
-        CheckContent(content.root, kind, result.findings);
+    DocumentError error;
+    const auto document = CDocument::TryLoad(patient.file, error, DomPositions::Noted);
+    const std::string bytes = BytesOf(patient.file);
+    result.encoding = EncodingOf(bytes);
+    if (document == nullptr) {
+        CheckForm(bytes, error, result.findings);
+    } else {
+        CheckEncoding(bytes, result.findings);
+        const DocumentNode root = document->Tree();
+        CheckContent(root, patient.place ? patient.kind : KindOf(root), result.findings);
+    }
+    for (Finding& finding : result.findings) {
+        finding.line = LineAt(bytes, finding.place);
     }
     std::stable_sort(result.findings.begin(), result.findings.end(),
                      [](const Finding& left, const Finding& right) { return left.level > right.level; });

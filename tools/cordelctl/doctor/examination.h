@@ -2,10 +2,10 @@
 
 #pragma once
 
-#include "checks.h"
-#include "document_places.h"
-#include "finding.h"
-#include "globals.h"
+#include "doctor/checks.h"
+#include "doctor/finding.h"
+#include "document/places.h"
+#include "verb.h"
 
 #include <optional>
 #include <string>
@@ -22,7 +22,7 @@ struct Patient {
 
 struct Examination {
     Patient patient;
-    std::string encoding; // empty when the file cannot be read
+    std::string encoding; // in capitals; empty when the file cannot be read
     Findings findings;
 };
 

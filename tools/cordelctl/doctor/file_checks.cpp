@@ -1,8 +1,9 @@
 // The rows of files, which are read by position.
 
-#include "checks.h"
+#include "doctor/checks.h"
 
-#include "document_view.h"
+#include "document/tree_view.h"
+#include "schema/schema.h"
 
 #include <algorithm>
 #include <array>
@@ -18,11 +19,10 @@ constexpr std::string_view kTypes[] = {"1", "2", "5", "6", "8"};
 
 class CFileRowCheck {
 public:
-    CFileRowCheck(const Row& row, Findings& findings) : m_row(row), m_findings(findings) {
+    CFileRowCheck(const Item& row, Findings& findings) : m_row(row), m_findings(findings) {
         const auto& attributes = row.node->attributes;
-        m_start = std::find_if(attributes.begin(), attributes.end(), [](const DocumentAttribute& attribute) {
-            return BaseName(attribute.name) == kRow.front();
-        });
+        m_start = std::find_if(attributes.begin(), attributes.end(),
+                               [](const DocumentAttribute& attribute) { return attribute.name == kRow.front(); });
     }
 
     void Run() const {
@@ -48,7 +48,7 @@ private:
                 "Complete it: FileID, Component, ID, Type, Volume, Path, LocalPath, Size, CreateDate, checked.");
         }
         for (std::size_t i = 0; i < std::min(Count(), kRow.size()); ++i) {
-            const std::string_view name = BaseName(m_start[static_cast<std::ptrdiff_t>(i)].name);
+            const std::string_view name = m_start[static_cast<std::ptrdiff_t>(i)].name;
             if (name != kRow[i]) {
                 Add(Level::Error, "file-row-order",
                     "Attribute " + std::to_string(i + 1) + " from FileID on is " + std::string(name) + ", not " +
@@ -65,7 +65,7 @@ private:
         for (std::size_t i = 0; i < Count(); ++i) {
             const DocumentAttribute& attribute = m_start[static_cast<std::ptrdiff_t>(i)];
             const std::size_t length = ByteLength(attribute.value);
-            if (length <= kFieldLength || BaseName(attribute.name) == "Comment") {
+            if (length <= kFieldLength || attribute.name == "Comment") {
                 continue;
             }
             const std::string what = "The value of " + attribute.name + " takes " + std::to_string(length) + " bytes.";
@@ -95,11 +95,11 @@ private:
     }
 
     void Add(Level level, const char* check, std::string what, const char* consequence, const char* mend) const {
-        m_findings.push_back(
-            {level, check, "Files", ItemName(m_row, "FileID"), m_row.node->place, std::move(what), consequence, mend});
+        m_findings.push_back({level, check, "Files", NameOfItem(m_row, "FileID"), m_row.node->place, std::move(what),
+                              consequence, mend});
     }
 
-    const Row& m_row;
+    const Item& m_row;
     Findings& m_findings;
     std::vector<DocumentAttribute>::const_iterator m_start;
 };
@@ -108,7 +108,7 @@ private:
 
 void CheckFiles(const DocumentNode& root, Findings& findings) {
     std::map<std::string, int> keys;
-    for (const Row& row : RowsOf(root, "Files")) {
+    for (const Item& row : ItemsOf(root, "Files")) {
         CFileRowCheck(row, findings).Run();
         const std::string* const key = FindValueIn(*row.node, "FileID");
         if (key == nullptr) {
@@ -116,7 +116,7 @@ void CheckFiles(const DocumentNode& root, Findings& findings) {
         }
         const auto [first, added] = keys.emplace(*key, row.number);
         if (!added) {
-            findings.push_back({Level::Error, "key-repeated", "Files", ItemName(row, "FileID"), row.node->place,
+            findings.push_back({Level::Error, "key-repeated", "Files", NameOfItem(row, "FileID"), row.node->place,
                                 "Item " + std::to_string(first->second) + " has the same FileID.",
                                 "Functions that look a file up find the first for both: this one is never checked or "
                                 "edited.",

@@ -2,7 +2,7 @@
 
 #pragma once
 
-#include "document_reader.h"
+#include "document/document_tree.h"
 
 #include <string>
 #include <vector>
@@ -23,6 +23,7 @@ struct Finding {
     std::string what;        // what is so
     std::string consequence; // for a host
     std::string mend;        // what to do
+    std::string line = {};   // the line of the file at that place; empty when it is not known
 };
 
 using Findings = std::vector<Finding>;

@@ -1,8 +1,9 @@
 // The IDs under which a printer stores files: one of a kind in each group.
 
-#include "checks.h"
+#include "doctor/checks.h"
 
-#include "document_view.h"
+#include "document/tree_view.h"
+#include "schema/schema.h"
 
 #include <map>
 
@@ -21,12 +22,12 @@ const char* NameOf(Group group) {
     return group == Group::Macros ? "Type 2 files" : group == Group::Overlays ? "Type 8 files" : "fonts";
 }
 
-void CheckNumber(const Row& row, const std::string& id, Findings& findings) {
+void CheckNumber(const Item& row, const std::string& id, Findings& findings) {
     constexpr int kLargestID = 32767;
     if (IsPlainNumber(id) && id.size() <= 5 && std::stoi(id) <= kLargestID) {
         return;
     }
-    findings.push_back({Level::Warning, "id-is-no-number", "Files", ItemName(row, "FileID"), row.node->place,
+    findings.push_back({Level::Warning, "id-is-no-number", "Files", NameOfItem(row, "FileID"), row.node->place,
                         "The ID is \"" + id + "\", which is no plain number from 0 to 32767.",
                         id.empty() ? "An empty ID never clashes for the check before sending, and is 0 in messages."
                                    : "IDs are compared as texts, so it can be another file's number and not clash; "
@@ -34,16 +35,16 @@ void CheckNumber(const Row& row, const std::string& id, Findings& findings) {
                         "Give it a free one: cordelctl files edit FILE --id next."});
 }
 
-bool IsTicked(const Row& row) { return ValueIn(*row.node, "checked") == "1"; }
+bool IsTicked(const Item& row) { return ValueIn(*row.node, "checked") == "1"; }
 
-void CheckClash(Group group, const std::string& id, const std::vector<Row>& rows, Findings& findings) {
+void CheckClash(Group group, const std::string& id, const std::vector<Item>& rows, Findings& findings) {
     if (rows.size() < 2) {
         return;
     }
     std::string items;
     int ticked = 0;
-    for (const Row& row : rows) {
-        items += (items.empty() ? "" : ", ") + ItemName(row, "FileID");
+    for (const Item& row : rows) {
+        items += (items.empty() ? "" : ", ") + NameOfItem(row, "FileID");
         ticked += IsTicked(row) ? 1 : 0;
     }
     const std::string consequence =
@@ -59,8 +60,8 @@ void CheckClash(Group group, const std::string& id, const std::vector<Row>& rows
 } // namespace
 
 void CheckIds(const DocumentNode& root, Findings& findings) {
-    std::map<std::pair<Group, std::string>, std::vector<Row>> users;
-    for (const Row& row : RowsOf(root, "Files")) {
+    std::map<std::pair<Group, std::string>, std::vector<Item>> users;
+    for (const Item& row : ItemsOf(root, "Files")) {
         const Group group = GroupOf(ValueIn(*row.node, "Type"));
         const std::string* const id = FindValueIn(*row.node, "ID");
         if (group == Group::None || id == nullptr) {

@@ -1,37 +1,31 @@
 // The stored jobs, which are read by position into short fields.
 
-#include "checks.h"
+#include "doctor/checks.h"
 
-#include "document_view.h"
+#include "document/tree_view.h"
+#include "schema/schema.h"
 
 #include <algorithm>
-#include <array>
 #include <map>
 
 namespace {
 
-struct JobField {
-    std::string_view name;
-    std::size_t length;
-};
+const auto& Fields() { return FindContainerSchema("Jobs")->attributes; }
 
-constexpr std::array<JobField, 6> kFields{
-    {{"Name", 99}, {"ID", 9}, {"Type", 9}, {"Copies", 9}, {"Stored", 9}, {"checked", 4}}};
-
-void Add(Level level, const char* check, const Row& row, std::string what, const char* consequence, std::string mend,
+void Add(Level level, const char* check, const Item& row, std::string what, const char* consequence, std::string mend,
          Findings& findings) {
     findings.push_back(
-        {level, check, "Jobs", ItemName(row, "ID"), row.node->place, std::move(what), consequence, std::move(mend)});
+        {level, check, "Jobs", NameOfItem(row, "ID"), row.node->place, std::move(what), consequence, std::move(mend)});
 }
 
-void CheckOrder(const Row& row, Findings& findings) {
+void CheckOrder(const Item& row, Findings& findings) {
     const auto& attributes = row.node->attributes;
-    for (std::size_t i = 0; i < kFields.size(); ++i) {
-        const std::string_view name = i < attributes.size() ? BaseName(attributes[i].name) : "missing";
-        if (name != kFields[i].name) {
+    for (std::size_t i = 0; i < Fields().size(); ++i) {
+        const std::string_view name = i < attributes.size() ? attributes[i].name : "missing";
+        if (name != Fields()[i].name) {
             Add(Level::Error, "job-order", row,
                 "Attribute " + std::to_string(i + 1) + " is " + std::string(name) + ", not " +
-                    std::string(kFields[i].name) + ".",
+                    std::string(Fields()[i].name) + ".",
                 "GetJobs goes by position: the host gets values in the wrong fields.",
                 "Put them in order: Name, ID, Type, Copies, Stored, checked.", findings);
             return;
@@ -40,15 +34,15 @@ void CheckOrder(const Row& row, Findings& findings) {
 }
 
 /// By position, whatever the attributes are called: so they are read.
-void CheckLengths(const Row& row, Findings& findings) {
+void CheckLengths(const Item& row, Findings& findings) {
     const auto& attributes = row.node->attributes;
-    for (std::size_t i = 0; i < std::min(kFields.size(), attributes.size()); ++i) {
+    for (std::size_t i = 0; i < std::min(Fields().size(), attributes.size()); ++i) {
         const std::size_t length = ByteLength(attributes[i].value);
-        if (length > kFields[i].length) {
+        if (length > Fields()[i].longest) {
             Add(Level::Error, "job-field-too-long", row,
                 "The value of " + attributes[i].name + " takes " + std::to_string(length) + " bytes; the field for " +
-                    std::string(kFields[i].name) + " holds " + std::to_string(kFields[i].length) + ".",
-                "GetJobs stops the host.", "Shorten it to at most " + std::to_string(kFields[i].length) + " bytes.",
+                    std::string(Fields()[i].name) + " holds " + std::to_string(Fields()[i].longest) + ".",
+                "GetJobs stops the host.", "Shorten it to at most " + std::to_string(Fields()[i].longest) + " bytes.",
                 findings);
         }
     }
@@ -58,7 +52,7 @@ void CheckLengths(const Row& row, Findings& findings) {
 
 void CheckJobs(const DocumentNode& root, Findings& findings) {
     std::map<std::string, int> ids;
-    for (const Row& row : RowsOf(root, "Jobs")) {
+    for (const Item& row : ItemsOf(root, "Jobs")) {
         CheckOrder(row, findings);
         CheckLengths(row, findings);
         const std::string* const id = FindValueIn(*row.node, "ID");

@@ -1,17 +1,12 @@
 // Which file is loaded and which is saved, and why a change does not last.
 
-#include "checks.h"
+#include "doctor/checks.h"
 
-#include "output.h"
-#include "platform/platform.h"
+#include "system/system.h"
 
 namespace {
 
-// The library takes paths of at most 259 bytes, and of a per-user copy it keeps 11 of them in reserve.
-constexpr std::size_t kLongestInstalledPath = 259;
-constexpr std::size_t kLongestPerUserPath = 248;
-
-std::string Utf8(const std::filesystem::path& path) { return platform::ToUtf8(platform::TextOf(path)); }
+std::string Utf8(const std::filesystem::path& path) { return host::TextOf(path); }
 
 Finding Whole(Level level, const char* check, std::string what, std::string consequence, std::string mend) {
     return {level, check, {}, {}, {}, std::move(what), std::move(consequence), std::move(mend)};
@@ -35,8 +30,7 @@ void CheckInstalled(const DocumentPlace& place, Findings& findings) {
 }
 
 void CheckPaths(const DocumentPlace& place, Findings& findings) {
-    if (platform::TextOf(place.installed).size() > kLongestInstalledPath ||
-        platform::TextOf(place.perUser).size() > kLongestPerUserPath) {
+    if (!place.IsWithinReach()) {
         findings.push_back(Whole(Level::Error, "path-too-long",
                                  "The path is longer than the library handles: " + Utf8(place.Loaded()) + ".",
                                  "The document cannot be opened.",
@@ -57,25 +51,25 @@ void AddUnusedCopy(const DocumentPlace& place, DocumentKind kind, const char* ch
 }
 
 void CheckPerUser(const DocumentPlace& place, DocumentKind kind, Findings& findings) {
-    switch (platform::StateOf(place.perUser)) {
-    case platform::FileState::Writable:
+    switch (host::StateOf(place.perUser)) {
+    case host::FileState::Writable:
         return;
-    case platform::FileState::Absent:
+    case host::FileState::Absent:
         if (kind != DocumentKind::Strings) {
             findings.push_back(Whole(
                 Level::Warning, "no-per-user-copy", "There is no per-user copy: " + Utf8(place.perUser) + ".",
                 "Changes last only until the document is released; nothing is saved.", "Create it: cordelctl init."));
         }
         return;
-    case platform::FileState::NotAFile:
+    case host::FileState::NotAFile:
         AddUnusedCopy(place, kind, "copy-is-no-file", "is no file, but a folder or a device",
                       "Move it away and run: cordelctl init.", findings);
         return;
-    case platform::FileState::NotWritable:
+    case host::FileState::NotWritable:
         AddUnusedCopy(place, kind, "copy-is-read-only", "may not be read and written",
                       "Give yourself read and write permission for it.", findings);
         return;
-    case platform::FileState::InUse:
+    case host::FileState::InUse:
         AddUnusedCopy(place, kind, "copy-is-locked", "is held by another program",
                       "End that program, or wait until it is done.", findings);
         return;

@@ -1,8 +1,9 @@
 // The slots of ICM profiles.
 
-#include "checks.h"
+#include "doctor/checks.h"
 
-#include "document_view.h"
+#include "document/tree_view.h"
+#include "schema/schema.h"
 
 #include <map>
 
@@ -16,7 +17,7 @@ struct SlotKind {
 constexpr SlotKind kKinds[] = {{"0", "RGBSource"}, {"2", "PrinterProfile"}, {"3", "LinkedProfile"}};
 
 std::string SlotsOf(const DocumentNode& root, const char* container) {
-    for (const Row& row : RowsOf(root, container)) {
+    for (const Item& row : ItemsOf(root, container)) {
         if (const std::string* const slots = FindValueIn(*row.node, "IDArray"); slots != nullptr) {
             return *slots;
         }
@@ -52,12 +53,12 @@ void CheckArray(const DocumentNode& root, const SlotKind& kind, const std::strin
 
 void CheckProfilesOf(const DocumentNode& root, const SlotKind& kind, const std::string& slots, Findings& findings) {
     std::map<std::size_t, int> users;
-    for (const Row& row : RowsOf(root, "Files")) {
+    for (const Item& row : ItemsOf(root, "Files")) {
         if (ValueIn(*row.node, "Type") != "6" || ValueIn(*row.node, "ProfileType") != kind.profileType) {
             continue;
         }
         const auto add = [&](Level level, const char* check, std::string what, const char* consequence) {
-            findings.push_back({level, check, "Files", ItemName(row, "FileID"), row.node->place, std::move(what),
+            findings.push_back({level, check, "Files", NameOfItem(row, "FileID"), row.node->place, std::move(what),
                                 consequence, "Give it a free slot: cordelctl files edit FILE --id next."});
         };
         const std::string id = ValueIn(*row.node, "ID");
@@ -88,10 +89,10 @@ void CheckProfileSlots(const DocumentNode& root, Findings& findings) {
         CheckArray(root, kind, slots, findings);
         CheckProfilesOf(root, kind, slots, findings);
     }
-    for (const Row& row : RowsOf(root, "Files")) {
+    for (const Item& row : ItemsOf(root, "Files")) {
         const std::string profileType = ValueIn(*row.node, "ProfileType");
         if (ValueIn(*row.node, "Type") == "6" && profileType != "0" && profileType != "2" && profileType != "3") {
-            findings.push_back({Level::Warning, "profile-without-slots", "Files", ItemName(row, "FileID"),
+            findings.push_back({Level::Warning, "profile-without-slots", "Files", NameOfItem(row, "FileID"),
                                 row.node->place, "The ProfileType is \"" + profileType + "\".",
                                 "The profile belongs to no slots: its ID is never looked at.", "Set it to 0, 2 or 3."});
         }

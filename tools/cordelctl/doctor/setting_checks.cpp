@@ -1,16 +1,16 @@
 // Single values that are overwritten and never created: their item must be there.
 
-#include "checks.h"
+#include "doctor/checks.h"
 
-#include "document_view.h"
-#include "vocabulary.h"
+#include "document/tree_view.h"
+#include "schema/schema.h"
 
 #include <algorithm>
 
 namespace {
 
 const std::string* FirstValue(const DocumentNode& root, std::string_view container, std::string_view attribute) {
-    for (const Row& row : RowsOf(root, container)) {
+    for (const Item& row : ItemsOf(root, container)) {
         if (const std::string* const value = FindValueIn(*row.node, attribute); value != nullptr) {
             return value;
         }
@@ -48,7 +48,8 @@ void CheckPcl(const DocumentNode& root, Findings& findings) {
         return; // reported as missing
     }
     std::string missing;
-    for (const std::string_view name : kPclSettings) {
+    for (const AttributeSchema& setting : FindContainerSchema(kContainer)->attributes) {
+        const std::string_view name = setting.name;
         const std::string* const value = FirstValue(root, kContainer, name);
         if (value == nullptr) {
             missing += (missing.empty() ? "" : ", ") + std::string(name);
@@ -76,9 +77,9 @@ void CheckEditedFile(const DocumentNode& root, Findings& findings) {
     if (edited == nullptr || edited->empty()) {
         return;
     }
-    const auto files = RowsOf(root, "Files");
+    const auto files = ItemsOf(root, "Files");
     if (std::none_of(files.begin(), files.end(),
-                     [&](const Row& row) { return ValueIn(*row.node, "FileID") == *edited; })) {
+                     [&](const Item& row) { return ValueIn(*row.node, "FileID") == *edited; })) {
         findings.push_back({Level::Note,
                             "edited-file-unknown",
                             "Property",

@@ -1,8 +1,9 @@
 // The texts that the library itself shows.
 
-#include "checks.h"
+#include "doctor/checks.h"
 
-#include "document_view.h"
+#include "document/tree_view.h"
+#include "schema/schema.h"
 
 #include <algorithm>
 
@@ -13,7 +14,7 @@ constexpr std::size_t kLongestMessage = 259;
 constexpr std::size_t kLongestID = 5; // digits of 32767
 
 std::string TextOf(const DocumentNode& root, std::string_view container, std::string_view attribute) {
-    for (const Row& row : RowsOf(root, container)) {
+    for (const Item& row : ItemsOf(root, container)) {
         if (const std::string* const text = FindValueIn(*row.node, attribute); text != nullptr) {
             return *text;
         }
@@ -22,7 +23,7 @@ std::string TextOf(const DocumentNode& root, std::string_view container, std::st
 }
 
 std::string KindName(const DocumentNode& root, std::string_view type) {
-    for (const Row& row : RowsOf(root, "ProjectFilter")) {
+    for (const Item& row : ItemsOf(root, "ProjectFilter")) {
         const std::string* const text = FindValueIn(*row.node, "Value");
         if (text != nullptr && ValueIn(*row.node, "ID") == type) {
             return *text;

@@ -1,9 +1,9 @@
 // What holds for every container, whatever it is for.
 
-#include "checks.h"
+#include "doctor/checks.h"
 
-#include "document_view.h"
-#include "vocabulary.h"
+#include "document/tree_view.h"
+#include "schema/schema.h"
 
 #include <algorithm>
 #include <map>
@@ -13,18 +13,9 @@ namespace {
 
 constexpr std::size_t kFieldLength = 255;
 
-// What the library reads and writes, and so must be there.
-constexpr std::string_view kDataContainers[] = {
-    "Storage",  "SendProject", "CurrentDisk",    "DefaultDisk",       "CurrentFlash",  "DefaultFlash",          "Files",
-    "Property", "RGBSource",   "PrinterProfile", "PCLCurrentSetting", "LinkedProfile", "CurrentChosePartition", "Jobs"};
-constexpr std::string_view kStringContainers[] = {"Main", "StringTable", "ProjectFilter"};
+bool IsKnown(std::string_view name) { return FindContainerSchema(name) != nullptr; }
 
-bool IsKnown(std::string_view name) {
-    return std::find(std::begin(kDataContainers), std::end(kDataContainers), name) != std::end(kDataContainers) ||
-           std::find(std::begin(kStringContainers), std::end(kStringContainers), name) != std::end(kStringContainers);
-}
-
-bool HasElements(const DocumentNode& node) { return !RowsOf(node).empty(); }
+bool HasElements(const DocumentNode& node) { return !ItemsOf(node).empty(); }
 
 void CheckMissing(const DocumentNode& root, DocumentKind kind, Findings& findings) {
     const auto check = [&](std::string_view name) {
@@ -44,10 +35,10 @@ void CheckMissing(const DocumentNode& root, DocumentKind kind, Findings& finding
                                   "creates a container.",
                             "Add <" + container + "/> below the document element."});
     };
-    if (kind == DocumentKind::Strings) {
-        std::for_each(std::begin(kStringContainers), std::end(kStringContainers), check);
-    } else {
-        std::for_each(std::begin(kDataContainers), std::end(kDataContainers), check);
+    for (const ContainerSchema& container : Containers()) {
+        if (container.inStrings == (kind == DocumentKind::Strings)) {
+            check(container.name);
+        }
     }
 }
 
@@ -102,7 +93,7 @@ void CheckStrayNodes(const DocumentNode& container, Findings& findings) {
             ++items;
             continue;
         }
-        const bool last = static_cast<std::size_t>(items) == RowsOf(container).size();
+        const bool last = static_cast<std::size_t>(items) == ItemsOf(container).size();
         findings.push_back({last ? Level::Warning : Level::Error, "stray-node", container.name,
                             items == 0 ? "before the first item" : "behind item " + std::to_string(items), child.place,
                             std::string(NameOf(child.kind)) + " stands among the items.",
@@ -115,12 +106,12 @@ void CheckStrayNodes(const DocumentNode& container, Findings& findings) {
 }
 
 void CheckAttributes(const DocumentNode& container, bool limited, Findings& findings) {
-    for (const Row& row : RowsOf(container)) {
+    for (const Item& row : ItemsOf(container)) {
         std::set<std::string_view> names;
         for (const DocumentAttribute& attribute : row.node->attributes) {
-            const std::string_view name = BaseName(attribute.name);
+            const std::string_view name = attribute.name;
             const auto add = [&](const char* check, std::string what, const char* consequence, const char* mend) {
-                findings.push_back({Level::Warning, check, container.name, ItemName(row, {}), row.node->place,
+                findings.push_back({Level::Warning, check, container.name, NameOfItem(row, {}), row.node->place,
                                     std::move(what), consequence, mend});
             };
             if (!names.insert(name).second) {
@@ -158,7 +149,22 @@ void CheckStructure(const DocumentNode& root, DocumentKind kind, Findings& findi
                             "The document element is never a container: its items are not found.",
                             "Put the container into a document element of another name."});
     }
-    CheckMissing(root, kind, findings);
+    bool any = false;
+    ForEachElementBelow(root, [&](const DocumentNode& node) { any = any || IsKnown(node.name); });
+    if (!any) {
+        findings.push_back({Level::Warning,
+                            "other-document",
+                            {},
+                            {},
+                            root.place,
+                            "The document element is " + root.name +
+                                ", and no container is one that is known: this is a "
+                                "document of another program.",
+                            "Nothing is found in it.",
+                            "Put the right document in its place: cordelctl history, cordelctl reset."});
+    } else {
+        CheckMissing(root, kind, findings);
+    }
     CheckRepeated(root, findings);
     std::vector<const DocumentNode*> containers;
     for (const DocumentNode& child : root.children) {

@@ -1,34 +1,23 @@
 // files add: gathers files of this computer into the project.
 
-#include "verbs.h"
+#include "verbs/files_add.h"
 
+#include "catalogue/project_files.h"
 #include "decoration.h"
-#include "field_text.h"
-#include "file_facts.h"
-#include "file_ids.h"
-#include "file_list.h"
-#include "lookup.h"
-#include "output.h"
-#include "platform/platform.h"
-#include "session.h"
+#include "failure.h"
+#include "records/field_text.h"
+#include "records/file_facts.h"
+#include "records/file_numbers.h"
+#include "records/listed_paths.h"
+#include "verbs/rows.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
-#include <iostream>
+#include <filesystem>
 #include <map>
 
 namespace {
-
-struct Options {
-    std::vector<std::string> files;
-    std::string type;
-    std::string profile;
-    std::string volume;
-    std::string component;
-    std::string folder;
-};
-
-const std::map<std::string, std::string> kProfileTypes{{"rgb", "0"}, {"printer", "2"}, {"linked", "3"}};
 
 /// When the file was last changed, in UTC.
 std::string ChangeTime(const std::filesystem::path& path) {
@@ -45,148 +34,184 @@ std::string ChangeTime(const std::filesystem::path& path) {
     return text;
 }
 
+/// A file that was named or found.
+struct Candidate {
+    std::string name;
+    bool found; // in a folder: what is no font and no profile is passed over there
+};
+
+/// The files that are named, and those in the folders that are named, in order.
+std::vector<Candidate> CandidatesOf(const Context& context) {
+    std::vector<Candidate> candidates;
+    for (const std::string& name : context.Texts("FILE")) {
+        std::error_code error;
+        if (!context.Has("--recursive") || !std::filesystem::is_directory(host::PathOf(name), error)) {
+            candidates.push_back({name, false});
+            continue;
+        }
+        std::vector<std::string> inside;
+        const auto options = std::filesystem::directory_options::skip_permission_denied;
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(host::PathOf(name), options, error)) {
+            if (entry.is_regular_file(error)) {
+                inside.push_back(host::TextOf(entry.path()));
+            }
+        }
+        std::sort(inside.begin(), inside.end());
+        std::transform(inside.begin(), inside.end(), std::back_inserter(candidates), [](const std::string& file) {
+            return Candidate{file, true};
+        });
+    }
+    return candidates;
+}
+
 class CFileAdder {
 public:
-    explicit CFileAdder(const Options& options)
-        : m_options(options),
-          m_strVolume(!options.volume.empty() ? options.volume : FindValue("Project", "Volume").value_or("")),
-          m_nLastFileID(LastFileID()) {}
+    CFileAdder(const Context& context, CDocument& document)
+        : m_context(context), m_document(document), m_numbers(document), m_paths(document),
+          m_strVolume(context.Has("--volume") ? context.Text("--volume")
+                                              : document.FirstValue("Project", "Volume").value_or("")) {}
 
-    /// Adds one file and returns its row. Throws when the file is refused.
-    Json Add(const std::string& name) {
+    bool IsListed(const std::string& path) const { return m_paths.Has(path); }
+
+    /// Adds one file and returns what was recorded. Throws when the file is refused.
+    Value Add(const std::string& name, std::vector<std::string>& notes) {
         const auto path = RealPath(name);
-        const std::string localPath = platform::TextOf(path);
-        RequireFit(localPath, kFieldLength, "its path");
-        if (IsPathConflict(ToAnsi(localPath)) != 0) {
+        const std::string localPath = host::TextOf(path);
+        if (m_paths.Has(localPath)) {
             throw CFailure(ExitCode::Refused, "it is listed already",
-                           "paths are compared without regard to upper and lower case");
+                           "paths are compared without regard to upper and lower case; to pass over what is listed: "
+                           "--skip-listed");
         }
-        const FileDetails details = ReadFileDetails(path, m_options.type, ProfileType());
-        const int fileID = NextFileID(m_nLastFileID);
-        const int32_t id = NextFreeID(details.type, details.profileType);
-        Write(path, details, fileID, id);
-        m_nLastFileID = fileID;
-        return {{"file", JsonText(name)},
-                {"added", true},
-                {"FileID", std::to_string(fileID)},
-                {"ID", std::to_string(id)},
-                {"Type", details.type},
-                {"title", JsonText(details.title)},
-                {"Volume", JsonText(m_strVolume)},
-                {"LocalPath", JsonText(localPath)}};
-    }
-
-private:
-    std::string ProfileType() const {
-        return m_options.profile.empty() ? std::string() : kProfileTypes.at(m_options.profile);
+        const FileDetails details = ReadFileDetails(path, m_context.Text("--type"), ProfileType());
+        FileItem item{};
+        FillExactly(item.LocalPath, localPath, "its path");
+        const std::string component = m_context.Has("--component") ? m_context.Text("--component") : details.component;
+        const std::string folder = m_context.Has("--folder") ? m_context.Text("--folder") : details.folder;
+        FillExactly(item.Component, component, "the component");
+        FillExactly(item.Volume, m_strVolume, "the volume");
+        FillExactly(item.Path, folder + "/" + host::TextOf(path.filename()), "its path on the printer");
+        CopyText(item.Type, details.type);
+        CopyText(item.Size, std::to_string(std::filesystem::file_size(path)));
+        CopyText(item.CreateDate, ChangeTime(path));
+        const std::string id = m_numbers.TakeID(details.type, details.profileType);
+        const std::string fileID = m_numbers.TakeFileID();
+        CopyText(item.ID, id);
+        CopyText(item.FileID, fileID);
+        item.detail = details.record.empty() ? nullptr : details.record.data();
+        RequireDone(AddProjectFile(m_document.Object(), item), "the file");
+        m_document.NoteChange();
+        m_paths.Add(localPath);
+        notes.insert(notes.end(), details.notes.begin(), details.notes.end());
+        return Value::Record{
+            {"file", name},         {"added", true},          {"FileID", fileID},      {"ID", id},
+            {"Type", details.type}, {"title", details.title}, {"Volume", m_strVolume}, {"LocalPath", localPath}};
     }
 
     static std::filesystem::path RealPath(const std::string& name) {
         std::error_code error;
-        auto path = std::filesystem::canonical(platform::PathOf(name), error);
+        auto path = std::filesystem::canonical(host::PathOf(name), error);
         if (error) {
             throw CFailure(ExitCode::Refused, "it cannot be found: " + error.message());
         }
         if (!std::filesystem::is_regular_file(path)) {
             throw CFailure(ExitCode::Refused,
                            std::filesystem::is_directory(path) ? "it is a folder" : "it is no regular file",
-                           "name the files themselves: cordelctl files add FOLDER/*");
+                           "to add all fonts and profiles of a folder: cordelctl files add --recursive FOLDER");
         }
         return path;
     }
 
-    void Write(const std::filesystem::path& path, const FileDetails& details, int fileID, int32_t id) const {
-        const std::string component = m_options.component.empty() ? details.component : m_options.component;
-        const std::string folder = m_options.folder.empty() ? details.folder : m_options.folder;
-        const std::string number = std::to_string(fileID);
-        FileItem item{};
-        CopyText(item.FileID, number);
-        CopyText(item.ID, std::to_string(id));
-        CopyText(item.Type, details.type);
-        CopyText(item.LocalPath, platform::TextOf(path));
-        CopyText(item.Size, std::to_string(std::filesystem::file_size(path)));
-        CopyText(item.CreateDate, ChangeTime(path));
-        FillExactly(item.Component, component, "the component");
-        FillExactly(item.Volume, m_strVolume, "the volume");
-        FillExactly(item.Path, folder + "/" + platform::TextOf(path.filename()), "its path on the printer");
-        item.detail = details.record.empty() ? nullptr : details.record.data();
-        WritePrjFile(&item);
-        if (!RowExists("Files", "FileID", number)) {
-            throw CFailure(ExitCode::Missing, "it was not recorded: the document has no container Files",
-                           "add the empty container; the installed documents show where");
-        }
+private:
+    std::string ProfileType() const {
+        static const std::map<std::string, std::string> types{
+            {"", ""}, {"rgb", "0"}, {"printer", "2"}, {"linked", "3"}};
+        return types.at(m_context.Text("--profile"));
     }
 
-    const Options& m_options;
+    const Context& m_context;
+    CDocument& m_document;
+    CFreeNumbers m_numbers;
+    CListedPaths m_paths;
     std::string m_strVolume;
-    int m_nLastFileID;
 };
 
-void SayAdded(const Globals& globals, const Json& row) {
-    const auto text = [&row](const char* key) { return platform::FromUtf8(row[key].get<std::string>()); };
-    Say(globals,
-        "added " + text("FileID") + ": \"" + text("title") + "\" with ID " + text("ID") + ", " + text("LocalPath"));
+/// What of a folder is neither a font nor a profile.
+bool IsOfNoKind(const Context& context, const std::filesystem::path& path) {
+    return !context.Has("--type") && !IsFontOrProfile(path);
 }
 
-void SayRefused(const std::string& name, const CFailure& failure) {
-    Note(name + " was not added: " + failure.what());
-    if (!failure.Advice().empty()) {
-        std::cerr << "  " << failure.Advice() << '\n';
-    }
-}
-
-ExitCode Add(const Globals& globals, const Options& options) {
-    const CSession session(globals);
-    CFileAdder adder(options);
-    std::vector<Json> rows;
+Result Add(Context& context) {
+    const std::vector<Candidate> candidates = CandidatesOf(context);
+    CDocument& document = context.Document();
+    RequireSound(document, "Files");
+    CFileAdder adder(context, document);
+    Result result;
+    result.data = Value::List();
     std::size_t added = 0;
-    CProgress progress(options.files.size(), "adding");
-    for (const auto& name : options.files) {
+    std::size_t refused = 0;
+    std::size_t skipped = 0;
+    CProgress progress(candidates.size(), "adding");
+    for (std::size_t i = 0; i < candidates.size(); ++i) {
+        StopIfInterrupted();
+        progress.Show(i);
+        const std::string& name = candidates[i].name;
         try {
-            rows.push_back(adder.Add(name));
-            ++added;
-            if (!progress.IsShown()) {
-                SayAdded(globals, rows.back());
+            if ((candidates[i].found && IsOfNoKind(context, host::PathOf(name))) ||
+                (context.Has("--skip-listed") && adder.IsListed(host::TextOf(CFileAdder::RealPath(name))))) {
+                ++skipped;
+                continue;
             }
+            const Value row = adder.Add(name, result.notes);
+            result.said.push_back("added " + row["FileID"].Text() + ": \"" + row["title"].Text() + "\" with ID " +
+                                  row["ID"].Text() + ", " + row["LocalPath"].Text());
+            result.data.Append(row);
+            ++added;
         } catch (const CFailure& failure) {
             if (failure.Code() != ExitCode::Refused) {
                 throw;
             }
-            progress.Clear();
-            SayRefused(name, failure);
-            rows.push_back({{"file", JsonText(name)}, {"added", false}, {"reason", JsonText(failure.what())}});
+            ++refused;
+            result.notes.push_back(name + " was not added: " + failure.what() +
+                                   (failure.Advice().empty() ? "" : "; " + failure.Advice()));
+            result.data.Append(Value::Record{{"file", name}, {"added", false}, {"reason", failure.what()}});
+        } catch (const std::filesystem::filesystem_error& error) {
+            ++refused;
+            result.notes.push_back(name + " was not added: " + error.code().message());
+            result.data.Append(Value::Record{{"file", name}, {"added", false}, {"reason", error.code().message()}});
         }
-        progress.Show(rows.size());
     }
-    if (globals.json) {
-        PrintJson(rows);
-    }
-    const std::size_t refused = options.files.size() - added;
-    Say(globals, std::to_string(added) + (added == 1 ? " file" : " files") + " added" +
-                     (refused == 0 ? "" : ", " + std::to_string(refused) + " refused"));
-    if (added != 0) {
-        session.RequireKept();
-    }
-    return refused == 0 ? ExitCode::Done : ExitCode::Refused;
+    result.said.push_back(Counted(added, "file") + " added" +
+                          (refused == 0 ? "" : ", " + std::to_string(refused) + " refused") +
+                          (skipped == 0 ? "" : ", " + std::to_string(skipped) + " passed over"));
+    result.status = refused == 0 ? ExitCode::Done : ExitCode::Refused;
+    return result;
 }
 
 } // namespace
 
-void AddFilesAddVerb(CLI::App& files, Host& host) {
-    auto options = std::make_shared<Options>();
-    auto* const add = files.add_subcommand("add", "Add TrueType fonts and colour profiles, each with what it says of "
-                                                  "itself and with the next free ID");
-    add->add_option("FILE", options->files, "The files")->required();
-    add->add_option("--type", options->type,
-                    "What the files are: 1 bitmap font, 2 macro, 5 TrueType font, 6 colour "
-                    "profile, 8 form overlay; without, their content tells")
-        ->check(CLI::IsMember({"1", "2", "5", "6", "8"}));
-    add->add_option("--profile", options->profile,
-                    "Which slots colour profiles take: rgb, printer or linked; without, "
-                    "their content tells")
-        ->check(CLI::IsMember(kProfileTypes));
-    add->add_option("--volume", options->volume, "Volume of the printer; without, the project's");
-    add->add_option("--folder", options->folder, "Folder on that volume; without, one for each type");
-    add->add_option("--component", options->component, "Component that the files belong to");
-    add->callback([&host, options] { host.exit = Add(host.globals, *options); });
+std::vector<Verb> FilesAddVerbs() {
+    return {
+        {"files add",
+         "Add TrueType fonts and colour profiles, each with what it says of itself and with the next free ID",
+         Effect::Changes,
+         &Add,
+         {{Option::Kind::Operands, "FILE", "", "The files, or with --recursive folders", true, Offer::Files},
+          {Option::Kind::Text, "--type", "TYPE",
+           "What the files are: 1 bitmap font, 2 macro, 5 TrueType font, 6 colour profile, 8 form overlay; without, "
+           "their content tells",
+           false, Offer::Choices, "1 2 5 6 8"},
+          {Option::Kind::Text, "--profile", "KIND",
+           "Which slots colour profiles take: rgb, printer or linked; without, their content tells", false,
+           Offer::Choices, "rgb printer linked"},
+          {Option::Kind::Text, "--volume", "VOLUME", "Volume of the printer; without, the project's", false,
+           Offer::VolumeKeys},
+          {Option::Kind::Text, "--folder", "PATH", "Folder on that volume; without, one for each type"},
+          {Option::Kind::Text, "--component", "NAME", "Component that the files belong to"},
+          {Option::Kind::Flag, "--recursive", "",
+           "Add all fonts and profiles of a folder, and of the folders in it; other files are passed over"},
+          {Option::Kind::Flag, "--skip-listed", "", "Pass over files that are listed already, without a word"}},
+         {},
+         "cordelctl files add /usr/share/fonts/truetype/dejavu/*.ttf\n"
+         "cordelctl files add --recursive --skip-listed ~/fonts\n"
+         "cordelctl files add --type 2 letterhead.mac"}};
 }

@@ -1,0 +1,231 @@
+// A command is one transaction: all or nothing, one save, and nothing lost between two people.
+
+#include "tool_test.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <set>
+#include <thread>
+
+using ::testing::HasSubstr;
+
+class Transactions : public ToolTest {
+protected:
+    void SetUp() override {
+        ToolTest::SetUp();
+        Init();
+    }
+
+    std::filesystem::path LockFile() const { return UserPath().parent_path() / ".cordelctl" / "Cordelbox.xml.lock"; }
+
+    /// Starts the work in a process of its own.
+    template <class Work>
+    pid_t Start(Work work) const {
+        const pid_t child = ::fork();
+        if (child == 0) {
+            ::_exit(work());
+        }
+        return child;
+    }
+
+    static int End(pid_t child) {
+        int status = 0;
+        ::waitpid(child, &status, 0);
+        return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+    }
+};
+
+TEST_F(Transactions, FourProcessesLoseNothing) {
+    constexpr int kProcesses = 4;
+    constexpr int kChanges = 25; // of each; TOOL_TEST_CHANGES says how many otherwise
+    const char* const more = std::getenv("TOOL_TEST_CHANGES");
+    const int changes = more != nullptr ? std::atoi(more) : kChanges;
+    std::vector<pid_t> children;
+    for (int process = 0; process < kProcesses; ++process) {
+        children.push_back(Start([&] {
+            int kept = 0;
+            for (int i = 0; i < changes; ++i) {
+                const std::string line = "XDG_CONFIG_HOME='" + UserFolder().string() + "' '" +
+                                         (InstallFolder() / "cordelctl").string() + "' --wait 60 job add " +
+                                         std::to_string(process) + "-" + std::to_string(i) + " Job >/dev/null 2>&1";
+                kept += std::system(line.c_str()) == 0 ? 1 : 0;
+            }
+            return kept == changes ? 0 : 1;
+        }));
+    }
+    for (const pid_t child : children) {
+        EXPECT_EQ(End(child), 0);
+    }
+    std::set<std::string> ids;
+    for (const Record& job : Saved("Jobs")) {
+        ids.insert(ValueOf(job, "ID"));
+    }
+    EXPECT_EQ(ids.size(), static_cast<std::size_t>(kProcesses * changes));
+}
+
+TEST_F(Transactions, WhoHoldsTheLockIsSaid) {
+    Output({"set", "Project", "Name", "x"}); // makes the file
+    WriteBytes(LockFile(), "cordelctl files add (process 1)");
+    const int file = ::open(LockFile().c_str(), O_RDWR | O_CLOEXEC);
+    ASSERT_EQ(::flock(file, LOCK_EX), 0);
+    const ToolRun run = Run({"set", "Project", "Name", "y", "--wait", "0"});
+    ::close(file);
+    EXPECT_EQ(run.status, kNotKept);
+    EXPECT_THAT(run.errors, HasSubstr("cordelctl files add (process 1) still works on the main document"));
+    EXPECT_EQ(Output({"get", "Project", "Name"}), "x\n");
+}
+
+TEST_F(Transactions, AReaderDoesNotWaitForThem) {
+    Output({"set", "Project", "Name", "x"});
+    const int file = ::open(LockFile().c_str(), O_RDWR | O_CLOEXEC);
+    ASSERT_EQ(::flock(file, LOCK_EX), 0);
+    EXPECT_EQ(Output({"get", "Project", "Name"}), "x\n");
+    ::close(file);
+}
+
+TEST_F(Transactions, WhatAnotherProgramWritesMeanwhileIsNotOverwritten) {
+    // Another program writes the document again and again, whole each time.
+    const std::string text = ReadBytes(UserPath());
+    const auto stop = m_folder / "stop";
+    const pid_t writer = Start([&] {
+        for (int i = 0; !std::filesystem::exists(stop) && i < 100000; ++i) {
+            std::string next = text;
+            next.replace(next.find("Untitled"), 8, "Writer" + std::to_string(i));
+            const auto fresh = UserPath().parent_path() / "fresh";
+            WriteBytes(fresh, next);
+            std::filesystem::rename(fresh, UserPath());
+            ::usleep(300);
+        }
+        return 0;
+    });
+    int kept = 0;
+    for (int i = 0; i < 5; ++i) {
+        const ToolRun run = Run({"job", "add", std::to_string(i), "Job"});
+        EXPECT_TRUE(run.status == kDone || run.status == kNotKept) << run.status << run.errors;
+        kept += run.status == kDone ? 1 : 0;
+        if (run.status == kNotKept) {
+            EXPECT_THAT(run.errors, HasSubstr("another program changed the document"));
+        }
+    }
+    WriteBytes(stop, "");
+    EXPECT_EQ(End(writer), 0);
+    ReadSavedDocument(ReadBytes(UserPath())); // whole
+}
+
+TEST_F(Transactions, ADryRunPrintsTheDifferenceAndChangesNoByte) {
+    Output({"files", "add", kSans});
+    const std::string before = ReadBytes(UserPath());
+    const auto stamp = std::filesystem::last_write_time(UserPath());
+    const std::string report = std::string(SAMPLES_PATH) + "/storage-report.json";
+    const std::vector<std::vector<std::string>> commands{
+        {"set", "Project", "Name", "x"},
+        {"add", "Project", "Name=z"},
+        {"remove", "Project", "--where", "Name=Untitled"},
+        {"clear", "Project"},
+        {"copy", "property", "Project", "CurrentChosePartition", "Name"},
+        {"storage", "report", report},
+        {"storage", "add", "9:"},
+        {"partition", "add", "New", "--size", "1K"},
+        {"files", "add", kMono},
+        {"files", "edit", "1", "--volume", "1:"},
+        {"files", "tick", "--all"},
+        {"files", "remove", "1"},
+        {"job", "add", "1", "A job"}};
+    for (const auto& command : commands) {
+        auto trial = command;
+        trial.emplace_back("--dry-run");
+        const ToolRun run = Run(trial);
+        EXPECT_EQ(run.status, kDone) << ::testing::PrintToString(command) << run.errors;
+        EXPECT_THAT(run.output, HasSubstr("nothing was changed; this would be:\n"))
+            << ::testing::PrintToString(command);
+        EXPECT_THAT(run.output, ::testing::ContainsRegex("\n[-+~] ")) << ::testing::PrintToString(command);
+        EXPECT_EQ(ReadBytes(UserPath()), before) << ::testing::PrintToString(command);
+    }
+    EXPECT_EQ(std::filesystem::last_write_time(UserPath()), stamp);
+    EXPECT_EQ(Run({"--json", "history"}).Json().size(), 1u);
+}
+
+TEST_F(Transactions, ABatchIsAllOrNothing) {
+    EXPECT_EQ(Run({"batch"}, "job add 1 One\n# a comment\n\njob add 2 'Two words'\nset Project Name \"B\"\n").status,
+              kDone);
+    ASSERT_EQ(Saved("Jobs").size(), 2u);
+    EXPECT_EQ(ValueOf(Saved("Jobs")[1], "Name"), "Two words");
+    EXPECT_EQ(Run({"--json", "history"}).Json().size(), 1u); // one save
+    const std::string before = ReadBytes(UserPath());
+    const ToolRun run = Run({"batch"}, "job add 3 Three\njob add 1 Again\n");
+    EXPECT_EQ(run.status, kRefused);
+    EXPECT_THAT(run.errors, HasSubstr("line 2: a job with the ID 1 is recorded already; nothing was changed"));
+    EXPECT_EQ(ReadBytes(UserPath()), before);
+    EXPECT_EQ(Run({"batch"}, "undo\n").status, kUsage);
+}
+
+TEST_F(Transactions, ACommandOnManyFilesSavesOnce) {
+    std::vector<std::string> command{"files", "add", "--type", "2"};
+    for (int i = 0; i < 300; ++i) {
+        command.push_back(UserFile(std::to_string(i) + ".mac", "x"));
+    }
+    Output(command);
+    Output({"files", "tick", "--all"});
+    Output({"files", "edit", "--all", "--volume", "1:"});
+    EXPECT_EQ(Run({"--json", "history"}).Json().size(), 3u); // a state before each of the three saves
+}
+
+TEST_F(Transactions, AnInterruptionChangesAllOrNothingAndSaysWhich) {
+    std::vector<std::string> command{"files", "add", "--type", "2"};
+    for (int i = 0; i < 400; ++i) {
+        command.push_back(UserFile(std::to_string(i) + ".mac", "x"));
+    }
+    const std::string before = ReadBytes(UserPath());
+    const std::string list = UserFile("list", [&] {
+        std::string words;
+        for (std::size_t i = 4; i < command.size(); ++i) {
+            words += "'" + command[i] + "' ";
+        }
+        return words;
+    }());
+    const auto errors = m_folder / "interrupted";
+    const std::string line = "XDG_CONFIG_HOME='" + UserFolder().string() + "' timeout -s INT 0.03 '" +
+                             (InstallFolder() / "cordelctl").string() + "' files add --type 2 $(cat '" + list +
+                             "' | tr -d \"'\") >/dev/null 2>'" + errors.string() + "'";
+    const int status = std::system(line.c_str());
+    const std::string after = ReadBytes(UserPath());
+    const std::string said = ReadBytes(errors);
+    if (after == before) {
+        EXPECT_THAT(said, ::testing::AnyOf(HasSubstr("interrupted: nothing was changed"), "")) << status;
+    } else {
+        EXPECT_EQ(Saved("Files").size(), 400u);
+    }
+}
+
+TEST_F(Transactions, ALockedCopyIsNotReadAsTheInstalledOne) {
+    Output({"set", "Project", "Name", "mine"});
+    const int file = ::open(UserPath().c_str(), O_RDONLY | O_CLOEXEC);
+    ASSERT_EQ(::flock(file, LOCK_EX), 0);
+    const ToolRun run = Run({"get", "Project", "Name", "--wait", "0"});
+    ::close(file);
+    EXPECT_EQ(run.status, kNoDocument);
+    EXPECT_EQ(run.output, "");
+    EXPECT_THAT(run.errors, HasSubstr("is held by another program"));
+}
+
+TEST_F(Transactions, WatchPrintsWhatOthersChange) {
+    const auto output = m_folder / "watched";
+    const pid_t watcher = Start([&] {
+        const std::string line = "XDG_CONFIG_HOME='" + UserFolder().string() + "' timeout 20 '" +
+                                 (InstallFolder() / "cordelctl").string() + "' watch --count 2 >'" + output.string() +
+                                 "' 2>/dev/null";
+        return std::system(line.c_str()) == 0 ? 0 : 1;
+    });
+    for (const char* const name : {"first", "second", "third", "fourth", "fifth"}) {
+        ::usleep(300000);
+        Output({"set", "Project", "Name", name}); // each replaces the file
+        if (::waitpid(watcher, nullptr, WNOHANG) != 0) {
+            break;
+        }
+    }
+    EXPECT_THAT(ReadBytes(output), HasSubstr("is now \"second\""));
+}

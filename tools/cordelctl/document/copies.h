@@ -1,0 +1,17 @@
+// Makes the per-user copies of documents, and new documents of printers.
+
+#pragma once
+
+#include "document/places.h"
+
+#include <string>
+
+/// Throws CFailure when the user has no folder for copies, or the document is not installed.
+void RequireCopyable(const DocumentPlace& place);
+
+/// Makes the per-user copy of these bytes, and its folders when they are not there. Throws CFailure (NotKept), and has
+/// then left nothing behind.
+void MakeCopy(const DocumentPlace& place, const std::string& bytes);
+
+/// A document with every container that a printer's document can have, all empty.
+std::string EmptyDocument();

@@ -1,0 +1,27 @@
+// What is recorded of a file on this computer: its kind, and the details that its own content gives.
+
+#pragma once
+
+#include "cordelbox.h"
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+/// The details of a file, as WritePrjFile takes them.
+struct FileDetails {
+    std::string type;
+    std::string title;                   // what the file calls itself, as UTF-8, for messages
+    std::string profileType;             // of a colour profile: which slots it takes
+    std::vector<char> record;            // TrueTypeDetail, BitmapFontDetail, IcmProfileDetail, or nothing
+    const char* folder;                  // where such files go on the printer's volume
+    const char* component;               // to which component such files belong
+    std::vector<std::string> notes = {}; // what had to be changed to fit
+};
+
+/// Reads the file. `type` and `profileType` may be empty: then the content decides. Throws when the file cannot be
+/// taken.
+FileDetails ReadFileDetails(const std::filesystem::path& path, const std::string& type, const std::string& profileType);
+
+/// True when the first bytes of the file are those of a TrueType font or of a colour profile.
+bool IsFontOrProfile(const std::filesystem::path& path);

@@ -1,0 +1,305 @@
+// The system as POSIX has it, and the two functions through which the library shows a message.
+
+#include "system/system.h"
+
+#include "utf8.h"
+
+#include "cordelbox.h"
+
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <fcntl.h>
+#include <iostream>
+#include <iterator>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <system_error>
+#include <unistd.h>
+#include <utility>
+
+namespace host {
+
+namespace {
+
+[[noreturn]] void Fail(const char* what, const std::filesystem::path& path) {
+    throw std::filesystem::filesystem_error(what, path, std::error_code(errno, std::generic_category()));
+}
+
+/// A descriptor that is never one of the standard streams.
+class CFile {
+public:
+    CFile(const std::filesystem::path& path, int flags, mode_t mode = 0)
+        : m_nFile(::open(path.c_str(), flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, mode)) {
+        if (m_nFile >= 0 && m_nFile <= STDERR_FILENO) {
+            const int low = std::exchange(m_nFile, ::fcntl(m_nFile, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+            ::close(low);
+        }
+    }
+    ~CFile() {
+        if (m_nFile >= 0) {
+            ::close(m_nFile);
+        }
+    }
+    CFile(const CFile&) = delete;
+    CFile& operator=(const CFile&) = delete;
+    int Get() const noexcept { return m_nFile; }
+    int Keep() noexcept { return std::exchange(m_nFile, -1); }
+
+private:
+    int m_nFile;
+};
+
+bool WriteAll(int file, std::string_view bytes) {
+    while (!bytes.empty()) {
+        const ssize_t count = ::write(file, bytes.data(), bytes.size());
+        if (count < 0 && errno == EINTR) {
+            continue;
+        }
+        if (count <= 0) {
+            return false;
+        }
+        bytes.remove_prefix(static_cast<std::size_t>(count));
+    }
+    return true;
+}
+
+/// A file that goes again unless it is kept.
+class CNewFile {
+public:
+    explicit CNewFile(const std::filesystem::path& target) {
+        std::string pattern = (target.parent_path() / ".cordelctl-XXXXXX").native();
+        m_nFile = ::mkostemp(pattern.data(), O_CLOEXEC);
+        if (m_nFile < 0) {
+            Fail("cannot make a file beside", target);
+        }
+        m_path = pattern;
+    }
+    ~CNewFile() {
+        ::close(m_nFile);
+        if (!m_path.empty()) {
+            ::unlink(m_path.c_str());
+        }
+    }
+    CNewFile(const CNewFile&) = delete;
+    CNewFile& operator=(const CNewFile&) = delete;
+    int Get() const noexcept { return m_nFile; }
+
+    void Rename(const std::filesystem::path& target) {
+        if (::rename(m_path.c_str(), target.c_str()) != 0) {
+            Fail("cannot replace", target);
+        }
+        m_path.clear();
+    }
+
+private:
+    int m_nFile;
+    std::filesystem::path m_path;
+};
+
+volatile std::sig_atomic_t interrupted = 0;
+
+void OnSignal(int) { interrupted = 1; }
+
+} // namespace
+
+std::vector<std::string> CommandWords(int argc, char** argv) {
+    return argc > 0 ? std::vector<std::string>(argv + 1, argv + argc) : std::vector<std::string>();
+}
+
+std::filesystem::path ExecutableFolder() {
+    std::error_code error;
+    return std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
+}
+
+std::filesystem::path PerUserRoot() {
+    const char* const configuration = std::getenv("XDG_CONFIG_HOME");
+    if (configuration != nullptr && configuration[0] == '/') {
+        return configuration;
+    }
+    const char* const home = std::getenv("HOME");
+    return home != nullptr && home[0] != '\0' ? std::filesystem::path(home) / ".config" : std::filesystem::path();
+}
+
+std::string TextOf(const std::filesystem::path& path) { return path.native(); }
+std::filesystem::path PathOf(std::string_view text) { return text; }
+std::string ToCodePage(std::string_view utf8) { return std::string(utf8); }
+std::string FromCodePage(std::string_view text) { return std::string(text); }
+
+bool IsInCodePage(std::string_view utf8) {
+    char32_t codePoint = 0;
+    for (std::size_t position = 0; position < utf8.size();) {
+        if (!DecodeUtf8(utf8, position, codePoint)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+const std::string& StandardInput() {
+    static const std::string input(std::istreambuf_iterator<char>(std::cin), {});
+    return input;
+}
+
+std::string Variable(const char* name) {
+    const char* const value = std::getenv(name);
+    return value != nullptr ? value : "";
+}
+
+FileState StateOf(const std::filesystem::path& path) {
+    std::error_code error;
+    const auto status = std::filesystem::status(path, error);
+    if (!std::filesystem::exists(status)) {
+        return status.type() == std::filesystem::file_type::unknown ? FileState::NotWritable : FileState::Absent;
+    }
+    if (!std::filesystem::is_regular_file(status)) {
+        return FileState::NotAFile;
+    }
+    const CFile file(path, O_RDWR);
+    if (file.Get() < 0) {
+        return FileState::NotWritable;
+    }
+    return ::flock(file.Get(), LOCK_SH | LOCK_NB) == 0 ? FileState::Writable : FileState::InUse;
+}
+
+FileStamp StampOf(const std::filesystem::path& path) {
+    struct stat facts;
+    if (::stat(path.c_str(), &facts) != 0) {
+        return {};
+    }
+    const auto nanoseconds = [](const struct timespec& time) {
+        return static_cast<std::uint64_t>(time.tv_sec) * 1'000'000'000U + static_cast<std::uint64_t>(time.tv_nsec);
+    };
+    return {static_cast<std::uint64_t>(facts.st_dev),
+            static_cast<std::uint64_t>(facts.st_ino),
+            nanoseconds(facts.st_mtim),
+            nanoseconds(facts.st_ctim),
+            static_cast<std::uint64_t>(facts.st_size),
+            1};
+}
+
+std::string ReadBytes(const std::filesystem::path& path) {
+    const CFile file(path, O_RDONLY);
+    struct stat facts;
+    if (file.Get() < 0 || ::fstat(file.Get(), &facts) != 0) {
+        Fail("cannot read", path);
+    }
+    if (!S_ISREG(facts.st_mode)) {
+        errno = EINVAL;
+        Fail("no regular file", path);
+    }
+    std::string bytes(static_cast<std::size_t>(facts.st_size), '\0');
+    std::size_t length = 0;
+    while (length < bytes.size()) {
+        const ssize_t count =
+            ::pread(file.Get(), bytes.data() + length, bytes.size() - length, static_cast<off_t>(length));
+        if (count < 0 && errno == EINTR) {
+            continue;
+        }
+        if (count < 0) {
+            Fail("cannot read", path);
+        }
+        if (count == 0) {
+            break;
+        }
+        length += static_cast<std::size_t>(count);
+    }
+    bytes.resize(length);
+    return bytes;
+}
+
+void WriteWhole(const std::filesystem::path& path, std::string_view bytes, const std::filesystem::path& like) {
+    std::error_code error;
+    const auto linked = std::filesystem::weakly_canonical(path, error);
+    const std::filesystem::path target = error ? path : linked; // a link stays one
+    CNewFile file(target);
+    struct stat rights;
+    if (::stat(target.c_str(), &rights) == 0 || (!like.empty() && ::stat(like.c_str(), &rights) == 0)) {
+        // Ownership where the process may; never more rights than there were.
+        if ((rights.st_uid != ::geteuid() || rights.st_gid != ::getegid()) &&
+            ::fchown(file.Get(), rights.st_uid, rights.st_gid) != 0) {
+            rights.st_mode &= 0700;
+        }
+        if (::fchmod(file.Get(), rights.st_mode & 0777) != 0) {
+            Fail("cannot set the access rights of", target);
+        }
+    }
+    if (!WriteAll(file.Get(), bytes) || ::fsync(file.Get()) != 0) {
+        Fail("cannot write", target);
+    }
+    file.Rename(target);
+    const CFile folder(target.parent_path(), O_RDONLY | O_DIRECTORY);
+    if (folder.Get() >= 0) {
+        ::fsync(folder.Get());
+    }
+}
+
+CFileLock::CFileLock(CFileLock&& other) noexcept : m_nHandle(std::exchange(other.m_nHandle, kNone)) {}
+
+CFileLock& CFileLock::operator=(CFileLock&& other) noexcept {
+    std::swap(m_nHandle, other.m_nHandle);
+    return *this;
+}
+
+CFileLock::~CFileLock() { Release(); }
+
+bool CFileLock::Try(const std::filesystem::path& path, std::string_view holder) {
+    CFile file(path, O_RDWR | O_CREAT | O_NOFOLLOW, 0600);
+    if (file.Get() < 0) {
+        Fail("cannot open the lock file", path);
+    }
+    if (::flock(file.Get(), LOCK_EX | LOCK_NB) != 0) {
+        if (errno != EWOULDBLOCK && errno != EINTR) {
+            Fail("cannot lock", path);
+        }
+        return false;
+    }
+    // Who holds it is for a message only.
+    if (::ftruncate(file.Get(), 0) != 0 || !WriteAll(file.Get(), holder)) {
+        errno = 0;
+    }
+    m_nHandle = file.Keep();
+    return true;
+}
+
+void CFileLock::Release() noexcept {
+    if (IsHeld()) {
+        ::close(static_cast<int>(std::exchange(m_nHandle, kNone)));
+    }
+}
+
+std::string HolderOf(const std::filesystem::path& path) {
+    try {
+        return ReadBytes(path);
+    } catch (const std::filesystem::filesystem_error&) {
+        return {};
+    }
+}
+
+void NoteInterruptions() noexcept {
+    struct sigaction action = {};
+    action.sa_handler = &OnSignal;
+    action.sa_flags = SA_RESTART;
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        struct sigaction present;
+        if (::sigaction(signal, nullptr, &present) == 0 && present.sa_handler != SIG_IGN) {
+            ::sigaction(signal, &action, nullptr);
+        }
+    }
+}
+
+bool IsInterrupted() noexcept { return interrupted != 0; }
+
+std::uint64_t ProcessNumber() noexcept { return static_cast<std::uint64_t>(::getpid()); }
+
+} // namespace host
+
+// A terminal has no windows: a message is printed.
+__attribute__((visibility("default"))) int MessageBoxA(WindowHandle, const char* text, const char* caption,
+                                                       unsigned int) {
+    std::fprintf(stderr, "%s: %s\n", caption, text);
+    return 1;
+}
+
+__attribute__((visibility("default"))) int EnableWindow(WindowHandle, int) { return 0; }

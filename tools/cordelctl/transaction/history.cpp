@@ -1,0 +1,282 @@
+// The former states of a document.
+
+#include "transaction/history.h"
+
+#include "failure.h"
+#include "text/number_text.h"
+
+#include <algorithm>
+#include <charconv>
+#include <chrono>
+#include <cstdio>
+#include <sstream>
+
+namespace {
+
+constexpr const char* kFolder = ".cordelctl";
+constexpr std::size_t kMostStates = 50;
+constexpr std::uint64_t kMostBytes = std::uint64_t{64} << 20;
+
+/// Owner only: what others may do with the documents they can see in the documents' own rights.
+void MakeFolder(const std::filesystem::path& folder) {
+    if (std::filesystem::create_directories(folder)) {
+        std::filesystem::permissions(folder, std::filesystem::perms::owner_all);
+    }
+}
+
+std::string NameOfNumber(unsigned number) {
+    char text[16];
+    std::snprintf(text, sizeof text, "%06u", number);
+    return text;
+}
+
+std::filesystem::path NotesOf(const HistoryState& state) {
+    auto path = state.file;
+    path.replace_extension(".txt");
+    return path;
+}
+
+std::size_t MostStates() {
+    const auto number = ParseSize(host::Variable("CORDELCTL_HISTORY"));
+    return number ? static_cast<std::size_t>(*number) : kMostStates;
+}
+
+std::uint64_t MostBytes() {
+    const auto bytes = ParseSizeWithUnit(host::Variable("CORDELCTL_HISTORY_BYTES"));
+    return bytes ? static_cast<std::uint64_t>(*bytes) : kMostBytes;
+}
+
+std::optional<unsigned> NumberOf(const std::string& text) {
+    unsigned number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    return error == std::errc() && end == text.data() + text.size() && !text.empty() ? std::optional(number)
+                                                                                     : std::nullopt;
+}
+
+[[noreturn]] void FailToKeep(const std::filesystem::filesystem_error& error) {
+    throw CFailure(ExitCode::NotKept,
+                   "nothing was changed: the state before could not be kept: " + std::string(error.what()),
+                   "see whether the folder may be written and the disk has room; to change without keeping states: "
+                   "CORDELCTL_HISTORY=0");
+}
+
+} // namespace
+
+std::string TimeNow() {
+    namespace chrono = std::chrono;
+    const auto now = chrono::floor<chrono::seconds>(chrono::system_clock::now());
+    const auto day = chrono::floor<chrono::days>(now);
+    const chrono::year_month_day date(day);
+    const chrono::hh_mm_ss clock(now - day);
+    char text[64];
+    std::snprintf(text, sizeof text, "%04d-%02u-%02u %02d:%02d:%02d", static_cast<int>(date.year()),
+                  static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
+                  static_cast<int>(clock.hours().count()), static_cast<int>(clock.minutes().count()),
+                  static_cast<int>(clock.seconds().count()));
+    return text;
+}
+
+CHistory::CHistory(const DocumentPlace& place)
+    : m_document(place.perUser), m_folder(place.perUser.parent_path() / kFolder / place.perUser.filename()),
+      m_undone(m_folder / "undone") {}
+
+std::filesystem::path CHistory::LockFile(const DocumentPlace& place) {
+    const auto folder = place.perUser.parent_path() / kFolder;
+    MakeFolder(folder);
+    auto file = folder / place.perUser.filename();
+    file += ".lock";
+    return file;
+}
+
+std::vector<HistoryState> CHistory::States() const { return StatesIn(m_folder); }
+
+HistoryState CHistory::State(const std::string& number) const {
+    const auto wanted = NumberOf(number);
+    const auto states = States();
+    const auto found =
+        std::find_if(states.begin(), states.end(), [&](const HistoryState& state) { return state.number == wanted; });
+    if (!wanted || found == states.end()) {
+        throw CFailure(ExitCode::Missing, "there is no state \"" + number + "\"",
+                       "see which there are: cordelctl history");
+    }
+    return *found;
+}
+
+std::vector<HistoryState> CHistory::StatesIn(const std::filesystem::path& folder) const {
+    std::vector<HistoryState> states;
+    std::error_code none;
+    for (const auto& entry : std::filesystem::directory_iterator(folder, none)) {
+        const auto number = NumberOf(host::TextOf(entry.path().stem()));
+        if (!number || entry.path().extension() != ".xml") {
+            continue;
+        }
+        HistoryState state;
+        state.number = *number;
+        state.file = entry.path();
+        state.size = entry.file_size(none);
+        try {
+            std::istringstream notes(host::ReadBytes(NotesOf(state)));
+            std::getline(notes, state.time);
+            std::getline(notes, state.command);
+            for (std::uint64_t& part : state.after) {
+                notes >> part;
+            }
+        } catch (const std::filesystem::filesystem_error&) {
+            state.command = "?"; // its notes are lost, it is not
+        }
+        states.push_back(std::move(state));
+    }
+    std::sort(states.begin(), states.end(),
+              [](const HistoryState& left, const HistoryState& right) { return left.number < right.number; });
+    return states;
+}
+
+void CHistory::Write(const HistoryState& state) const {
+    std::ostringstream notes;
+    notes << state.time << '\n' << state.command << '\n';
+    for (const std::uint64_t part : state.after) {
+        notes << part << ' ';
+    }
+    notes << '\n';
+    host::WriteWhole(NotesOf(state), notes.str());
+}
+
+HistoryState CHistory::KeepIn(const std::filesystem::path& folder, unsigned number, const std::string& command) const {
+    MakeFolder(folder);
+    HistoryState state{number, TimeNow(), command, 0, {}, folder / (NameOfNumber(number) + ".xml")};
+    // Whole or not at all: a copy that is not complete has another name. Its rights are the document's.
+    auto partial = state.file;
+    partial += ".partial";
+    std::error_code none;
+    try {
+        std::filesystem::copy_file(m_document, partial, std::filesystem::copy_options::overwrite_existing);
+        std::filesystem::rename(partial, state.file);
+        Write(state);
+    } catch (const std::filesystem::filesystem_error&) {
+        std::filesystem::remove(partial, none);
+        Drop(state);
+        throw;
+    }
+    return state;
+}
+
+std::optional<HistoryState> CHistory::Keep(const std::string& command) {
+    if (MostStates() == 0) {
+        return std::nullopt;
+    }
+    try {
+        const auto states = States();
+        const auto undone = StatesIn(m_undone);
+        const unsigned last =
+            std::max(states.empty() ? 0 : states.back().number, undone.empty() ? 0 : undone.back().number);
+        HistoryState state = KeepIn(m_folder, last + 1, command);
+        std::for_each(undone.begin(), undone.end(), [this](const HistoryState& old) { Drop(old); });
+        Prune(states);
+        return state;
+    } catch (const std::filesystem::filesystem_error& error) {
+        FailToKeep(error);
+    }
+}
+
+void CHistory::Prune(const std::vector<HistoryState>& states) const {
+    std::size_t count = 1; // with the newest, which always stays
+    std::uint64_t bytes = 0;
+    for (auto state = states.rbegin(); state != states.rend(); ++state) {
+        ++count;
+        bytes += state->size;
+        if (count > MostStates() || bytes > MostBytes()) {
+            Drop(*state);
+        }
+    }
+}
+
+void CHistory::NoteDone(HistoryState& state) const {
+    state.after = host::StampOf(m_document);
+    try {
+        Write(state);
+    } catch (const std::filesystem::filesystem_error&) {
+        // Undoing it will want --force: nothing is lost.
+    }
+}
+
+void CHistory::Drop(const HistoryState& state) const {
+    std::error_code none;
+    std::filesystem::remove(state.file, none);
+    std::filesystem::remove(NotesOf(state), none);
+}
+
+HistoryState CHistory::Undo(bool force) {
+    auto states = States();
+    if (states.empty()) {
+        throw CFailure(ExitCode::Missing, "there is nothing to undo");
+    }
+    const HistoryState newest = states.back();
+    if (!force && newest.after != host::StampOf(m_document)) {
+        throw CFailure(ExitCode::Refused, "another program changed the document after \"" + newest.command + "\"",
+                       "see what: cordelctl diff --state " + std::to_string(newest.number) +
+                           "; to undo all the same, with those changes: --force");
+    }
+    try {
+        HistoryState undone = KeepIn(m_undone, newest.number, newest.command);
+        try {
+            host::WriteWhole(m_document, host::ReadBytes(newest.file));
+        } catch (const std::filesystem::filesystem_error&) {
+            Drop(undone);
+            throw;
+        }
+        Drop(newest);
+        states.pop_back();
+        if (!states.empty()) {
+            NoteDone(states.back()); // the document is what that command left
+        }
+    } catch (const std::filesystem::filesystem_error& error) {
+        throw CFailure(ExitCode::NotKept, "nothing was undone: " + std::string(error.what()));
+    }
+    return newest;
+}
+
+HistoryState CHistory::Redo() {
+    const auto undone = StatesIn(m_undone);
+    if (undone.empty()) {
+        throw CFailure(ExitCode::Missing, "nothing was undone that could be done again");
+    }
+    const HistoryState& next = undone.front(); // what was undone last has the lowest number
+    try {
+        HistoryState state = KeepIn(m_folder, next.number, next.command);
+        try {
+            host::WriteWhole(m_document, host::ReadBytes(next.file));
+        } catch (const std::filesystem::filesystem_error&) {
+            Drop(state);
+            throw;
+        }
+        NoteDone(state);
+        Drop(next);
+        return state;
+    } catch (const std::filesystem::filesystem_error& error) {
+        throw CFailure(ExitCode::NotKept, "nothing was done again: " + std::string(error.what()));
+    }
+}
+
+void CHistory::Restore(const HistoryState& state, const std::string& command) {
+    try {
+        const std::string bytes = host::ReadBytes(state.file);
+        std::optional<HistoryState> kept;
+        if (std::filesystem::is_regular_file(m_document)) {
+            kept = Keep(command);
+        }
+        host::WriteWhole(m_document, bytes, state.file);
+        if (kept) {
+            NoteDone(*kept);
+        }
+    } catch (const std::filesystem::filesystem_error& error) {
+        throw CFailure(ExitCode::NotKept, "nothing was restored: " + std::string(error.what()));
+    }
+}
+
+void CHistory::MoveTo(const DocumentPlace& place) const {
+    const CHistory other(place);
+    std::error_code none;
+    if (std::filesystem::is_directory(m_folder) && !std::filesystem::exists(other.m_folder)) {
+        std::filesystem::rename(m_folder, other.m_folder, none);
+    }
+}

@@ -1,0 +1,9 @@
+// files add.
+
+#pragma once
+
+#include "verb.h"
+
+#include <vector>
+
+std::vector<Verb> FilesAddVerbs();

@@ -1,0 +1,16 @@
+// All verbs of the tool.
+
+#include "verbs/verbs.h"
+
+std::span<const Verb> AllVerbs() {
+    static const std::vector<Verb> verbs = [] {
+        std::vector<Verb> all;
+        for (const auto& table :
+             {DocumentVerbs(), DoctorVerbs(), HistoryVerbs(), LookVerbs(), RowVerbs(), TextVerbs(), FilesVerbs(),
+              ProjectVerbs(), IdVerbs(), StorageVerbs(), PartitionVerbs(), JobVerbs(), SettingVerbs(), SelfVerbs()}) {
+            all.insert(all.end(), table.begin(), table.end());
+        }
+        return all;
+    }();
+    return verbs;
+}
