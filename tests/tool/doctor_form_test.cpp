@@ -2,6 +2,8 @@
 
 #include "doctor_test.h"
 
+#include <chrono>
+
 using ::testing::HasSubstr;
 
 class DoctorForm : public DoctorTest {};
@@ -128,4 +130,11 @@ TEST_F(DoctorForm, AValueThatNoFieldHoldsIsAWarning) {
     ExpectFinding("<Mine><Item A='" + std::string(256, 'a') + "'/></Mine>", "value-too-long", "warning", "Mine",
                   "item 1");
     ExpectNoFinding("<Mine><Item A='" + std::string(255, 'a') + "'/></Mine>", "value-too-long");
+}
+
+TEST_F(DoctorForm, HundredsOfThousandsOfLineEndsAreReadInTheirNumbersTime) {
+    const auto start = std::chrono::steady_clock::now();
+    const std::string ends(200000, '\n');
+    ExpectNoFinding(ends + "<Mine><Item A='1'/></Mine>" + ends, "stray-node");
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20)); // it took a minute
 }

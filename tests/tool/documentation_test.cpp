@@ -17,6 +17,19 @@ TEST_F(Documentation, TheCompletionsAreTheProgramsOwn) {
     EXPECT_EQ(ReadBytes(folder / "_cordelctl"), Output({"completion", "zsh"}));
 }
 
+TEST_F(Documentation, ThePageOfDocumentsNamesEveryContainerAndAttribute) {
+    const std::string page = ReadBytes(std::filesystem::path(DOCS_PATH) / "documents.md");
+    const auto containers = Run({"--json", "schema"}).Json();
+    ASSERT_GT(containers.size(), 10u);
+    for (const auto& container : containers) {
+        EXPECT_THAT(page, HasSubstr(container["container"].get<std::string>()));
+        for (const auto& attribute : container["attributes"]) {
+            EXPECT_THAT(page, HasSubstr("`" + attribute["attribute"].get<std::string>() + "`"))
+                << container["container"];
+        }
+    }
+}
+
 class Completion : public ToolTest {};
 
 TEST_F(Completion, OffersWhatBelongsThere) {

@@ -2,6 +2,9 @@
 
 #include "tool_test.h"
 
+#include "json_schema.h"
+
+#include <algorithm>
 #include <cstdlib>
 #include <fcntl.h>
 #include <fstream>
@@ -17,6 +20,48 @@ void Redirect(const std::filesystem::path& path, int flags, int stream) {
     if (file < 0 || ::dup2(file, stream) < 0) {
         ::_exit(127);
     }
+}
+
+const nlohmann::json& OutputSchema() {
+    static const nlohmann::json schema =
+        nlohmann::json::parse(ReadBytes(std::string(DOCS_PATH) + "/cordelctl.schema.json"));
+    return schema;
+}
+
+/// The verb of a command line; empty when there is none.
+std::string VerbOf(const std::vector<std::string>& arguments) {
+    std::string verb;
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        if (arguments[i] == "--printer" || arguments[i] == "--language" || arguments[i] == "--wait") {
+            ++i;
+        } else if (!arguments[i].starts_with("-")) {
+            const std::string longer = verb.empty() ? arguments[i] : verb + " " + arguments[i];
+            const auto& verbs = OutputSchema()["properties"];
+            const bool begins = std::any_of(verbs.items().begin(), verbs.items().end(), [&](const auto& entry) {
+                return entry.key() == longer || entry.key().starts_with(longer + " ");
+            });
+            if (!begins) {
+                return verb;
+            }
+            verb = longer;
+        }
+    }
+    return verb;
+}
+
+/// Whatever a run prints as data is what the schema of its verb says.
+void CheckData(const std::vector<std::string>& arguments, const std::string& output) {
+    const auto end = std::find(arguments.begin(), arguments.end(), "--");
+    const bool json = std::find(arguments.begin(), end, "--json") != end;
+    const std::string verb = VerbOf(arguments);
+    if (!json || verb == "watch") {
+        return;
+    }
+    const auto data = nlohmann::json::parse(output, nullptr, false);
+    ASSERT_FALSE(data.is_discarded()) << ::testing::PrintToString(arguments) << output;
+    const auto& root = OutputSchema();
+    const auto& schema = root["properties"].contains(verb) ? root["properties"][verb] : root["$defs"]["error"];
+    EXPECT_EQ(Misfit(data, schema, root), "") << ::testing::PrintToString(arguments);
 }
 
 } // namespace
@@ -77,8 +122,10 @@ ToolRun ToolTest::Run(const std::vector<std::string>& arguments, const std::stri
     }
     int status = 0;
     ::waitpid(child, &status, 0);
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), ReadBytes(outputPath),
-            ReadBytes(errorPath)};
+    ToolRun run{WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), ReadBytes(outputPath),
+                ReadBytes(errorPath)};
+    CheckData(arguments, run.output);
+    return run;
 }
 
 std::string ToolTest::Output(const std::vector<std::string>& arguments) const {

@@ -156,6 +156,7 @@ private:
             NotePosition(text, m_textStart);
         }
         m_strText.clear();
+        m_bBlankText = true;
     }
 
     DomPosition Here() const noexcept {
@@ -345,8 +346,9 @@ private:
     }
 
     void AppendText(std::string_view text) {
-        if (m_document.m_positions.has_value() && IsWhiteSpace(m_strText)) {
+        if (m_document.m_positions.has_value() && m_bBlankText) {
             m_textStart = Here();
+            m_bBlankText = IsWhiteSpace(text); // each piece is looked at once: there is one for each line end
         }
         m_strText += text;
     }
@@ -376,6 +378,7 @@ private:
         Require(section.set_value(m_strText.c_str()));
         NotePosition(section, m_cdataStart);
         m_strText.clear();
+        m_bBlankText = true;
     }
 
     static void XMLCALL OnComment(void* self, const XML_Char* text) {
@@ -417,7 +420,8 @@ private:
     CNamespaceScopes m_namespaces;
     pugi::xml_node m_current;
     const std::unique_ptr<XML_ParserStruct, decltype(&XML_ParserFree)> m_pParser;
-    std::string m_strText; // text since the last markup
+    bool m_bBlankText = true; // so far
+    std::string m_strText;    // text since the last markup
     DomPosition m_textStart;
     DomPosition m_cdataStart;
     std::size_t m_nPrologEnd = 0;

@@ -118,9 +118,10 @@ std::string ToCodePage(std::string_view utf8) { return Narrow(CP_ACP, Widen(CP_U
 std::string FromCodePage(std::string_view text) { return Narrow(CP_UTF8, Widen(CP_ACP, text)); }
 
 bool IsInCodePage(std::string_view utf8) {
-    return MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, utf8.data(), static_cast<int>(utf8.size()), nullptr, 0) !=
-               0 == !utf8.empty() &&
-           Narrow(CP_UTF8, Widen(CP_ACP, ToCodePage(utf8))) == utf8;
+    const int size = static_cast<int>(utf8.size());
+    const bool wellFormed =
+        utf8.empty() || MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, utf8.data(), size, nullptr, 0) != 0;
+    return wellFormed && FromCodePage(ToCodePage(utf8)) == utf8;
 }
 
 const std::string& StandardInput() {
