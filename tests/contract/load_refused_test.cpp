@@ -29,6 +29,16 @@ std::string EntityBomb(const std::string& use) {
     return "<!DOCTYPE Cordelbox [" + definition + "]><Cordelbox><Info>" + use + "</Info></Cordelbox>";
 }
 
+/// UTF-16 of ASCII, little-endian.
+std::string Wide(const std::string& ascii) {
+    std::string wide;
+    for (const char character : ascii) {
+        wide += character;
+        wide += '\0';
+    }
+    return wide;
+}
+
 const RefusedFile kRefusedFiles[] = {
     {"Empty", ""},
     {"OnlyBlanks", " \n\t "},
@@ -78,6 +88,23 @@ const RefusedFile kRefusedFiles[] = {
     {"CutUtf16", std::string("\xFF\xFE<\0C\0/", 7)},
     {"DeclarationBehindABlank", " <?xml version=\"1.0\"?><Cordelbox/>"},
     {"NameThatBeginsWithADigit", "<1Cordelbox/>"},
+    {"UndeclaredPrefix", "<Cordelbox><p:Info/></Cordelbox>"},
+    {"UndeclaredPrefixOfAnAttribute", "<Cordelbox><Info><Item p:Name=\"a\"/></Info></Cordelbox>"},
+    {"PrefixDeclaredElsewhere", "<Cordelbox><Info xmlns:p=\"u\"/><p:Info/></Cordelbox>"},
+    {"TwoColons", "<Cordelbox xmlns:p=\"u\"><Info><Item p:q:Name=\"a\"/></Info></Cordelbox>"},
+    {"ElementWithTwoColons", "<Cordelbox xmlns:p=\"u\"><p:q:Info/></Cordelbox>"},
+    {"OneExpandedNameTwice",
+     "<Cordelbox xmlns:p=\"u\" xmlns:q=\"u\"><Info><Item p:Name=\"a\" q:Name=\"b\"/></Info></Cordelbox>"},
+    {"PrefixWithoutANamespace", "<Cordelbox xmlns:p=\"\"/>"},
+    {"Utf8MarkAndAnotherEncoding", "\xEF\xBB\xBF<?xml version=\"1.0\" "
+                                   "encoding=\"windows-1252\"?><Cordelbox><Info><Item Name=\"a\"/></Info></Cordelbox>"},
+    {"Utf16MarkAndAnotherEncoding", "\xFF\xFE" + Wide("<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?><Cordelbox/>")},
+    {"Utf16MarkAndUtf8", "\xFF\xFE" + Wide("<?xml version=\"1.0\" encoding=\"UTF-8\"?><Cordelbox/>")},
+    {"ReferenceInAValueToWhatIsNotRead",
+     "<!DOCTYPE Cordelbox SYSTEM \"no.dtd\"><Cordelbox><Info><Item Name=\"a&unread;b\"/></Info></Cordelbox>"},
+    {"ReferenceInAValueBehindAParameterEntity",
+     "<!DOCTYPE Cordelbox [<!ENTITY % p SYSTEM \"no.dtd\"> %p;]><Cordelbox><Info><Item "
+     "Name=\"&unread;\"/></Info></Cordelbox>"},
     {"ServerPage", "<html><body><p>Not found<br></body></html>"},
 };
 

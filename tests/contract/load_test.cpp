@@ -192,6 +192,26 @@ TEST_F(Load, AnExternalEntityInTheContentIsNotRead) {
     EXPECT_EQ(CurrentName(), "");
 }
 
+TEST_F(Load, MarkedUtf16MayBeginWithWhiteSpace) {
+    if (HasDomOfWine()) {
+        GTEST_SKIP() << "Wine's DOM takes no white space before a document in UTF-16";
+    }
+    std::string bytes = "\xFF\xFE";
+    for (const char character : "\r\n " + Named("wide")) {
+        bytes += character;
+        bytes += '\0';
+    }
+    OpenText(bytes);
+    EXPECT_EQ(CurrentName(), "wide");
+}
+
+TEST_F(Load, AttributesOfADeclaredPrefixReadByTheirBaseName) {
+    OpenText("<Cordelbox xmlns:p=\"u\" xmlns:q=\"v\"><Info><Item p:Name=\"p\" q:Other=\"q\"/></Info></Cordelbox>");
+    EXPECT_EQ(CurrentName(), "p");
+    EXPECT_EQ(GetAttrValue("Info", "Other"), "q");
+    EXPECT_EQ(GetAttrValue("Info", "p:Name"), "");
+}
+
 TEST_F(Load, AManyTimesLargerDocumentLoads) {
     constexpr int kItems = 32768;
     std::string items;

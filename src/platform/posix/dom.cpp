@@ -385,7 +385,7 @@ void DomDocument::Native::CheckNew(pugi::xml_node element) {
         throw DomError("an element would lie too deep", CReason::Of(ReasonKind::TooDeep));
     }
     std::vector<NamedText> attributes; // as they would be loaded
-    bool bNamespaces = false;
+    bool bNamespaces = ConcernsNamespaces(element.name());
     const auto add = [&](DomView name, DomView text) {
         attributes.push_back({name, text});
         bNamespaces = bNamespaces || ConcernsNamespaces(name);

@@ -4,13 +4,17 @@
 
 #include "byte_stream.h"
 #include "com_pointer.h"
+#include "file_handle.h"
+#include "markup_check.h"
 #include "platform/code_page.h"
 #include "platform/document_limits.h"
+#include "platform/namespaces.h"
 #include "safe_save.h"
 #include "wide_text.h"
 
 #include <objbase.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <new>
 #include <utility>
@@ -18,6 +22,10 @@
 namespace {
 
 constexpr CLSID kDocumentClass = {0xF6D90F11, 0x9C73, 0x11D3, {0xB3, 0x2E, 0x00, 0xC0, 0x4F, 0x99, 0x0B, 0xB4}};
+
+/// Within these every DOM is at ease: after a change that goes beyond, it is asked whether it would load the document.
+constexpr std::size_t kUsualDepth = 100;
+constexpr std::size_t kUsualText = std::size_t{1} << 20;
 
 void Check(HRESULT result, const char* failure) {
     if (FAILED(result)) {
@@ -124,11 +132,25 @@ CComPointer<IXMLDOMNodeList> ElementsByTagName(IXMLDOMElement* element, DomView 
     return Required(result, list, "the DOM cannot list elements");
 }
 
-/// Whether the file can be a document as far as its size tells.
-bool IsOfLoadableSize(const std::wstring& path) noexcept {
-    WIN32_FILE_ATTRIBUTE_DATA data;
-    return ::GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &data) != FALSE &&
-           (static_cast<std::uint64_t>(data.nFileSizeHigh) << 32 | data.nFileSizeLow) <= kMaxDocumentBytes;
+/// Reads a file that nobody changes meanwhile. False when it cannot be read or is larger than a document.
+bool ReadAll(const CFileHandle& file, std::string& bytes, CReason* reason) {
+    LARGE_INTEGER size;
+    if (!file || ::GetFileSizeEx(file.Get(), &size) == FALSE) {
+        GiveReason(reason, CReason::OfCall(file ? "GetFileSizeEx" : "CreateFileW", ::GetLastError()));
+        return false;
+    }
+    if (size.QuadPart > static_cast<LONGLONG>(kMaxDocumentBytes)) {
+        GiveReason(reason, CReason::Of(ReasonKind::TooLarge));
+        return false;
+    }
+    bytes.resize(static_cast<std::size_t>(size.QuadPart));
+    DWORD count = 0;
+    if (::ReadFile(file.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &count, nullptr) == FALSE ||
+        count != bytes.size()) {
+        GiveReason(reason, CReason::OfCall("ReadFile", ::GetLastError()));
+        return false;
+    }
+    return true;
 }
 
 /// Whether elements lie deeper within each other than the limit, the document element counted as one.
@@ -229,10 +251,138 @@ CReason ParseReason(IXMLDOMDocument* document) {
                              platform::ToAnsi(words.View()).c_str());
 }
 
-bool LoadFile(IXMLDOMDocument* document, const char* path, CReason* reason) {
+/// The element in which a node lies; empty for the document element.
+DomNode ParentOf(IXMLDOMNode* node) {
+    DomNode parent;
+    const HRESULT result = node->get_parentNode(parent.Receive());
+    parent = Optional(result, parent, "the DOM cannot give a node's parent");
+    DOMNodeType type = NODE_INVALID;
+    if (parent) {
+        Check(parent->get_nodeType(&type), "the DOM cannot give a node's type");
+    }
+    return type == NODE_ELEMENT ? std::move(parent) : DomNode();
+}
+
+/// An element and those that it lies in, from the inside out.
+std::vector<DomNode> PathOf(DomNode element) {
+    std::vector<DomNode> path;
+    while (element) {
+        DomNode parent = ParentOf(element.Get());
+        path.push_back(std::move(element));
+        element = std::move(parent);
+    }
+    return path;
+}
+
+/// Goes into an element of a document that was loaded, whose names are right.
+void EnterElement(CNamespaceScopes& scopes, std::size_t depth, IXMLDOMNode* element) {
+    const CComPointer<IXMLDOMNamedNodeMap> map = AttributesOf(element);
+    long count = 0;
+    if (map) {
+        Check(map->get_length(&count), "the DOM cannot count attributes");
+    }
+    std::vector<DomText> texts; // a name and a text each
+    for (long index = 0; index < count; ++index) {
+        const DomNode attribute = AttributeAt(map.Get(), static_cast<std::size_t>(index));
+        texts.push_back(NameOf(attribute.Get()));
+        texts.push_back(TextOf(attribute.Get()));
+    }
+    std::vector<NamedText> attributes;
+    for (std::size_t index = 0; index < texts.size(); index += 2) {
+        attributes.push_back({texts[index].View(), texts[index + 1].View()});
+    }
+    const DomText name = NameOf(element);
+    scopes.Enter(depth, name.View(), attributes);
+}
+
+/// Throws DomError when a new element with these attributes, of which the last of a name counts, would break the rules
+/// of namespaces at the end of the path.
+void RequireNames(const std::vector<DomNode>& path, DomView tagName, const std::vector<DomPair>& pairs) {
+    std::vector<NamedText> attributes;
+    bool bNamespaces = ConcernsNamespaces(tagName);
+    for (const DomPair& pair : pairs) {
+        std::erase_if(attributes, [&](const NamedText& other) { return other.name == pair.name; });
+        attributes.push_back({pair.name, pair.text});
+        bNamespaces = bNamespaces || ConcernsNamespaces(pair.name);
+    }
+    if (!bNamespaces) {
+        return;
+    }
+    CNamespaceScopes scopes;
+    for (std::size_t outer = 1; outer <= path.size(); ++outer) {
+        EnterElement(scopes, outer, path[path.size() - outer].Get());
+    }
+    const char* const wrong = scopes.Enter(path.size() + 1, tagName, attributes);
+    if (wrong != nullptr) {
+        throw DomError(wrong);
+    }
+}
+
+/// Whether a reader that takes an attribute for tokens would cut blanks from the text.
+bool HasLooseBlanks(DomView text) noexcept {
+    return !text.empty() && (text.front() == L' ' || text.back() == L' ' || text.find(L"  ") != DomView::npos);
+}
+
+/// A document of the DOM that is set up for loading; empty when it cannot be had.
+CComPointer<IXMLDOMDocument> CreateDocument() noexcept {
+    CComPointer<IXMLDOMDocument> document;
+    constexpr DWORD kContext = CLSCTX_INPROC_SERVER | CLSCTX_INPROC_HANDLER | CLSCTX_LOCAL_SERVER;
+    if (FAILED(::CoCreateInstance(kDocumentClass, nullptr, kContext, IID_IXMLDOMDocument,
+                                  reinterpret_cast<void**>(document.Receive()))) ||
+        !document || FAILED(document->put_async(VARIANT_FALSE)) ||
+        FAILED(document->put_validateOnParse(VARIANT_FALSE)) || FAILED(document->put_resolveExternals(VARIANT_FALSE))) {
+        return {};
+    }
+    return document;
+}
+
+/// Writes the whole document, in UTF-8.
+void Write(IXMLDOMDocument* document, CByteStream& bytes) {
+    VARIANT destination;
+    ::VariantInit(&destination);
+    destination.vt = VT_UNKNOWN;
+    destination.punkVal = &bytes;
+    if (document->save(destination) != S_OK || bytes.View().empty()) {
+        throw DomError("the DOM failed to write the document");
+    }
+}
+
+/// Whether the DOM takes the bytes for a document.
+bool IsLoadable(std::string_view bytes) {
+    const CComPointer<IXMLDOMDocument> document = CreateDocument();
+    SAFEARRAY* const array = ::SafeArrayCreateVector(VT_UI1, 0, static_cast<ULONG>(bytes.size()));
+    if (!document || array == nullptr) {
+        return false;
+    }
+    VARIANT source;
+    ::VariantInit(&source);
+    source.vt = VT_ARRAY | VT_UI1;
+    source.parray = array;
+    std::copy(bytes.begin(), bytes.end(), static_cast<char*>(array->pvData));
+    VARIANT_BOOL isLoaded = VARIANT_FALSE;
+    const HRESULT result = document->load(source, &isLoaded);
+    ::SafeArrayDestroy(array);
+    return result == S_OK && isLoaded != VARIANT_FALSE;
+}
+
+} // namespace
+
+struct DomDocument::Native {
+    CComPointer<IXMLDOMDocument> document;
+    bool m_bDeclaresAttributes = false; // some may be declared to hold tokens
+
+    bool Load(const char* path, CReason* reason);
+    void RequireHolds(DomView text) const;
+    void RequireLoadable() const;
+};
+
+bool DomDocument::Native::Load(const char* path, CReason* reason) {
     const std::wstring widePath = platform::ToWideText(path);
-    if (!IsOfLoadableSize(widePath)) {
-        GiveReason(reason, CReason::Of(ReasonKind::TooLarge));
+    // Nobody writes to the file as long as it is open here: what is looked through is what the DOM loads.
+    const CFileHandle file(::CreateFileW(widePath.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                                         FILE_ATTRIBUTE_NORMAL, nullptr));
+    std::string bytes;
+    if (!ReadAll(file, bytes, reason)) {
         return false;
     }
     const DomText argument(widePath);
@@ -240,21 +390,37 @@ bool LoadFile(IXMLDOMDocument* document, const char* path, CReason* reason) {
     const HRESULT result = document->load(argument.AsVariant(), &isLoaded);
     Check(result, "the DOM cannot load a document");
     if (result != S_OK || isLoaded == VARIANT_FALSE) {
-        GiveReason(reason, ParseReason(document));
+        GiveReason(reason, ParseReason(document.Get()));
         return false;
     }
-    if (!IsUsable(document)) {
+    const MarkupFindings findings = CheckMarkup(bytes);
+    if (findings.m_pFault != nullptr) {
+        GiveReason(reason, CReason::Of(findings.m_kind, findings.m_pFault));
+        return false;
+    }
+    if (!IsUsable(document.Get())) {
         GiveReason(reason, CReason::Of(ReasonKind::TooDeep));
         return false;
     }
+    m_bDeclaresAttributes = findings.m_bDeclaresAttributes;
     return true;
 }
 
-} // namespace
+/// Throws DomError when the DOM would not load what it would save.
+void DomDocument::Native::RequireLoadable() const {
+    CByteStream bytes;
+    Write(document.Get(), bytes);
+    if (!IsLoadable(bytes.View())) {
+        throw DomError("the document could not be loaded again", CReason::Of(ReasonKind::TooLarge));
+    }
+}
 
-struct DomDocument::Native {
-    CComPointer<IXMLDOMDocument> document;
-};
+/// Throws DomError for a text that an attribute might lose a part of when it is loaded again.
+void DomDocument::Native::RequireHolds(DomView text) const {
+    if (m_bDeclaresAttributes && HasLooseBlanks(text)) {
+        throw DomError("the attribute may be declared to hold tokens");
+    }
+}
 
 DomDocument::DomDocument(std::unique_ptr<Native> native) noexcept : m_pNative(std::move(native)) {}
 
@@ -265,15 +431,11 @@ std::unique_ptr<DomDocument> DomDocument::Create() noexcept {
     if (FAILED(::CoInitialize(nullptr))) {
         return nullptr;
     }
-    CComPointer<IXMLDOMDocument> document;
-    constexpr DWORD kContext = CLSCTX_INPROC_SERVER | CLSCTX_INPROC_HANDLER | CLSCTX_LOCAL_SERVER;
-    if (FAILED(::CoCreateInstance(kDocumentClass, nullptr, kContext, IID_IXMLDOMDocument,
-                                  reinterpret_cast<void**>(document.Receive()))) ||
-        !document || FAILED(document->put_async(VARIANT_FALSE)) ||
-        FAILED(document->put_validateOnParse(VARIANT_FALSE)) || FAILED(document->put_resolveExternals(VARIANT_FALSE))) {
+    CComPointer<IXMLDOMDocument> document = CreateDocument();
+    if (!document) {
         return nullptr;
     }
-    std::unique_ptr<Native> native(new (std::nothrow) Native{std::move(document)});
+    std::unique_ptr<Native> native(new (std::nothrow) Native{std::move(document), false});
     if (native == nullptr) {
         return nullptr;
     }
@@ -282,7 +444,7 @@ std::unique_ptr<DomDocument> DomDocument::Create() noexcept {
 
 bool DomDocument::Load(const char* path, CReason* reason, DomPositions) {
     try {
-        return LoadFile(m_pNative->document.Get(), path, reason);
+        return m_pNative->Load(path, reason);
     } catch (const std::bad_alloc&) {
         throw DomError("out of memory while loading a document", CReason::Of(ReasonKind::OutOfMemory));
     }
@@ -290,12 +452,9 @@ bool DomDocument::Load(const char* path, CReason* reason, DomPositions) {
 
 void DomDocument::Save(const char* path) {
     CByteStream bytes;
-    VARIANT destination;
-    ::VariantInit(&destination);
-    destination.vt = VT_UNKNOWN;
-    destination.punkVal = &bytes;
-    if (m_pNative->document->save(destination) != S_OK || bytes.View().empty()) {
-        throw DomError("the DOM failed to write the document");
+    Write(m_pNative->document.Get(), bytes);
+    if (bytes.View().size() > kMaxDocumentBytes) {
+        throw DomError("the document could not be loaded again", CReason::Of(ReasonKind::TooLarge));
     }
     CReason reason;
     if (!platform::ReplaceContents(path, bytes.View(), &reason)) {
@@ -388,8 +547,16 @@ DomText DomDocument::SetAttributeText(const DomNode& element, std::size_t index,
     }
     const DomNode attribute = AttributeAt(map.Get(), index);
     const DomText former = TextOf(attribute.Get());
+    const DomText name = NameOf(attribute.Get());
+    if (DeclaresNamespace(name.View()) && former.View() != text) {
+        throw DomError("the DOM keeps the namespaces that it has loaded");
+    }
+    m_pNative->RequireHolds(text);
     Check(attribute->put_text(argument.Get()), "the DOM cannot set an attribute's text");
     try {
+        if (text.size() > kUsualText) {
+            m_pNative->RequireLoadable();
+        }
         return TextOf(attribute.Get());
     } catch (const DomError&) {
         attribute->put_text(former.Get()); // what is in memory is what a save writes
@@ -398,6 +565,10 @@ DomText DomDocument::SetAttributeText(const DomNode& element, std::size_t index,
 }
 
 DomText DomDocument::AddAttribute(const DomNode& element, const DomPair& attribute) {
+    if (ConcernsNamespaces(attribute.name)) {
+        throw DomError("an attribute that is added has no prefix");
+    }
+    m_pNative->RequireHolds(attribute.text);
     const DomText name(attribute.name);
     const DomText text(attribute.text);
     CComPointer<IXMLDOMElement> owner;
@@ -405,6 +576,9 @@ DomText DomDocument::AddAttribute(const DomNode& element, const DomPair& attribu
     owner = Required(result, owner, "the node has no attributes");
     Check(owner->setAttribute(name.Get(), text.AsVariant()), "the DOM cannot set an attribute");
     try {
+        if (attribute.text.size() > kUsualText) {
+            m_pNative->RequireLoadable();
+        }
         CComPointer<IXMLDOMAttribute> added;
         result = owner->getAttributeNode(name.Get(), added.Receive());
         return TextOf(Required(result, added, "the DOM cannot give an attribute").Get());
@@ -415,6 +589,16 @@ DomText DomDocument::AddAttribute(const DomNode& element, const DomPair& attribu
 }
 
 DomNode DomDocument::AppendElement(const DomNode& parent, DomView tagName, const std::vector<DomPair>& attributes) {
+    const std::vector<DomNode> path = PathOf(parent);
+    if (path.size() + 1 > kMaxElementDepth) {
+        throw DomError("an element would lie too deep", CReason::Of(ReasonKind::TooDeep));
+    }
+    RequireNames(path, tagName, attributes);
+    bool bUnusual = path.size() > kUsualDepth;
+    for (const DomPair& attribute : attributes) {
+        m_pNative->RequireHolds(attribute.text);
+        bUnusual = bUnusual || attribute.text.size() > kUsualText;
+    }
     const DomText tagNameText(tagName);
     CComPointer<IXMLDOMElement> element;
     HRESULT result = m_pNative->document->createElement(tagNameText.Get(), element.Receive());
@@ -426,7 +610,16 @@ DomNode DomDocument::AppendElement(const DomNode& parent, DomView tagName, const
     }
     DomNode item;
     result = parent->appendChild(element.Get(), item.Receive());
-    return Required(result, item, "the DOM cannot append an element");
+    item = Required(result, item, "the DOM cannot append an element");
+    if (bUnusual) {
+        try {
+            m_pNative->RequireLoadable();
+        } catch (const DomError&) {
+            RemoveChild(parent, item);
+            throw;
+        }
+    }
+    return item;
 }
 
 void DomDocument::RemoveChild(const DomNode& container, const DomNode& child) {
