@@ -23,6 +23,19 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/cordelbox-config-version.
 install(FILES cmake/cordelbox-config.cmake ${PROJECT_BINARY_DIR}/cordelbox-config-version.cmake
     DESTINATION ${package_folder} COMPONENT Development)
 
+# The pages, with what they link to, in the places that they have beside each other in the sources.
+if(WIN32)
+    set(document_folder .)
+else()
+    set(document_folder ${CMAKE_INSTALL_DOCDIR})
+endif()
+file(GLOB top_pages CONFIGURE_DEPENDS *.md)
+file(GLOB pages CONFIGURE_DEPENDS docs/*.md)
+install(FILES ${top_pages} DESTINATION ${document_folder} COMPONENT Development)
+install(FILES ${pages} DESTINATION ${document_folder}/docs COMPONENT Development)
+install(FILES examples/sending_host.cpp DESTINATION ${document_folder}/examples COMPONENT Development)
+install(DIRECTORY samples/Cordelbox DESTINATION ${document_folder}/samples COMPONENT Development)
+
 if(WIN32)
     # The library is found beside the tool, and so are the documents.
     install(FILES src/platform/windows/cordelbox.def DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT Development)
@@ -30,6 +43,14 @@ if(WIN32)
     install(DIRECTORY samples/Cordelbox TYPE BIN COMPONENT Tool)
     return()
 endif()
+
+# The pages link to the header, which lies elsewhere.
+cmake_path(RELATIVE_PATH CMAKE_INSTALL_FULL_INCLUDEDIR BASE_DIRECTORY ${CMAKE_INSTALL_FULL_DOCDIR}/include
+    OUTPUT_VARIABLE from_pages_to_header)
+set(header_link ${PROJECT_BINARY_DIR}/header_link)
+file(MAKE_DIRECTORY ${header_link})
+file(CREATE_LINK ${from_pages_to_header}/cordelbox.h ${header_link}/cordelbox.h SYMBOLIC)
+install(FILES ${header_link}/cordelbox.h DESTINATION ${document_folder}/include COMPONENT Development)
 
 # For pkg-config. The prefix is known only when it is installed.
 install(CODE "
