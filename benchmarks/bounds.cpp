@@ -11,6 +11,8 @@ double RatioOf(Bound::Kind kind, double figure, double other) {
     switch (kind) {
     case Bound::Kind::TimesFaster:
         return other / figure;
+    case Bound::Kind::LookupAtMost:
+        return figure / other / 2;
     case Bound::Kind::ExponentAtMost:
         return std::log(figure / other) / std::log(static_cast<double>(kLarge) / kMedium);
     default:
@@ -26,6 +28,9 @@ std::vector<Bound> AllBounds() {
     for (const char* const work :
          {"CheckID", "IdsAreValid", "GetValidID", "GetAvailICMID", "GetJobs", "IsPathConflict"}) {
         bounds.push_back({Kind::ExponentAtMost, 1.3, WorkloadName(work, kLarge), WorkloadName(work, kMedium)});
+    }
+    for (const char* const work : {"without IDs", "with a twin", "of collisions"}) {
+        bounds.push_back({Kind::LookupAtMost, 1.3, WorkloadName(work, 2 * kHostile), WorkloadName(work, kHostile)});
     }
     const auto add = [&](Kind kind, double limit, const std::string& work, int rows, const char* peer) {
         bounds.push_back({kind, limit, WorkloadName(work, rows), WorkloadName(work, rows, peer)});

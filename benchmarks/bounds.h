@@ -11,6 +11,7 @@ struct Bound {
     enum class Kind {
         AtMost,         // figure / other
         TimesFaster,    // other / figure, at least
+        LookupAtMost,   // figure / other, of one lookup each: `figure` has twice the rows
         ExponentAtMost, // of the growth of the time with the number of rows, from `other` to `figure`
     };
     Kind kind;

@@ -106,6 +106,19 @@ void RegisterSqliteLookups(int rows) {
         "IdsAreValid", [peer] { return peer->IdsAreValid(); }, rows);
 }
 
+/// IdsAreValid looks every file up twice.
+void RegisterOnHostile(CHost& host, int rows) {
+    const auto registerOn = [&](const std::string& name, const std::string& project) {
+        const std::string document = name + "-" + std::to_string(rows) + ".xml";
+        host.Install(document, project);
+        RegisterOnDocument(
+            host, WorkloadName(name, rows), document, [] { return IdsAreValid(nullptr); }, 1);
+    };
+    registerOn("without IDs", ProjectWithoutIds(rows));
+    registerOn("with a twin", ProjectWithATwin(rows));
+    registerOn("of collisions", ProjectOfCollisions(rows));
+}
+
 /// WritePrjFile of one more file. The project has no per-user copy, so that nothing is written to disk.
 void RegisterAddedFiles(CHost& host, int rows) {
     const std::string document = "Growing-" + std::to_string(rows) + ".xml";
@@ -138,6 +151,8 @@ void RegisterLookupWorkloads(CHost& host) {
         RegisterOnProfiles(host, rows);
         RegisterOnJobs(host, rows);
     }
+    RegisterOnHostile(host, kHostile);
+    RegisterOnHostile(host, 2 * kHostile);
     RegisterPlainLookups(kSmall);
     RegisterPlainLookups(kMedium);
     RegisterSqliteLookups(kLarge);

@@ -3,9 +3,12 @@
 #include "cordelbox.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdio>
+#include <cstring>
 #include <iterator>
 #include <string_view>
+#include <vector>
 
 namespace {
 
@@ -97,6 +100,39 @@ void AddJob(std::string& xml, int row) {
     Add(xml, "checked", "0");
 }
 
+/// A hash without a key, as tables have used it.
+std::uint64_t KnownHash(const std::string& text) {
+    std::uint64_t hash = 0;
+    const auto mix = [&hash](std::uint64_t block) {
+        hash = (hash ^ block) * 0x9E3779B97F4A7C15u;
+        hash ^= hash >> 32;
+    };
+    std::uint64_t block = 0;
+    if (text.size() >= sizeof block) {
+        std::memcpy(&block, text.data() + text.size() - sizeof block, sizeof block);
+    } else {
+        for (const char character : text) {
+            block = block << 8 | static_cast<unsigned char>(character);
+        }
+    }
+    mix(block);
+    mix(text.size());
+    return hash;
+}
+
+/// Texts of at most eight bytes whose hashes end alike.
+std::vector<std::string> CollidingTexts(int count) {
+    constexpr std::uint64_t kSame = 0xFFF;
+    std::vector<std::string> texts;
+    for (int number = 0; texts.size() < static_cast<std::size_t>(count); ++number) {
+        std::string text = std::to_string(number);
+        if ((KnownHash(text) & kSame) == 0) {
+            texts.push_back(std::move(text));
+        }
+    }
+    return texts;
+}
+
 std::string OneItem(const std::string& container, std::string_view attribute, std::string_view value) {
     return Container(container, 1, [&](std::string& xml, int) { Add(xml, attribute, value); });
 }
@@ -119,6 +155,34 @@ std::string FontProject(int rows) {
 std::string ProfileProject(int rows) {
     const auto slots = static_cast<std::size_t>(rows);
     return Document(OneItem("RGBSource", "IDArray", std::string(slots, '1')) + Container("Files", rows, AddProfile));
+}
+
+std::string ProjectWithoutIds(int rows) {
+    return Document(Container("Files", rows, [](std::string& xml, int) {
+        Add(xml, "FileID", "same");
+        Add(xml, "Type", "8"); // of which IDs are gathered, and never clash
+        Add(xml, "checked", "1");
+    }));
+}
+
+std::string ProjectWithATwin(int rows) {
+    return Document(Container("Files", rows, [rows](std::string& xml, int row) {
+        if (row == rows - 1) {
+            Add(xml, "xmlns:other", "other");
+            Add(xml, "other:Size", "twin");
+        }
+        AddFont(xml, row);
+    }));
+}
+
+std::string ProjectOfCollisions(int rows) {
+    const std::vector<std::string> fileIds = CollidingTexts(rows);
+    return Document(Container("Files", rows, [&](std::string& xml, int row) {
+        Add(xml, "FileID", fileIds[static_cast<std::size_t>(row)]);
+        Add(xml, "ID", std::to_string(row));
+        Add(xml, "Type", "5");
+        Add(xml, "checked", "1");
+    }));
 }
 
 std::string PrinterWithJobs(int rows) { return Document(Container("Jobs", rows, AddJob)); }

@@ -35,6 +35,8 @@ std::string Wording(const Bound& bound) {
     switch (bound.kind) {
     case Bound::Kind::TimesFaster:
         return Formatted("at least %g times faster", bound.limit);
+    case Bound::Kind::LookupAtMost:
+        return Formatted("a lookup at most %g times", bound.limit);
     case Bound::Kind::ExponentAtMost:
         return Formatted("exponent at most %g", bound.limit);
     default:

@@ -6,6 +6,7 @@
 #include "ids/clash_message.h"
 #include "ids/file_list_names.h"
 #include "platform/bounded_text.h"
+#include "platform/text_hash.h"
 #include "store/collected_values.h"
 #include "store/module_state.h"
 
@@ -48,7 +49,7 @@ IdLists ListTickedIds(CXmlObject* document) {
 /// The first token of the list that occurs again behind it; empty when there is none.
 std::string_view FindRepeated(std::string_view list) {
     std::vector<std::string_view> tokens;
-    std::unordered_map<std::string_view, std::size_t> counts;
+    std::unordered_map<std::string_view, std::size_t, TextHash<char>> counts;
     for (std::size_t end = 0; (end = list.find(',')) != std::string_view::npos; list.remove_prefix(end + 1)) {
         if (end != 0) {
             tokens.push_back(list.substr(0, end));

@@ -1,6 +1,7 @@
 #include "nodes/row_access.h"
 
 #include "platform/code_page.h"
+#include "platform/text_hash.h"
 #include "rows/row_filter.h"
 #include "store/locked_pass.h"
 
@@ -57,7 +58,7 @@ private:
 
     DomDocument& m_dom;
     std::vector<ContainerInfo>& m_containers;
-    std::unordered_set<std::basic_string<DomChar>> m_names;
+    std::unordered_set<std::basic_string<DomChar>, TextHash<DomChar>> m_names;
 };
 
 RowValues ReadRow(DomDocument& dom, const CRowTable& table, RowNumber row) {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "platform/dom.h"
+#include "platform/text_hash.h"
 
 #include <optional>
 #include <string>
@@ -48,6 +49,6 @@ private:
     const char* CheckAttributes(const std::vector<NamedText>& attributes) const;
     std::optional<DomView> Find(DomView prefix) const;
 
-    std::unordered_map<Text, std::vector<Text>> m_byPrefix; // the innermost last
+    std::unordered_map<Text, std::vector<Text>, TextHash<DomChar>> m_byPrefix; // the innermost last
     std::vector<Declaration> m_declarations;
 };

@@ -13,10 +13,10 @@ void CRowFilter::AddPair(const CRowTable& table, const AnsiString& name, const A
 }
 
 RowNumber CRowFilter::FindFirst(CRowTable& table, NameNumber wanted) const {
-    const RowNumber row = m_nCount == 0    ? table.FirstCarrier(wanted)
-                          : m_nCount < 0   ? kNoRow
-                          : IsPlain(table) ? Probe(table, wanted)
-                                           : Scan(table, wanted);
+    const RowNumber row = m_nCount == 0  ? table.FirstCarrier(wanted)
+                          : m_nCount < 0 ? kNoRow
+                          : IsPlain()    ? Probe(table, wanted)
+                                         : Scan(table, wanted);
     if (table.FirstBareRow() < row) {
         throw DomError("a child of the container has no attributes");
     }
@@ -24,10 +24,7 @@ RowNumber CRowFilter::FindFirst(CRowTable& table, NameNumber wanted) const {
 }
 
 void CRowFilter::FindAll(CRowTable& table, std::vector<RowNumber>& rows) const {
-    const bool bPlain =
-        m_nCount > 0 && IsPlain(table) &&
-        std::none_of(m_pairs.begin(), m_pairs.end(), [](const RowPair& pair) { return pair.name == kNoName; });
-    const CRowIndex* const index = bPlain ? table.Index(m_pairs) : nullptr;
+    const CRowIndex* const index = IsPlain() ? table.Index(m_pairs, kNoName) : nullptr;
     if (index != nullptr) {
         for (RowNumber row = index->Find(table, m_pairs, kNoRow); row != kNoRow;
              row = index->Find(table, m_pairs, row)) {
@@ -36,7 +33,7 @@ void CRowFilter::FindAll(CRowTable& table, std::vector<RowNumber>& rows) const {
         return;
     }
     for (RowNumber row = 0; row < table.RowCount(); ++row) {
-        if (table.IsLive(row) && !table.IsBare(row) && Passes(table, row)) {
+        if (table.IsLive(row) && Passes(table, row)) {
             rows.push_back(row);
         }
     }
@@ -48,13 +45,15 @@ const RowPair* CRowFilter::FindPair(NameNumber name) const noexcept {
     return found != m_pairs.end() ? &*found : nullptr;
 }
 
-/// True when passing means to carry every pair.
-bool CRowFilter::IsPlain(const CRowTable& table) const noexcept {
-    if (table.HasRepeatedNames() || m_pairs.size() != static_cast<std::size_t>(m_nCount)) {
+/// True when an index answers: as many pairs as the count, of different names. Names that no row carries may be the
+/// same, since nothing equals their pairs.
+bool CRowFilter::IsPlain() const noexcept {
+    if (m_nCount <= 0 || m_pairs.size() != static_cast<std::size_t>(m_nCount)) {
         return false;
     }
     for (auto pair = m_pairs.begin(); pair != m_pairs.end(); ++pair) {
-        if (std::any_of(m_pairs.begin(), pair, [&](const RowPair& other) { return other.name == pair->name; })) {
+        if (pair->name != kNoName &&
+            std::any_of(m_pairs.begin(), pair, [&](const RowPair& other) { return other.name == pair->name; })) {
             return false;
         }
     }
@@ -62,16 +61,7 @@ bool CRowFilter::IsPlain(const CRowTable& table) const noexcept {
 }
 
 bool CRowFilter::Passes(const CRowTable& table, RowNumber row) const noexcept {
-    int32_t hits = 0;
-    for (const RowCell& cell : table.Cells(row)) {
-        const bool bEqual = std::any_of(m_pairs.begin(), m_pairs.end(), [&](const RowPair& pair) {
-            return pair.name == cell.name && pair.text == cell.text.View();
-        });
-        if (bEqual && ++hits == m_nCount) {
-            return true;
-        }
-    }
-    return false;
+    return m_nCount > 0 && PassesFilter(table, row, m_pairs, static_cast<std::size_t>(m_nCount));
 }
 
 RowNumber CRowFilter::Scan(const CRowTable& table, NameNumber wanted) const noexcept {
@@ -84,18 +74,8 @@ RowNumber CRowFilter::Scan(const CRowTable& table, NameNumber wanted) const noex
 }
 
 RowNumber CRowFilter::Probe(CRowTable& table, NameNumber wanted) const {
-    if (std::any_of(m_pairs.begin(), m_pairs.end(), [](const RowPair& pair) { return pair.name == kNoName; })) {
-        return kNoRow;
-    }
-    const CRowIndex* const index = table.Index(m_pairs);
-    if (index == nullptr) {
-        return Scan(table, wanted);
-    }
-    RowNumber row = index->Find(table, m_pairs, kNoRow);
-    while (row != kNoRow && wanted != kNoName && table.FindCell(row, wanted) == nullptr) {
-        row = index->Find(table, m_pairs, row);
-    }
-    return row;
+    const CRowIndex* const index = table.Index(m_pairs, wanted);
+    return index != nullptr ? index->Find(table, m_pairs, kNoRow) : Scan(table, wanted);
 }
 
 CellPlace CRowFilter::FindFirstCell(CRowTable& table, NameNumber wanted) const {

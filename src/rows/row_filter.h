@@ -2,8 +2,8 @@
 //
 // With a count of n, a row passes when n of its attributes each equal some pair among the first n pairs, in base name
 // and text. Attributes are counted, not pairs. A negative count never passes; a count of 0 is no filter.
-// Where the pairs have different names and no row has two attributes of one name, that is the same as carrying
-// all the pairs, and an index answers it; otherwise the rows are scanned one by one.
+// Where there are as many pairs as the count, of different names, an index answers; otherwise the rows are scanned one
+// by one.
 
 #pragma once
 
@@ -40,7 +40,7 @@ public:
     const RowPair* FindPair(NameNumber name) const noexcept;
 
 private:
-    bool IsPlain(const CRowTable& table) const noexcept;
+    bool IsPlain() const noexcept;
     bool Passes(const CRowTable& table, RowNumber row) const noexcept;
     RowNumber Scan(const CRowTable& table, NameNumber wanted) const noexcept;
     RowNumber Probe(CRowTable& table, NameNumber wanted) const;

@@ -1,8 +1,15 @@
-// An index over a row table: from the texts of certain attributes to the rows that carry them all, in document order.
+// An index over a row table: from the texts of certain attributes to the rows that pass the filter of these texts, in
+// document order.
 //
-// A hash table with open addressing. Each slot holds the rows of one combination of texts: the first of them in the
-// slot itself, further ones in an ordered set, so that the usual combination, which one row has, costs one slot and
-// a lookup one probe. Which rows share texts is decided by comparing the texts; the hash only finds the slot.
+// A hash table with open addressing, whose slots hold the rows of one hash: the first of them in the slot itself,
+// further ones in an ordered set, so that the usual combination of texts, which one row has, costs one slot and a
+// lookup one probe. The hash only leads to rows; that they pass is seen by comparing the texts.
+//
+// A row that has no base name twice passes when it carries all the texts, and has one key: their hash. A row with two
+// attributes of one base name may carry several texts for a name, and one text twice, which then counts for another
+// name that is missing. It has a key for each choice of texts that is enough to pass; for which of the names texts were
+// chosen is the shape of a key, and a lookup tries each shape that occurs. Rows that would have very many keys are kept
+// aside and looked at one by one.
 
 #pragma once
 
@@ -29,25 +36,28 @@ struct RowPair {
     DomView text;
 };
 
+/// The filter rule: whether `count` attributes of the row each equal some pair.
+bool PassesFilter(const CRowTable& table, RowNumber row, std::span<const RowPair> pairs, std::size_t count) noexcept;
+
 class CRowIndex {
 public:
-    /// Indexes every row of the table that carries all the names of `pairs`. No row carries a name twice.
-    /// Throws std::bad_alloc.
-    CRowIndex(const CRowTable& table, std::span<const RowPair> pairs);
+    /// Indexes every row of the table by the names of `pairs`, which are different ones, as far as it carries the name
+    /// `wanted`; kNoName stands for none. Throws std::bad_alloc.
+    CRowIndex(const CRowTable& table, std::span<const RowPair> pairs, NameNumber wanted);
 
-    /// True when the index is over the names of `pairs`, in this order.
-    bool IsOver(std::span<const RowPair> pairs) const noexcept;
+    /// True when the index is over the names of `pairs`, in this order, and over `wanted`.
+    bool IsOver(std::span<const RowPair> pairs, NameNumber wanted) const noexcept;
     bool Covers(NameNumber name) const noexcept;
 
-    /// The first row after `previous` that carries all the pairs, which are those of the index's names; kNoRow when
-    /// there is none. `previous` is kNoRow for the first one.
-    RowNumber Find(const CRowTable& table, std::span<const RowPair> pairs, RowNumber previous) const noexcept;
+    /// The first row after `previous` that passes the filter of all the pairs, which are those of the index's names,
+    /// and carries the wanted name; kNoRow when there is none. `previous` is kNoRow for the first one.
+    RowNumber Find(const CRowTable& table, std::span<const RowPair> pairs, RowNumber previous) const;
 
-    /// Takes up a row of the table, if it carries all the names. Throws std::bad_alloc, and is then of no further use.
+    /// Takes up a row of the table. Throws std::bad_alloc, and is then of no further use.
     void Insert(const CRowTable& table, RowNumber row);
 
-    /// Forgets a row, whose texts are still those of its insertion.
-    void Erase(const CRowTable& table, RowNumber row) noexcept;
+    /// Forgets a row, whose texts are still those of its insertion. Throws as Insert does.
+    void Erase(const CRowTable& table, RowNumber row);
 
 private:
     struct Slot {
@@ -58,14 +68,30 @@ private:
     static constexpr std::uint32_t kFree = 0xFFFFFFFF; // never used: a search ends here
     static constexpr std::uint32_t kLeft = 0xFFFFFFFE; // used once: a search goes on
 
-    static constexpr std::size_t kNoSlot = static_cast<std::size_t>(-1);
+    using Shape = std::uint32_t; // a bit for each of the index's names
 
-    bool TakePairs(const CRowTable& table, RowNumber row) noexcept;
-    std::size_t FindSlot(const CRowTable& table, std::span<const RowPair> pairs, std::uint32_t hash) const noexcept;
+    /// One text of a row for one of the names.
+    struct Choice {
+        DomView text;
+        std::size_t hits; // attributes that have it
+    };
+
+    bool ListKeys(const CRowTable& table, RowNumber row);
+    bool ListKeysOfRepeats(const CRowTable& table, RowNumber row);
+    bool ChooseTexts(const std::vector<std::vector<Choice>>& choices, std::size_t name, std::size_t hits, Shape shape,
+                     std::uint64_t hash);
+    Slot* FindSlot(std::uint32_t hash) noexcept;
+    const Slot* FindSlot(std::uint32_t hash) const noexcept;
+    void InsertKey(std::uint32_t key, RowNumber row);
+    void EraseKey(std::uint32_t key, RowNumber row) noexcept;
     static std::size_t FreeSlot(const std::vector<Slot>& slots, std::uint32_t hash) noexcept;
     void Grow();
 
-    std::vector<RowPair> m_pairs; // the index's names, with the texts of the row being inserted or erased
-    std::vector<Slot> m_slots;    // a power of two of them, at most three quarters not free
-    std::size_t m_nUsed = 0;      // slots that are not free
+    const std::vector<NameNumber> m_names;
+    const NameNumber m_wanted;
+    std::vector<Slot> m_slots; // a power of two of them, at most three quarters not free
+    std::size_t m_nUsed = 0;   // slots that are not free
+    std::vector<Shape> m_shapes;
+    std::set<RowNumber> m_aside;       // rows without keys, because they would have too many
+    std::vector<std::uint32_t> m_keys; // of the row being inserted or erased
 };

@@ -9,7 +9,7 @@ namespace {
 
 /// More indexes than the exports ever use on one container: beyond them the oldest goes, so that a host that filters on
 /// ever new attributes does not fill the memory.
-constexpr std::size_t kMaxIndexes = 16;
+constexpr std::size_t kMaxIndexes = 32;
 
 } // namespace
 
@@ -42,14 +42,17 @@ RowNumber CRowTable::FirstCarrier(NameNumber name) noexcept {
     return row < RowCount() ? row : kNoRow;
 }
 
-const CRowIndex* CRowTable::Index(std::span<const RowPair> pairs) noexcept {
+const CRowIndex* CRowTable::Index(std::span<const RowPair> pairs, NameNumber wanted) noexcept {
+    if (wanted != kNoName && EveryRowCarries(wanted)) {
+        wanted = kNoName; // so that one index serves all the names that every row has
+    }
     for (const auto& index : m_indexes) {
-        if (index->IsOver(pairs)) {
+        if (index->IsOver(pairs, wanted)) {
             return index.get();
         }
     }
     try {
-        auto index = std::make_unique<CRowIndex>(*this, pairs);
+        auto index = std::make_unique<CRowIndex>(*this, pairs, wanted);
         if (m_indexes.size() == kMaxIndexes) {
             m_indexes.erase(m_indexes.begin());
         }
@@ -66,15 +69,20 @@ void CRowTable::Append(DomDocument& dom, DomNode node) {
     const bool bHasAttributes = dom.ListAttributes(node, m_attributes);
     const RowNumber row = RowCount();
     auto cells = std::make_unique<RowCell[]>(m_attributes.size());
+    bool bRepeats = false;
     for (std::size_t position = 0; position < m_attributes.size(); ++position) {
         const NameNumber name = NumberOf(m_attributes[position].baseName.View(), position);
-        m_bRepeatedNames = m_bRepeatedNames || m_lastCarriers[name] == row;
+        if (m_lastCarriers[name] == row) {
+            bRepeats = true;
+        } else {
+            ++m_carrierCounts[name];
+        }
         m_lastCarriers[name] = row;
         cells[position].name = name;
         cells[position].text = std::move(m_attributes[position].text);
     }
-    m_rows.push_back(
-        {std::move(node), std::move(cells), static_cast<std::uint32_t>(m_attributes.size()), true, !bHasAttributes});
+    m_rows.push_back({std::move(node), std::move(cells), static_cast<std::uint32_t>(m_attributes.size()), true,
+                      !bHasAttributes, bRepeats});
     ++m_nLive;
     if (!bHasAttributes && m_nFirstBare == kNoRow) {
         m_nFirstBare = row;
@@ -98,6 +106,7 @@ NameNumber CRowTable::NumberOf(DomView name, std::size_t position) {
     const NameNumber number = NameCount();
     m_firstCarriers.push_back(RowCount());
     m_lastCarriers.push_back(kNoRow);
+    m_carrierCounts.push_back(0);
     m_ansiNames.push_back(platform::ToAnsi(name));
     m_nameTexts.push_back(m_names.emplace(name, number).first->first);
     return number;
@@ -118,10 +127,14 @@ void CRowTable::AddToIndexes(RowNumber row, NameNumber name) noexcept {
 }
 
 void CRowTable::TakeFromIndexes(RowNumber row, NameNumber name) noexcept {
-    for (const auto& index : m_indexes) {
-        if (name == kNoName || index->Covers(name)) {
-            index->Erase(*this, row);
+    try {
+        for (const auto& index : m_indexes) {
+            if (name == kNoName || index->Covers(name)) {
+                index->Erase(*this, row);
+            }
         }
+    } catch (const std::bad_alloc&) {
+        m_indexes.clear();
     }
 }
 
@@ -139,10 +152,14 @@ void CRowTable::AddCell(RowNumber row, DomView baseName, DomText text) {
     owner.cells = std::move(cells);
     ++owner.cellCount;
     m_firstCarriers[name] = std::min(m_firstCarriers[name], row);
+    ++m_carrierCounts[name];
     AddToIndexes(row, name);
 }
 
 void CRowTable::MarkGone(RowNumber row) noexcept {
+    for (const RowCell& cell : Cells(row)) {
+        m_carrierCounts[cell.name] -= FindCell(row, cell.name) == &cell ? 1 : 0;
+    }
     m_rows[row].live = false;
     m_rows[row].node = DomNode();
     --m_nLive;
@@ -156,8 +173,8 @@ void CRowTable::Clear() noexcept {
     m_nameTexts.clear();
     m_firstCarriers.clear();
     m_lastCarriers.clear();
+    m_carrierCounts.clear();
     m_indexes.clear();
     m_nFirstBare = kNoRow;
     m_nLive = 0;
-    m_bRepeatedNames = false;
 }

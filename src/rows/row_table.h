@@ -44,8 +44,16 @@ public:
     /// The first row that is bare, or kNoRow.
     RowNumber FirstBareRow() const noexcept { return m_nFirstBare; }
 
-    /// True when some row has two attributes with one base name.
-    bool HasRepeatedNames() const noexcept { return m_bRepeatedNames; }
+    /// Whether the row has two attributes with one base name.
+    bool HasRepeatedNames(RowNumber row) const noexcept { return m_rows[row].repeats; }
+
+    /// The cells of a row that a lookup compares with what it looks for. They are counted, so that a test can tell what
+    /// a lookup costs.
+    std::span<const RowCell> LookAt(RowNumber row) const noexcept {
+        ++m_nLookedAt;
+        return Cells(row);
+    }
+    std::uint64_t LookedAt() const noexcept { return m_nLookedAt; }
 
     /// Number of a base name; kNoName when no row ever carried it.
     NameNumber FindName(DomView name) const noexcept;
@@ -59,8 +67,9 @@ public:
     /// The first row that is there and carries the name, or kNoRow.
     RowNumber FirstCarrier(NameNumber name) noexcept;
 
-    /// The index over the names of `pairs`, made on first use; null when there is no memory for it.
-    const CRowIndex* Index(std::span<const RowPair> pairs) noexcept;
+    /// The index over the names of `pairs`, which are different ones, of the rows that carry `wanted` (kNoName: of
+    /// all), made on first use; null when there is no memory for it.
+    const CRowIndex* Index(std::span<const RowPair> pairs, NameNumber wanted) noexcept;
 
 private:
     friend class CDocumentTables; // keeps the table in step with the DOM
@@ -71,6 +80,7 @@ private:
         std::uint32_t cellCount;
         bool live;
         bool bare;
+        bool repeats;
     };
 
     void Append(DomDocument& dom, DomNode node);
@@ -81,6 +91,7 @@ private:
     void MarkGone(RowNumber row) noexcept;
     void Clear() noexcept;
     NameNumber NumberOf(DomView name, std::size_t position);
+    bool EveryRowCarries(NameNumber name) const noexcept { return m_carrierCounts[name] == m_nLive; }
 
     const DomNode m_container;
     std::vector<Row> m_rows;
@@ -90,8 +101,9 @@ private:
     std::vector<DomView> m_nameTexts;       // by name: its text in m_names
     std::vector<RowNumber> m_firstCarriers; // by name: no row before this one carries it
     std::vector<RowNumber> m_lastCarriers;  // by name: the last row that was read with it
+    std::vector<RowNumber> m_carrierCounts; // by name: how many rows carry it
     std::vector<std::unique_ptr<CRowIndex>> m_indexes;
     RowNumber m_nFirstBare = kNoRow;
     RowNumber m_nLive = 0;
-    bool m_bRepeatedNames = false;
+    mutable std::uint64_t m_nLookedAt = 0;
 };

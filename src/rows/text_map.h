@@ -2,17 +2,11 @@
 
 #pragma once
 
-#include "rows/text_hash.h"
+#include "platform/text_hash.h"
 
 #include <functional>
 #include <string>
-#include <string_view>
 #include <unordered_map>
 
-struct TextHash {
-    using is_transparent = void;
-    std::size_t operator()(std::basic_string_view<DomChar> text) const noexcept { return HashText(text); }
-};
-
 template <class Value>
-using CTextMap = std::unordered_map<std::basic_string<DomChar>, Value, TextHash, std::equal_to<>>;
+using CTextMap = std::unordered_map<std::basic_string<DomChar>, Value, TextHash<DomChar>, std::equal_to<>>;

@@ -160,6 +160,8 @@ private:
 
     void MakeLarge(RefNode& document) {
         const bool bManyContainers = m_choices.OneIn(2);
+        const bool bRepeats = m_choices.OneIn(2); // base names that rows have twice
+        const bool bGaps = m_choices.OneIn(2);    // attributes that rows lack
         const std::size_t containers = bManyContainers ? 100 : 2;
         for (std::size_t index = 0; index < containers; ++index) {
             RefNode container = Element("L" + std::to_string(index));
@@ -168,7 +170,15 @@ private:
             for (std::size_t row = 0; row < rows; ++row) {
                 RefNode item = Element("i");
                 for (std::size_t attribute = 0; attribute < std::size(kLargeRanges); ++attribute) {
-                    item.attributes.push_back({"T" + std::to_string(attribute), LargeText()});
+                    if (!bGaps || !m_choices.OneIn(6)) {
+                        item.attributes.push_back({"T" + std::to_string(attribute), LargeText()});
+                    }
+                    if (bRepeats && m_choices.OneIn(3)) {
+                        item.attributes.push_back({"n:T" + std::to_string(attribute), LargeText()});
+                    }
+                    if (bRepeats && m_choices.OneIn(6)) {
+                        item.attributes.push_back({"m:T" + std::to_string(attribute), LargeText()});
+                    }
                 }
                 Remember(item);
                 container.children.push_back(std::move(item));

@@ -305,3 +305,10 @@ TEST(Writers, GiveTheLockBack) {
         }
     }
 }
+
+TEST(WritingAnAttribute, ThatDeclaresANamespaceLooksBeyondCommentsWithin) {
+    CEngineDocument document("<r xmlns:m=\"1\"><L><i xmlns:n=\"2\"><x><!--c--><y m:a=\"\"/></x></i></L></r>");
+    const CRequest query("L", "n", "3");
+    EXPECT_EQ(WriteAttribute(&document.Object(), &query), 0) << "nothing within is undeclared";
+    EXPECT_EQ(document.Text("L"), "<L><i xmlns:n=\"3\"><x><!--c--><y m:a=\"\"/></x></i></L>");
+}

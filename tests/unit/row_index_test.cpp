@@ -4,7 +4,8 @@
 
 #include "engine_document.h"
 #include "nodes/node_writers.h"
-#include "rows/text_hash.h"
+#include "platform/random.h"
+#include "platform/text_hash.h"
 #include "store/module_state.h"
 #include "store/node_readers.h"
 
@@ -30,13 +31,19 @@ std::string Document(int rows, int groups) {
 /// The rows that the index over B gives for a text, in its order.
 std::vector<RowNumber> FindAll(CRowTable& table, const std::string& text) {
     const RowPair pair{table.FindName("B"), text};
-    const CRowIndex* const index = table.Index({&pair, 1});
+    const CRowIndex* const index = table.Index({&pair, 1}, kNoName);
     std::vector<RowNumber> rows;
     for (RowNumber row = index->Find(table, {&pair, 1}, kNoRow); row != kNoRow;
          row = index->Find(table, {&pair, 1}, row)) {
         rows.push_back(row);
     }
     return rows;
+}
+
+/// The part of a text's hash that an index over one name keeps.
+std::uint32_t KeptHash(const std::string& text) {
+    const std::uint64_t hash = HashText(std::string_view(text));
+    return static_cast<std::uint32_t>(hash ^ hash >> 32);
 }
 
 CRowTable& Table(CEngineDocument& document) { return *document.Tables().FindTable("L"); }
@@ -56,7 +63,7 @@ TEST(RowIndex, TellsTextsOfOneHashApart) {
     int first = 0;
     int second = 0;
     for (int number = 0; second == 0; ++number) {
-        const auto [place, bNew] = seen.emplace(static_cast<std::uint32_t>(HashText(Text(number))), number);
+        const auto [place, bNew] = seen.emplace(KeptHash(Text(number)), number);
         first = place->second;
         second = bNew ? 0 : number;
     }
@@ -72,8 +79,8 @@ TEST(RowIndex, IsMadeOnceForTheSameNames) {
     const RowPair b{table.FindName("B"), "1"};
     const RowPair other{table.FindName("B"), "2"};
     const RowPair a{table.FindName("A"), "1"};
-    EXPECT_EQ(table.Index({&b, 1}), table.Index({&other, 1}));
-    EXPECT_NE(table.Index({&b, 1}), table.Index({&a, 1}));
+    EXPECT_EQ(table.Index({&b, 1}, kNoName), table.Index({&other, 1}, kNoName));
+    EXPECT_NE(table.Index({&b, 1}, kNoName), table.Index({&a, 1}, kNoName));
 }
 
 TEST(RowIndex, IsOverItsNamesInTheirOrder) {
@@ -83,10 +90,11 @@ TEST(RowIndex, IsOverItsNamesInTheirOrder) {
     const NameNumber b = table.FindName("B");
     const RowPair pairs[] = {{a, "1"}, {b, "1"}};
     const RowPair swapped[] = {{b, "1"}, {a, "1"}};
-    const CRowIndex index(table, pairs);
-    EXPECT_TRUE(index.IsOver(pairs));
-    EXPECT_FALSE(index.IsOver(swapped));
-    EXPECT_FALSE(index.IsOver({pairs, 1}));
+    const CRowIndex index(table, pairs, kNoName);
+    EXPECT_TRUE(index.IsOver(pairs, kNoName));
+    EXPECT_FALSE(index.IsOver(pairs, a));
+    EXPECT_FALSE(index.IsOver(swapped, kNoName));
+    EXPECT_FALSE(index.IsOver({pairs, 1}, kNoName));
     EXPECT_TRUE(index.Covers(a));
     EXPECT_TRUE(index.Covers(b));
     EXPECT_FALSE(index.Covers(kNoName));
@@ -97,7 +105,7 @@ TEST(RowIndex, LeavesOutRowsThatLackOneOfItsNames) {
     CRowTable& table = Table(document);
     EXPECT_EQ(FindAll(table, "x"), (std::vector<RowNumber>{0, 1}));
     const RowPair pairs[] = {{table.FindName("B"), "x"}, {table.FindName("A"), "2"}};
-    EXPECT_EQ(table.Index(pairs)->Find(table, pairs, kNoRow), kNoRow);
+    EXPECT_EQ(table.Index(pairs, kNoName)->Find(table, pairs, kNoRow), kNoRow);
 }
 
 TEST(RowIndex, FindsEveryOneOfManyTexts) {
@@ -159,4 +167,123 @@ TEST(RowIndex, OfOneTextForAllRowsFollowsThemAll) {
     ASSERT_EQ(left.size(), 1100u);
     EXPECT_EQ(left.front(), 900u);
     EXPECT_EQ(left.back(), 1999u);
+}
+
+namespace {
+
+/// Rows that a lookup of the attribute `wanted` looks at in the table L, once its index is made; more than `most` of
+/// them is what no document may bring about.
+std::uint64_t LooksOf(CEngineDocument& document, const char* wanted,
+                      const std::vector<std::pair<const char*, const char*>>& pairs, int32_t status) {
+    const auto look = [&] {
+        CRequest query("L", wanted);
+        for (const auto& [name, value] : pairs) {
+            query.With(name, value);
+        }
+        EXPECT_EQ(ReadAttribute(&document.Object(), &query), status);
+    };
+    look();
+    const std::uint64_t before = Table(document).LookedAt();
+    look();
+    return Table(document).LookedAt() - before;
+}
+
+constexpr std::uint64_t kFewLooks = 3;
+
+std::string Repeated(int count, const std::string& row) {
+    std::string rows;
+    for (int index = 0; index < count; ++index) {
+        rows += row;
+    }
+    return rows;
+}
+
+std::string InList(const std::string& rows) { return "<r xmlns:n=\"1\" xmlns:m=\"2\"><L>" + rows + "</L></r>"; }
+
+} // namespace
+
+TEST(ALookup, LooksAtFewRowsWhereManyShareAKeyButLackTheAttribute) {
+    CEngineDocument without(InList(Repeated(1000, "<i K=\"x\" T=\"1\"/>") + "<i K=\"y\" A=\"1\"/>"));
+    EXPECT_LE(LooksOf(without, "A", {{"K", "x"}}, 1), kFewLooks);
+    EXPECT_LE(LooksOf(without, "A", {{"K", "x"}, {"T", "1"}}, 1), kFewLooks);
+    CEngineDocument last(InList(Repeated(1000, "<i K=\"x\"/>") + "<i K=\"x\" A=\"1\"/>"));
+    EXPECT_LE(LooksOf(last, "A", {{"K", "x"}}, 0), kFewLooks);
+}
+
+TEST(ALookup, LooksAtFewRowsWhereOneHasABaseNameTwice) {
+    std::string rows;
+    for (int row = 0; row < 1000; ++row) {
+        rows += "<i K=\"" + Text(row) + "\" A=\"" + Text(row) + "\"/>";
+    }
+    CEngineDocument document(InList(rows + "<i K=\"999\" n:K=\"twice\" A=\"last\"/>"));
+    EXPECT_LE(LooksOf(document, "A", {{"K", "999"}}, 0), kFewLooks);
+    EXPECT_LE(LooksOf(document, "A", {{"K", "twice"}}, 0), kFewLooks);
+    EXPECT_LE(LooksOf(document, "A", {{"K", "twice"}, {"A", "last"}}, 0), kFewLooks);
+    EXPECT_LE(LooksOf(document, "A", {{"K", "none"}}, 1), kFewLooks);
+}
+
+TEST(ALookup, LooksAtFewRowsWhereAllHaveBaseNamesTwice) {
+    std::string rows;
+    for (int row = 0; row < 1000; ++row) {
+        rows += "<i K=\"" + Text(row) + "\" n:K=\"other" + Text(row) + "\" m:K=\"same\" T=\"1\" n:T=\"1\"/>";
+    }
+    CEngineDocument document(InList(rows));
+    EXPECT_LE(LooksOf(document, "K", {{"K", "999"}}, 0), kFewLooks);
+    EXPECT_LE(LooksOf(document, "K", {{"K", "other999"}}, 0), kFewLooks);
+    EXPECT_LE(LooksOf(document, "K", {{"K", "999"}, {"T", "2"}}, 1), kFewLooks);
+    EXPECT_LE(LooksOf(document, "K", {{"K", "none"}, {"T", "1"}}, 0), kFewLooks) << "the two T count for both";
+    EXPECT_LE(LooksOf(document, "K", {{"K", "none"}, {"T", "2"}}, 1), kFewLooks);
+}
+
+TEST(ALookup, LooksAtFewRowsForANameThatNoRowCarries) {
+    CEngineDocument document(InList(Repeated(1000, "<i K=\"x\" n:K=\"y\"/>")));
+    EXPECT_LE(LooksOf(document, "K", {{"K", "x"}, {"none", "1"}}, 1), kFewLooks);
+}
+
+TEST(ALookup, FindsARowWithSoManyAttributesOfOneNameThatItIsKeptAside) {
+    std::string twins;
+    std::string declarations;
+    for (int number = 0; number < 100; ++number) {
+        declarations += " xmlns:p" + Text(number) + "=\"" + Text(number) + "\"";
+        twins += " p" + Text(number) + ":K=\"" + Text(number) + "\"";
+    }
+    CEngineDocument document("<r" + declarations + "><L><i K=\"1\" A=\"no\"/><i" + twins + " A=\"yes\"/></L></r>");
+    EXPECT_LE(LooksOf(document, "A", {{"K", "57"}}, 0), kFewLooks);
+    CRequest query = CRequest("L", "A").With("K", "99");
+    ASSERT_EQ(ReadAttribute(&document.Object(), &query), 0);
+    EXPECT_EQ(query.FirstValue(), "yes");
+    const CRequest remove = CRequest("L", "").With("K", "99");
+    ASSERT_EQ(RemoveItems(&document.Object(), &remove), 0);
+    CRequest again = CRequest("L", "A").With("K", "57");
+    EXPECT_EQ(ReadAttribute(&document.Object(), &again), 1);
+}
+
+TEST(ALookup, ForAnAttributeThatARowComesToLackOrToHaveStaysRight) {
+    CEngineDocument document(InList("<i K=\"x\" A=\"1\"/><i K=\"x\" A=\"2\"/>"));
+    EXPECT_LE(LooksOf(document, "A", {{"K", "x"}}, 0), kFewLooks);
+    const CRequest lacking = CRequest("L", "").With("K", "y");
+    ASSERT_EQ(WriteItem(&document.Object(), &lacking), 0);
+    EXPECT_LE(LooksOf(document, "A", {{"K", "y"}}, 1), kFewLooks);
+    ASSERT_EQ(RemoveItems(&document.Object(), &lacking), 0);
+    EXPECT_LE(LooksOf(document, "A", {{"K", "x"}}, 0), kFewLooks);
+    EXPECT_LE(LooksOf(document, "A", {{"K", "y"}}, 1), kFewLooks);
+}
+
+TEST(TheHashOfTexts, IsTheOneThatIsPublished) {
+    // Key and messages of the paper that introduced it, for two rounds a block and four at the end.
+    unsigned char message[16];
+    for (unsigned char index = 0; index < sizeof message; ++index) {
+        message[index] = index;
+    }
+    constexpr HashKey kKey = {0x0706050403020100u, 0x0F0E0D0C0B0A0908u};
+    EXPECT_EQ((SipHash<2, 4>(kKey, message, 0)), 0x726FDB47DD0E0E31u);
+    EXPECT_EQ((SipHash<2, 4>(kKey, message, 1)), 0x74F839C593DC67FDu);
+    EXPECT_EQ((SipHash<2, 4>(kKey, message, 15)), 0xA129CA6149BE45E5u);
+}
+
+TEST(TheHashOfTexts, IsUnderAKeyThatNobodyForesees) {
+    const HashKey other = {kProcessKey.first + 1, kProcessKey.second};
+    EXPECT_NE((SipHash<1, 3>(kProcessKey, "text", 4)), (SipHash<1, 3>(other, "text", 4)));
+    EXPECT_NE(platform::RandomNumber(), platform::RandomNumber());
+    EXPECT_NE(kProcessKey.first, kProcessKey.second);
 }

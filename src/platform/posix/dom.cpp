@@ -116,10 +116,12 @@ CNamespaceScopes ScopesOf(pugi::xml_node element) {
 const char* CheckNamespaces(pugi::xml_node element, const Change& change) {
     CNamespaceScopes scopes = ScopesOf(element.parent());
     for (pugi::xml_node node = element; !node.empty(); node = NextNode(node, element)) {
+        if (node.type() != pugi::node_element) {
+            continue;
+        }
         const std::size_t depth = DepthOf(node);
         scopes.Leave(depth);
-        const char* const wrong =
-            node.type() == pugi::node_element ? EnterElement(scopes, depth, node, change) : nullptr;
+        const char* const wrong = EnterElement(scopes, depth, node, change);
         if (wrong != nullptr) {
             return wrong;
         }

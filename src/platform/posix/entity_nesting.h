@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "platform/text_hash.h"
+
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -34,6 +36,6 @@ private:
 
     static bool Deepen(Entity& changed);
 
-    std::unordered_map<std::string, Entity> m_byName; // also those that were only named so far
+    std::unordered_map<std::string, Entity, TextHash<char>> m_byName; // also those that were only named so far
     std::size_t m_nDeclared = 0;
 };
