@@ -3,6 +3,7 @@
 #include "platform/code_page.h"
 
 #include "platform/letter_case.h"
+#include "platform/utf8.h"
 
 #include <cstring>
 
@@ -11,56 +12,6 @@ namespace platform {
 namespace {
 
 constexpr std::string_view kReplacement = "\xEF\xBF\xBD"; // U+FFFD
-constexpr char32_t kReplacementCharacter = 0xFFFD;
-
-/// One step through UTF-8 text: a code point, or the longest part of one that is ill-formed.
-struct Step {
-    std::size_t length;
-    char32_t codePoint;
-    bool valid;
-};
-
-bool IsContinuation(std::string_view text, std::size_t position, unsigned char low, unsigned char high) noexcept {
-    if (position >= text.size()) {
-        return false;
-    }
-    const auto byte = static_cast<unsigned char>(text[position]);
-    return byte >= low && byte <= high;
-}
-
-Step StepAt(std::string_view text, std::size_t position) noexcept {
-    const auto lead = static_cast<unsigned char>(text[position]);
-    if (lead < 0x80) {
-        return {1, lead, true};
-    }
-    // The range of the second byte excludes overlong forms, surrogates and what lies beyond U+10FFFF.
-    std::size_t length = 0;
-    unsigned char low = 0x80;
-    unsigned char high = 0xBF;
-    if (lead >= 0xC2 && lead <= 0xDF) {
-        length = 2;
-    } else if (lead >= 0xE0 && lead <= 0xEF) {
-        length = 3;
-        low = lead == 0xE0 ? 0xA0 : low;
-        high = lead == 0xED ? 0x9F : high;
-    } else if (lead >= 0xF0 && lead <= 0xF4) {
-        length = 4;
-        low = lead == 0xF0 ? 0x90 : low;
-        high = lead == 0xF4 ? 0x8F : high;
-    } else {
-        return {1, kReplacementCharacter, false};
-    }
-    char32_t codePoint = lead & (0xFFu >> (length + 1));
-    for (std::size_t index = 1; index < length; ++index) {
-        if (!IsContinuation(text, position + index, low, high)) {
-            return {index, kReplacementCharacter, false};
-        }
-        codePoint = codePoint << 6 | (static_cast<unsigned char>(text[position + index]) & 0x3Fu);
-        low = 0x80;
-        high = 0xBF;
-    }
-    return {length, codePoint, true};
-}
 
 /// Most texts are, and every lookup asks it of several.
 bool IsAscii(std::string_view text) noexcept {
@@ -89,7 +40,7 @@ std::size_t ValidPrefix(std::string_view text) noexcept {
     }
     std::size_t position = 0;
     while (position < text.size()) {
-        const Step step = StepAt(text, position);
+        const Utf8Step step = Utf8StepAt(text, position);
         if (!step.valid) {
             break;
         }
@@ -107,7 +58,7 @@ CDomArgument::CDomArgument(const AnsiString& text) : m_borrowed(text.c_str(), te
     }
     m_strConverted.assign(m_borrowed, 0, position);
     while (position < m_borrowed.size()) {
-        const Step step = StepAt(m_borrowed, position);
+        const Utf8Step step = Utf8StepAt(m_borrowed, position);
         m_strConverted += step.valid ? m_borrowed.substr(position, step.length) : kReplacement;
         position += step.length;
     }
@@ -116,7 +67,7 @@ CDomArgument::CDomArgument(const AnsiString& text) : m_borrowed(text.c_str(), te
 AnsiString ToAnsi(std::string_view text) { return AnsiString(text.data(), text.size()); }
 
 char32_t NextCodePoint(std::string_view text, std::size_t& position) noexcept {
-    const Step step = StepAt(text, position);
+    const Utf8Step step = Utf8StepAt(text, position);
     position += step.length;
     return step.codePoint;
 }
@@ -138,7 +89,7 @@ std::size_t WholeCharacters(std::string_view text, std::size_t size) noexcept {
     if (size >= text.size()) {
         return text.size();
     }
-    while (size != 0 && IsContinuation(text, size, 0x80, 0xBF)) {
+    while (size != 0 && IsUtf8Continuation(text, size)) {
         --size;
     }
     return size;

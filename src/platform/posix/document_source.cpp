@@ -3,6 +3,7 @@
 #include "file_opening.h"
 #include "platform/document_encoding.h"
 #include "platform/document_limits.h"
+#include "platform/utf8.h"
 #include "windows_encodings.h"
 
 #include <fcntl.h>
@@ -62,17 +63,6 @@ bool CanHoldDocument(const struct stat& status, CReason* reason) noexcept {
         return false;
     }
     return true;
-}
-
-/// Appends a character of the first plane.
-void AppendUtf8(std::string& text, char16_t character) {
-    if (character < 0x800) {
-        text += static_cast<char>(0xC0 | character >> 6);
-    } else {
-        text += static_cast<char>(0xE0 | character >> 12);
-        text += static_cast<char>(0x80 | (character >> 6 & 0x3F));
-    }
-    text += static_cast<char>(0x80 | (character & 0x3F));
 }
 
 class CConverter {

@@ -3,7 +3,7 @@
 #include "doctor/checks.h"
 
 #include "doctor/document_encoding.h"
-#include "utf8.h"
+#include "platform/utf8.h"
 
 #include <algorithm>
 

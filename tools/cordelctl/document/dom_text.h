@@ -3,7 +3,7 @@
 #pragma once
 
 #include "dom_types.h"
-#include "utf8.h"
+#include "platform/utf8.h"
 
 #include <string>
 #include <string_view>

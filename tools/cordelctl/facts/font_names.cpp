@@ -1,6 +1,6 @@
 #include "font_names.h"
 
-#include "utf8.h"
+#include "platform/utf8.h"
 
 namespace {
 

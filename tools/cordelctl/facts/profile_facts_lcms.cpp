@@ -2,7 +2,7 @@
 
 #include "profile_facts.h"
 
-#include "utf8.h"
+#include "platform/utf8.h"
 
 #include <lcms2.h>
 

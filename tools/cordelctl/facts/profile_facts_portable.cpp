@@ -3,7 +3,7 @@
 #include "file_bytes.h"
 #include "profile_facts.h"
 
-#include "utf8.h"
+#include "platform/utf8.h"
 
 #include <algorithm>
 #include <array>

@@ -3,9 +3,9 @@
 #include "records/field_text.h"
 
 #include "failure.h"
+#include "platform/utf8.h"
 #include "schema/schema.h"
 #include "system/system.h"
-#include "utf8.h"
 
 #include <algorithm>
 

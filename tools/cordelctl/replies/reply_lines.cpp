@@ -1,7 +1,7 @@
 #include "reply_lines.h"
 
+#include "platform/utf8.h"
 #include "reply_error.h"
-#include "utf8.h"
 
 #include <array>
 #include <utility>

@@ -1,7 +1,7 @@
 #include "volume_table.h"
 
+#include "platform/utf8.h"
 #include "reply_words.h"
-#include "utf8.h"
 
 #include <stdexcept>
 #include <vector>

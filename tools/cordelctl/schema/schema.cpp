@@ -3,10 +3,10 @@
 #include "schema/schema.h"
 
 #include "failure.h"
+#include "platform/utf8.h"
 #include "system/system.h"
 #include "text/nearest.h"
 #include "text/number_text.h"
-#include "utf8.h"
 
 #include <algorithm>
 #include <array>

@@ -2,7 +2,7 @@
 
 #include "system/system.h"
 
-#include "utf8.h"
+#include "platform/utf8.h"
 
 #include "cordelbox.h"
 

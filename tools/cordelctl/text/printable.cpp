@@ -2,7 +2,7 @@
 
 #include "text/printable.h"
 
-#include "utf8.h"
+#include "platform/utf8.h"
 
 #include <algorithm>
 #include <array>

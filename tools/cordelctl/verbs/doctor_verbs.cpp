@@ -4,10 +4,10 @@
 #include "doctor/examination.h"
 #include "doctor/mending.h"
 #include "failure.h"
+#include "platform/utf8.h"
 #include "print.h"
 #include "system/terminal.h"
 #include "text/printable.h"
-#include "utf8.h"
 #include "verbs/rows.h"
 #include "verbs/verbs.h"
 

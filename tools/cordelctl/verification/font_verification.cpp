@@ -5,8 +5,8 @@
 #include "font_tables.h"
 #include "glyph_outlines.h"
 #include "glyph_places.h"
+#include "platform/utf8.h"
 #include "table_reader.h"
-#include "utf8.h"
 
 #include <algorithm>
 #include <cstdio>
