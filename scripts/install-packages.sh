@@ -25,7 +25,8 @@ packages_of() {
         ;;
     native)
         packages_of build
-        echo git clang-format clang-tidy cppcheck python3 abigail-tools colord-data fonts-tlwg-loma-otf fonts-wqy-microhei
+        echo git clang-format clang-tidy cppcheck python3 abigail-tools colord-data fonts-tlwg-loma-otf fonts-wqy-microhei \
+            e2fsprogs xfsprogs btrfs-progs mount
         ;;
     windows)
         echo g++-mingw-w64-x86-64-posix cmake ninja-build googletest libcli11-dev nlohmann-json3-dev wine wine64 \

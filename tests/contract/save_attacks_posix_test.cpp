@@ -31,9 +31,14 @@ const char* const kInfo = "<Info><Item Name=\"before\"/></Info>";
 const Records kBefore{Record{{"Name", "before"}}};
 const Records kAfter{Record{{"Name", "after"}}};
 
-constexpr uid_t kUser = 65534; // what CUnprivileged becomes
 constexpr uid_t kOtherUser = 1234;
 constexpr gid_t kOtherGroup = 4321;
+
+/// Who the process is while it has no privileges.
+uid_t UnprivilegedUser() {
+    const CUnprivileged nobody;
+    return ::geteuid();
+}
 
 /// Runs the work in a process of its own and returns how that ended, as waitpid says.
 template <class Work>
@@ -137,7 +142,7 @@ protected:
 
     /// Gives the copy and its folder to a user without privileges.
     void GiveAway(uid_t owner, gid_t group, mode_t mode) const {
-        ASSERT_EQ(::chown(Folder().c_str(), kUser, static_cast<gid_t>(-1)), 0);
+        ASSERT_EQ(::chown(Folder().c_str(), UnprivilegedUser(), static_cast<gid_t>(-1)), 0);
         ASSERT_EQ(::chown(UserMainPath().c_str(), owner, group), 0);
         ASSERT_EQ(::chmod(UserMainPath().c_str(), mode), 0);
     }
@@ -399,7 +404,7 @@ TEST_F(SaveAttacks, AGroupThatCannotBeKeptLendsItsRightsToNoOther) {
     }
     for (const auto& [before, after] : {std::pair<mode_t, mode_t>{0640, 0600}, {0664, 0644}, {0604, 0600}}) {
         CopyMainForUser(Document(kInfo));
-        GiveAway(kUser, kOtherGroup, before);
+        GiveAway(UnprivilegedUser(), kOtherGroup, before);
         {
             const CUnprivileged nobody;
             Change();
@@ -421,7 +426,7 @@ TEST_F(SaveAttacks, AnOwnerThatCannotBeKeptLendsItsRightsToNobody) {
             Change();
         }
         EXPECT_EQ(SavedItems("Info"), kAfter);
-        EXPECT_EQ(OwnerOf(UserMainPath()), kUser);
+        EXPECT_EQ(OwnerOf(UserMainPath()), UnprivilegedUser());
         EXPECT_EQ(ModeOf(UserMainPath()), after);
     }
 }
@@ -431,7 +436,7 @@ TEST_F(SaveAttacks, AListGoesWithTheGroupItSpeaksOf) {
     if (::geteuid() != 0) {
         GTEST_SKIP() << "needs the right to give files away";
     }
-    GiveAway(kUser, kOtherGroup, 0660);
+    GiveAway(UnprivilegedUser(), kOtherGroup, 0660);
     if (!SetFileAttribute(
             UserMainPath(), kAccessList,
             AccessListBytes({{Owner, 6}, {User, 6, kOtherUser}, {OwningGroup, 6}, {Mask, 6}, {Others, 0}}))) {
@@ -499,6 +504,7 @@ TEST_F(SaveAttacks, ADocumentThatOnlyItsOwnerMayReplaceIsWrittenInPlace) {
     }
     ASSERT_EQ(::chown(UserMainPath().c_str(), kOtherUser, kOtherGroup), 0);
     ASSERT_EQ(::chmod(UserMainPath().c_str(), 0666), 0);
+    ASSERT_EQ(::chown(Folder().c_str(), kOtherUser, kOtherGroup), 0);
     ASSERT_EQ(::chmod(Folder().c_str(), 01777), 0);
     {
         const CUnprivileged nobody;
