@@ -18,7 +18,9 @@
 /// installed document. What is saved: the whole document, and only over a per-user copy that exists and can
 /// be written; the library never creates a file or a folder there and never writes beside the executable.
 /// Without such a copy a change lasts until the document is released, and no function says so.
-/// A save replaces the copy in one step: an interrupted save leaves the old document or the new one.
+/// A save replaces the copy in one step: an interrupted save leaves the old document or the new one. Nobody may
+/// do more with the copy afterwards than before. A save that would have to wait longer than a second for
+/// somebody else does not take place.
 ///
 /// Shape of every document: a container element, found by its tag name (the first one in document order
 /// below the document element), holds a flat list of children, and each child carries one record in its

@@ -95,12 +95,14 @@ public:
             std::size_t room = piece.size();
             const std::size_t result = iconv(m_hConverter, &input, &left, &output, &room);
             const bool bStopped = result == static_cast<std::size_t>(-1) && errno != E2BIG;
+            bool bWhole = true;
             text.remove_prefix(length - left);
             if (text.empty() || CanCompose()) {
-                iconv(m_hConverter, nullptr, nullptr, &output, &room); // a letter may have been kept to the last
+                // A letter may have been kept to the last.
+                bWhole = iconv(m_hConverter, nullptr, nullptr, &output, &room) != static_cast<std::size_t>(-1);
             }
             converted.append(piece, 0, piece.size() - room);
-            if (bStopped && !AppendAdded(text, converted)) {
+            if (!bWhole || (bStopped && !AppendAdded(text, converted))) {
                 return false;
             }
         }
