@@ -21,7 +21,7 @@ class DomError : public std::exception {
 public:
     /// `words` is a literal.
     explicit DomError(const char* words) noexcept : m_pWords(words) {}
-    DomError(const char* words, CReason reason) noexcept : m_pWords(words), m_reason(std::move(reason)) {}
+    DomError(const char* words, CReason&& reason) noexcept : m_pWords(words), m_reason(std::move(reason)) {}
     const char* what() const noexcept override { return m_pWords; }
 
     /// Why: what it was made with, or else its words.
