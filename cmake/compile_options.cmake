@@ -1,8 +1,10 @@
 # Warnings, hardening and instrumentation for everything that is built here.
 
 add_library(cordelbox_warnings INTERFACE)
-target_compile_options(cordelbox_warnings INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
-
+target_compile_options(cordelbox_warnings INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
+if(CORDELBOX_WARNINGS_AS_ERRORS)
+    target_compile_options(cordelbox_warnings INTERFACE -Werror)
+endif()
 if(CORDELBOX_SANITIZE)
     add_compile_options(-fsanitize=${CORDELBOX_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
     add_link_options(-fsanitize=${CORDELBOX_SANITIZE})

@@ -8,7 +8,7 @@
 #   fonts      to verify the fonts of many families
 #   windows    to build for Windows and to run the tests under Wine
 #   bench      to build and run the benchmarks
-#   fuzz       to build and run the fuzz targets
+#   clang      to build with clang, and to run the fuzz targets
 #   coverage   to measure which lines the tests reach
 #   packages   to make the packages, the installer for Windows and the API pages
 #   bare       to make a bare machine (scripts/on-bare-machine)
@@ -42,7 +42,7 @@ packages_of() {
         packages_of build
         echo libbenchmark-dev libsqlite3-dev libxml2-dev
         ;;
-    fuzz)
+    clang)
         packages_of build
         echo clang libclang-rt-dev llvm
         ;;

@@ -109,6 +109,8 @@ bool CLibraryMemory::HasFailed() noexcept { return g_bFailed; }
 
 std::size_t CLibraryMemory::Outstanding() noexcept { return g_nOutstanding; }
 
+// Everything in the process must find these instead of the C library's, shared libraries too.
+#pragma GCC visibility push(default)
 extern "C" {
 
 void* malloc(std::size_t size) noexcept { return Refuses() ? nullptr : Noted(__libc_malloc(size)); }
@@ -135,3 +137,4 @@ void free(void* block) noexcept {
 }
 
 } // extern "C"
+#pragma GCC visibility pop

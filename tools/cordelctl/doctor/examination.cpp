@@ -9,6 +9,7 @@
 #include "text/nearest.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace {
 
@@ -106,7 +107,12 @@ Examination Examine(const Patient& patient) {
     for (Finding& finding : result.findings) {
         finding.line = LineAt(bytes, finding.place);
     }
-    std::stable_sort(result.findings.begin(), result.findings.end(),
-                     [](const Finding& left, const Finding& right) { return left.level > right.level; });
+    // The worst first, otherwise in the order in which they were found.
+    std::vector<Finding> findings;
+    for (const Level level : {Level::Error, Level::Warning, Level::Note}) {
+        std::copy_if(result.findings.begin(), result.findings.end(), std::back_inserter(findings),
+                     [level](const Finding& finding) { return finding.level == level; });
+    }
+    result.findings = std::move(findings);
     return result;
 }

@@ -1,0 +1,3 @@
+// Carries the headers that are compiled once for the tests.
+
+int main() {}
