@@ -81,7 +81,6 @@ struct PageFile {
 
 struct PageFileGroup {
     std::string title;
-    bool hasPictures = false;
     std::vector<PageFile> files;
 };
 

@@ -1,7 +1,7 @@
 #include "page/page_writer.h"
 
 #include "page/page_template.h"
-#include "page/page_text.h"
+#include "text/printable.h"
 
 #include <kainjow/mustache.hpp>
 
@@ -17,6 +17,10 @@ using kainjow::mustache::partial;
 
 constexpr double kBarWidth = 1000;
 
+/// A text as the page shows it: no control character reaches it, no mark that turns the text around it, and nothing
+/// that XML cannot hold. Markup is escaped where the text is put in.
+std::string Shown(const std::string& text) { return Printable(text); }
+
 std::string Rounded(double number) { return std::to_string(std::lround(number)); }
 
 /// Sets a text; an empty one is no text to the page, which then leaves out what stands around it.
@@ -24,7 +28,7 @@ void SetText(data& object, const std::string& key, const std::string& text) {
     if (text.empty()) {
         object.set(key, data(false));
     } else {
-        object.set(key, PageText(text));
+        object.set(key, Shown(text));
     }
 }
 
@@ -44,7 +48,7 @@ data Drawn(const PageBar& bar) {
     object.set("used", Rounded(used * kBarWidth));
     SetText(object, "added", added > 0 || bar.isTooMuch ? Rounded(std::max(added * kBarWidth, 1.0)) : "");
     object.set("addedClass", bar.isTooMuch ? "over" : "added");
-    object.set("text", PageText(bar.text));
+    object.set("text", Shown(bar.text));
     return object;
 }
 
@@ -54,8 +58,8 @@ data Drawn(const PageFinding& finding) {
     data object;
     object.set("severity", finding.severity);
     object.set("severityClass", finding.severity == "error" ? "bad" : "quiet");
-    object.set("where", PageText(finding.where));
-    object.set("text", PageText(finding.text));
+    object.set("where", Shown(finding.where));
+    object.set("text", Shown(finding.text));
     SetText(object, "advice", finding.advice);
     SetText(object, "anchor", finding.anchor);
     return object;
@@ -64,29 +68,29 @@ data Drawn(const PageFinding& finding) {
 data Drawn(const PageVolume& volume) {
     data object;
     SetText(object, "anchor", volume.anchor);
-    object.set("name", PageText(volume.name));
-    object.set("label", PageText(volume.label));
-    object.set("location", PageText(volume.location));
-    object.set("status", PageText(volume.status));
-    object.set("total", PageText(volume.total));
-    object.set("free", PageText(volume.free));
+    object.set("name", Shown(volume.name));
+    object.set("label", Shown(volume.label));
+    object.set("location", Shown(volume.location));
+    object.set("status", Shown(volume.status));
+    object.set("total", Shown(volume.total));
+    object.set("free", Shown(volume.free));
     SetBar(object, volume.bar);
     return object;
 }
 
 data Drawn(const PageDevice& device) {
     data object;
-    object.set("name", PageText(device.name));
+    object.set("name", Shown(device.name));
     object.set("volumes", ListOf(device.volumes, [](const PageVolume& volume) { return Drawn(volume); }));
     return object;
 }
 
 data Drawn(const PageSending& sending) {
     data object;
-    object.set("volume", PageText(sending.volume));
-    object.set("files", PageText(sending.files));
-    object.set("before", PageText(sending.before));
-    object.set("after", PageText(sending.after));
+    object.set("volume", Shown(sending.volume));
+    object.set("files", Shown(sending.files));
+    object.set("before", Shown(sending.before));
+    object.set("after", Shown(sending.after));
     object.set("fits", data(sending.fits));
     SetBar(object, sending.bar);
     return object;
@@ -100,9 +104,9 @@ data Drawn(const PagePartitionMap& map) {
         const double width = std::clamp(partition.share, 0.0, 1.0 - left);
         data block;
         SetText(block, "anchor", partition.anchor);
-        block.set("name", PageText(partition.name));
-        block.set("size", PageText(partition.size));
-        block.set("percent", PageText(partition.percent));
+        block.set("name", Shown(partition.name));
+        block.set("size", Shown(partition.size));
+        block.set("percent", Shown(partition.percent));
         block.set("x", Rounded(left * kBarWidth));
         block.set("width", Rounded(width * kBarWidth));
         block.set("even", data(bEven));
@@ -111,7 +115,7 @@ data Drawn(const PagePartitionMap& map) {
         bEven = !bEven;
     }
     data object;
-    object.set("title", PageText(map.title));
+    object.set("title", Shown(map.title));
     object.set("blocks", blocks);
     return object;
 }
@@ -122,7 +126,7 @@ data Drawn(const Specimen& specimen, const std::string& text) {
                           std::to_string(specimen.ascent + specimen.descent));
     object.set("path", specimen.path);
     SetText(object, "missingPath", specimen.missingPath);
-    object.set("specimenLabel", PageText("specimen: " + text));
+    object.set("specimenLabel", Shown("specimen: " + text));
     std::string remark;
     if (specimen.missingGlyphs > 0) {
         remark = "lacks " + std::to_string(specimen.missingGlyphs) + " of the characters, shown as boxes";
@@ -171,7 +175,7 @@ public:
 
     std::string Write() const {
         data page;
-        page.set("title", PageText(m_content.title));
+        page.set("title", Shown(m_content.title));
         SetText(page, "made", m_content.made);
         page.set("findings", ListOf(m_content.findings, [](const PageFinding& finding) { return Drawn(finding); }));
         page.set("hasFindings", data(!m_content.findings.empty()));
@@ -185,8 +189,8 @@ private:
     data DrawSection(const PageSection& section) const {
         data object;
         object.set("anchor", section.anchor);
-        object.set("title", PageText(section.title));
-        object.set("source", PageText(section.source));
+        object.set("title", Shown(section.title));
+        object.set("source", Shown(section.source));
         SetText(object, "problem", section.problem);
         object.set("devices", ListOf(section.devices, [](const PageDevice& device) { return Drawn(device); }));
         object.set("partitions", ListOf(section.partitions, [](const PagePartitionMap& map) { return Drawn(map); }));
@@ -200,7 +204,7 @@ private:
 
     data DrawGroup(const PageFileGroup& group) const {
         data object;
-        object.set("title", PageText(group.title));
+        object.set("title", Shown(group.title));
         object.set("rows", ListOf(group.files, [this](const PageFile& file) { return DrawFile(file); }));
         return object;
     }
@@ -208,10 +212,10 @@ private:
     data DrawFile(const PageFile& file) const {
         data object;
         SetText(object, "anchor", file.anchor);
-        object.set("id", PageText(file.id));
-        object.set("title", PageText(file.title));
-        object.set("target", PageText(file.target));
-        object.set("size", PageText(file.size));
+        object.set("id", Shown(file.id));
+        object.set("title", Shown(file.title));
+        object.set("target", Shown(file.target));
+        object.set("size", Shown(file.size));
         object.set("ticked", data(file.isTicked));
         SetText(object, "clash", file.clash);
         SetText(object, "notShown", file.notShown);
@@ -222,10 +226,10 @@ private:
 
     static data DrawSlots(const PageSlotGrid& grid) {
         data object;
-        object.set("title", PageText(grid.title));
+        object.set("title", Shown(grid.title));
         object.set("cells", ListOf(grid.slots, [](const PageSlot& slot) {
                        data cell;
-                       cell.set("number", PageText(slot.number));
+                       cell.set("number", Shown(slot.number));
                        cell.set("state", slot.state);
                        SetText(cell, "owner", slot.owner);
                        return cell;
@@ -235,10 +239,10 @@ private:
 
     static data DrawTable(const PageTable& table) {
         const auto texts = [](const std::vector<std::string>& cells) {
-            return ListOf(cells, [](const std::string& cell) { return data(PageText(cell)); });
+            return ListOf(cells, [](const std::string& cell) { return data(Shown(cell)); });
         };
         data object;
-        object.set("title", PageText(table.title));
+        object.set("title", Shown(table.title));
         object.set("headings", texts(table.headings));
         object.set("rows", ListOf(table.rows, [&](const std::vector<std::string>& cells) {
                        data row;

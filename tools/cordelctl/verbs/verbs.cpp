@@ -7,7 +7,7 @@ std::span<const Verb> AllVerbs() {
         std::vector<Verb> all;
         for (const auto& table :
              {DocumentVerbs(), DoctorVerbs(), HistoryVerbs(), LookVerbs(), RowVerbs(), TextVerbs(), FilesVerbs(),
-              ProjectVerbs(), IdVerbs(), StorageVerbs(), PartitionVerbs(), JobVerbs(), SettingVerbs(), SelfVerbs()}) {
+              ProjectVerbs(), IdVerbs(), StorageVerbs(), PartitionVerbs(), JobVerbs(), SettingVerbs(), ReportVerbs(), SelfVerbs()}) {
             all.insert(all.end(), table.begin(), table.end());
         }
         return all;

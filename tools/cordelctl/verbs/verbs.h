@@ -24,4 +24,5 @@ std::vector<Verb> StorageVerbs(); // storage, space
 std::vector<Verb> PartitionVerbs();
 std::vector<Verb> JobVerbs();
 std::vector<Verb> SettingVerbs(); // pcl
+std::vector<Verb> ReportVerbs();
 std::vector<Verb> SelfVerbs();    // manual, completion
