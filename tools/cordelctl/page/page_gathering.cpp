@@ -7,7 +7,10 @@
 #include "ids/icm_profile_ids.h"
 #include "text/number_text.h"
 
+#include <algorithm>
+#include <cctype>
 #include <filesystem>
+#include <limits>
 #include <map>
 #include <stdexcept>
 
@@ -42,7 +45,7 @@ constexpr Layout kLayouts[] = {{"Disk, current", "CurrentDisk"},
                                {"Flash memory, current", "CurrentFlash"},
                                {"Flash memory, default", "DefaultFlash"}};
 
-std::string PercentText(double share) { return std::to_string(static_cast<int>(share * 100 + 0.5)) + " %"; }
+std::string PercentText(int64_t part, int64_t whole) { return std::to_string(WholePercent(part, whole)) + " %"; }
 
 std::optional<PageBar> UsageOf(const std::string& totalText, const std::string& freeText) {
     const auto total = ParseSize(totalText);
@@ -53,7 +56,7 @@ std::optional<PageBar> UsageOf(const std::string& totalText, const std::string& 
     PageBar bar;
     bar.used = static_cast<double>(*total - *free) / static_cast<double>(*total);
     bar.text = ReadableSize(std::to_string(*total - *free)) + " of " + ReadableSize(totalText) + " used, " +
-               PercentText(bar.used);
+               PercentText(*total - *free, *total);
     return bar;
 }
 
@@ -202,7 +205,7 @@ private:
         if (auto bar = UsageOf(ValueIn(*found->node, "TotalSpace"), ValueIn(*found->node, "FreeSpace"))) {
             bar->added = static_cast<double>(*size) / static_cast<double>(*total);
             bar->isTooMuch = !sending.fits;
-            bar->text = PercentText(bar->used) + " used, " + PercentText(bar->added) + " more by sending";
+            bar->text = PercentText(*total - *free, *total) + " used, " + PercentText(*size, *total) + " more by sending";
             sending.bar = std::move(bar);
         }
         return sending;
@@ -353,6 +356,12 @@ PageFinding FindingOf(const Finding& finding, const std::string& title, const st
     return {SeverityOf(finding.level), where, finding.what + ' ' + finding.consequence, finding.mend, anchor};
 }
 
+std::string Headline(std::string title) {
+    title.replace(0, title.starts_with("the ") ? 4 : 0, "");
+    title[0] = static_cast<char>(std::toupper(static_cast<unsigned char>(title[0])));
+    return title;
+}
+
 Patient PatientOf(const DocumentPlace& place) { return {place.title, place.name, place.kind, place, place.Loaded()}; }
 
 } // namespace
@@ -368,7 +377,7 @@ PageContent GatherPage(Context& context, const PageWishes& wishes) {
         const Findings findings = Examine(PatientOf(place)).findings;
         PageSection section;
         section.anchor = "document-" + std::to_string(index + 1);
-        section.title = place.title;
+        section.title = Headline(place.title);
         section.source = host::TextOf(place.Loaded());
         try {
             CDocument& document = context.Session().Open(place, Access::Read);

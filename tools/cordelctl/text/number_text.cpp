@@ -71,3 +71,7 @@ std::string ReadableSize(const std::string& bytes) {
     std::snprintf(text, sizeof text, "%.1f %s", size, kUnits[unit]);
     return text;
 }
+
+int WholePercent(int64_t part, int64_t whole) noexcept {
+    return static_cast<int>(static_cast<long double>(part) * 100 / static_cast<long double>(whole) + 0.5L);
+}

@@ -15,3 +15,6 @@ std::optional<int64_t> ParseSizeWithUnit(const std::string& text);
 
 /// "17 bytes", "2.5 KiB", "11.0 MiB", ...; an empty text for an empty one, and the text itself when it is no number.
 std::string ReadableSize(const std::string& bytes);
+
+/// The part of a whole that is not 0, in per cent, rounded.
+int WholePercent(int64_t part, int64_t whole) noexcept;

@@ -76,7 +76,7 @@ Value Usage(const Row& row) {
     if (!total || !free || *total == 0 || *free > *total) {
         return {};
     }
-    return static_cast<int>(static_cast<double>(*total - *free) * 100 / static_cast<double>(*total) + 0.5);
+    return WholePercent(*total - *free, *total);
 }
 
 Result VolumeTable(CDocument& document, const Filter& filter) {
