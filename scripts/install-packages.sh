@@ -21,7 +21,7 @@ packages_of() {
     case "$1" in
     build)
         echo g++ cmake ninja-build pkg-config libexpat1-dev libpugixml-dev libcli11-dev nlohmann-json3-dev \
-            libfreetype-dev liblcms2-dev libmd-dev libgtest-dev libgmock-dev fonts-dejavu-core icc-profiles-free
+            libfreetype-dev liblcms2-dev libharfbuzz-dev libkainjow-mustache-dev libmd-dev libgtest-dev libgmock-dev fonts-dejavu-core icc-profiles-free
         ;;
     native)
         packages_of build
@@ -29,7 +29,7 @@ packages_of() {
             e2fsprogs xfsprogs btrfs-progs mount
         ;;
     windows)
-        echo g++-mingw-w64-x86-64-posix cmake ninja-build googletest libcli11-dev nlohmann-json3-dev wine wine64 \
+        echo g++-mingw-w64-x86-64-posix cmake ninja-build googletest libcli11-dev nlohmann-json3-dev libkainjow-mustache-dev wine wine64 \
             xvfb xauth locales colord-data fonts-dejavu-core fonts-tlwg-loma-otf fonts-wqy-microhei icc-profiles-free
         ;;
     fonts)
