@@ -82,6 +82,8 @@ TEST_F(JsonOutput, OfEveryVerbIsAsDescribed) {
         {"doctor"},
         {"doctor", "--fix", "--yes"},
         {"pcl"},
+        {"report", m_folder / "page.html"},
+        {"report", "-"},
         {"string", "Main", "Title"},
         {"filter", "FontFilter"},
         {"reset", "--yes"},
