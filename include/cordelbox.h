@@ -337,7 +337,8 @@ struct JobRecord {
 };
 
 // How the library lays them out: the size and the fields behind which a compiler could leave a gap, or leave one out.
-static_assert(sizeof(AnsiString) == 8 && alignof(AnsiString) == 8, "AnsiString is laid out otherwise");
+static_assert(sizeof(AnsiString) == 8, "AnsiString is laid out otherwise");
+static_assert(alignof(AnsiString) == 8, "AnsiString is aligned otherwise");
 static_assert(sizeof(PoolOwner) == 24 && alignof(PoolOwner) == 8 && offsetof(PoolOwner, head) == 8 &&
                   offsetof(PoolOwner, semaphore) == 16,
               "PoolOwner is laid out otherwise");
