@@ -4,8 +4,14 @@
 
 #include <cstddef>
 
-/// Largest document that is loaded, in bytes on disk.
+#ifdef CORDELBOX_SMALL_LIMITS
+// Limits within the reach of a fuzzer.
+inline constexpr std::size_t kMaxDocumentBytes = std::size_t{12} << 10;
+inline constexpr std::size_t kMaxElementDepth = 20;
+#else
+/// Largest document that is loaded or saved, in bytes on disk.
 inline constexpr std::size_t kMaxDocumentBytes = std::size_t{256} << 20;
 
-/// Deepest nesting of elements that is loaded.
+/// Deepest nesting of elements that is loaded or made.
 inline constexpr std::size_t kMaxElementDepth = 1000;
+#endif
