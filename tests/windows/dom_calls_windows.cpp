@@ -118,6 +118,7 @@ void Watch(IXMLDOMNode* node) {
     static const std::vector<Hook> s_hooks{HookOf<kQueryInterface>("QueryInterface"),
                                            HookOf<&IXMLDOMNode::get_firstChild>("get_firstChild"),
                                            HookOf<&IXMLDOMNode::get_nextSibling>("get_nextSibling"),
+                                           HookOf<&IXMLDOMNode::get_parentNode>("get_parentNode"),
                                            HookOf<&IXMLDOMNode::get_nodeName>("get_nodeName"),
                                            HookOf<&IXMLDOMNode::get_nodeType>("get_nodeType"),
                                            HookOf<&IXMLDOMNode::get_nodeValue>("get_nodeValue"),
