@@ -11,6 +11,7 @@
 #   clang      to build with clang, and to run the fuzz targets
 #   coverage   to measure which lines the tests reach
 #   packages   to make the packages, the installer for Windows and the API pages
+#   pictures   to make the pictures of the documentation
 #   bare       to make a bare machine (scripts/on-bare-machine)
 #
 # Does nothing, and asks for nothing, when all are there.
@@ -45,6 +46,10 @@ packages_of() {
     clang)
         packages_of build
         echo clang libclang-rt-dev llvm
+        ;;
+    pictures)
+        packages_of build
+        echo chromium pngquant
         ;;
     coverage)
         packages_of native
