@@ -22,8 +22,9 @@ uint32_t GetFilter(AnsiString element, char* buffer, uint32_t size) noexcept {
     }
     std::fill_n(buffer, size, '\0');
     // The size bounds the zero fill only: the contract leaves it to the host to supply a buffer that is large enough.
+    const std::vector<AnsiString> texts = ListFilterTexts(State().stringsDocument, std::move(element));
     char* position = buffer;
-    for (const AnsiString& text : ListFilterTexts(State().stringsDocument, std::move(element))) {
+    for (const AnsiString& text : texts) {
         std::memcpy(position, text.c_str(), text.size());
         position += text.size() + 1;
     }
