@@ -19,8 +19,12 @@
 
 namespace {
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr std::size_t kSmallStack = std::size_t{512} << 10; // a sanitizer makes every frame several times as large
+#ifndef __has_feature
+#define __has_feature(feature) 0
+#endif
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__) || __has_feature(address_sanitizer) ||               \
+    __has_feature(thread_sanitizer)
+constexpr std::size_t kSmallStack = std::size_t{1} << 20; // a sanitizer makes every frame several times as large
 #else
 constexpr std::size_t kSmallStack = std::size_t{64} << 10;
 #endif
