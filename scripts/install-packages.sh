@@ -10,6 +10,7 @@
 #   bench      to build and run the benchmarks
 #   clang      to build with clang, and to run the fuzz targets
 #   coverage   to measure which lines the tests reach
+#   mutants    to change the sources and see whether the tests notice
 #   packages   to make the packages, the installer for Windows and the API pages
 #   pictures   to make the pictures of the documentation
 #   bare       to make a bare machine (scripts/on-bare-machine)
@@ -54,6 +55,9 @@ packages_of() {
     coverage)
         packages_of native
         echo gcovr
+        ;;
+    mutants)
+        echo python3 python3-clang-14
         ;;
     packages)
         packages_of build
