@@ -69,8 +69,7 @@ bool CRowIndex::IsOver(std::span<const RowPair> pairs, NameNumber wanted) const 
 }
 
 bool CRowIndex::Covers(NameNumber name) const noexcept {
-    return name != kNoName &&
-           (name == m_wanted || std::find(m_names.begin(), m_names.end(), name) != m_names.end());
+    return name != kNoName && (name == m_wanted || std::find(m_names.begin(), m_names.end(), name) != m_names.end());
 }
 
 /// Fills m_keys with the keys of a row; none for a row that cannot pass. False when the row is to be kept aside.

@@ -205,7 +205,8 @@ private:
         if (auto bar = UsageOf(ValueIn(*found->node, "TotalSpace"), ValueIn(*found->node, "FreeSpace"))) {
             bar->added = static_cast<double>(*size) / static_cast<double>(*total);
             bar->isTooMuch = !sending.fits;
-            bar->text = PercentText(*total - *free, *total) + " used, " + PercentText(*size, *total) + " more by sending";
+            bar->text =
+                PercentText(*total - *free, *total) + " used, " + PercentText(*size, *total) + " more by sending";
             sending.bar = std::move(bar);
         }
         return sending;

@@ -25,4 +25,4 @@ std::vector<Verb> PartitionVerbs();
 std::vector<Verb> JobVerbs();
 std::vector<Verb> SettingVerbs(); // pcl
 std::vector<Verb> ReportVerbs();
-std::vector<Verb> SelfVerbs();    // manual, completion
+std::vector<Verb> SelfVerbs(); // manual, completion
