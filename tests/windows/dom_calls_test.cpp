@@ -247,8 +247,10 @@ TEST_F(DomCalls, SetNoTextOfANodeThatHasNoAttributes) {
 }
 
 TEST_F(DomCalls, ReadAnAppendedAttributeWithoutItsPrefix) {
-    CXmlQuery query("Files", "");
+    CXmlQuery query("p:Files", "");
     query.AddPair("p:Kind", "new");
     EXPECT_EQ(WriteItem(State().currentDocument, &query), 0);
-    EXPECT_EQ(InMemory().back(), (std::pair<std::string, std::string>("Kind", "new")));
+    EXPECT_EQ(InMemory("p:Files").back(), (std::pair<std::string, std::string>("Kind", "new")));
+    query.m_strElement = "Files";
+    EXPECT_EQ(WriteItem(State().currentDocument, &query), 1) << "where the prefix is not declared";
 }
