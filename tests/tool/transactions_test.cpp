@@ -188,9 +188,9 @@ TEST_F(Transactions, AnInterruptionChangesAllOrNothingAndSaysWhich) {
         return words;
     }());
     const auto errors = m_folder / "interrupted";
-    const std::string line = "XDG_CONFIG_HOME='" + UserFolder().string() + "' timeout -s INT 0.03 '" +
-                             (InstallFolder() / "cordelctl").string() + "' files add --type 2 $(cat '" + list +
-                             "' | tr -d \"'\") >/dev/null 2>'" + errors.string() + "'";
+    const std::string line = "XDG_CONFIG_HOME='" + UserFolder().string() + "' xargs timeout -s INT 0.03 '" +
+                             (InstallFolder() / "cordelctl").string() + "' files add --type 2 <'" + list +
+                             "' >/dev/null 2>'" + errors.string() + "'";
     const int status = std::system(line.c_str());
     const std::string after = ReadBytes(UserPath());
     const std::string said = ReadBytes(errors);
