@@ -21,11 +21,10 @@ void Add(Level level, const char* check, const Item& row, std::string what, cons
 void CheckOrder(const Item& row, Findings& findings) {
     const auto& attributes = row.node->attributes;
     for (std::size_t i = 0; i < Fields().size(); ++i) {
-        const std::string_view name = i < attributes.size() ? attributes[i].name : "missing";
+        const std::string name = i < attributes.size() ? attributes[i].name : "missing";
         if (name != Fields()[i].name) {
             Add(Level::Error, "job-order", row,
-                "Attribute " + std::to_string(i + 1) + " is " + std::string(name) + ", not " +
-                    std::string(Fields()[i].name) + ".",
+                "Attribute " + std::to_string(i + 1) + " is " + name + ", not " + std::string(Fields()[i].name) + ".",
                 "GetJobs goes by position: the host gets values in the wrong fields.",
                 "Put them in order: Name, ID, Type, Copies, Stored, checked.", findings);
             return;

@@ -179,7 +179,8 @@ private:
         m_font.pitch = Word16At(header, 16) / 4.0;
         m_font.height = Word16At(header, 18) / 4.0;
         m_font.style = ByteAt(header, 4) << 8 | ByteAt(header, 23);
-        m_font.strokeWeight = static_cast<std::int8_t>(ByteAt(header, 24));
+        const auto weight = static_cast<int>(ByteAt(header, 24)); // a signed byte
+        m_font.strokeWeight = weight < 128 ? weight : weight - 256;
         m_font.typeFace = ByteAt(header, 26) << 8 | ByteAt(header, 25);
         m_font.firstCode = Word16At(header, 36);
         m_font.lastCode = Word16At(header, 38);

@@ -103,8 +103,9 @@ public:
         const bool bInk = space == cmsSigCmykData || space == cmsSigCmyData || m_nChannels > 4;
         m_full = bInk ? 100.0 : 1.0; // how the library writes a full channel
         const ProfileHandle lab(cmsCreateLab4Profile(nullptr));
-        const auto encoding = static_cast<cmsUInt32Number>(FLOAT_SH(1) | COLORSPACE_SH(_cmsLCMScolorSpace(space)) |
-                                                           CHANNELS_SH(m_nChannels) | BYTES_SH(0));
+        const auto encoding = static_cast<cmsUInt32Number>(
+            FLOAT_SH(1) | COLORSPACE_SH(static_cast<cmsUInt32Number>(_cmsLCMScolorSpace(space))) |
+            CHANNELS_SH(m_nChannels) | BYTES_SH(0));
         m_transform.reset(cmsCreateTransform(profile, encoding, lab.get(), TYPE_Lab_DBL, INTENT_RELATIVE_COLORIMETRIC,
                                              cmsFLAGS_NOOPTIMIZE | cmsFLAGS_NOCACHE));
         if (m_transform == nullptr) {

@@ -48,7 +48,7 @@ std::string FitText(const std::string& utf8, std::size_t limit, const std::strin
 
 std::string RequireFit(const std::string& utf8, std::size_t limit, const std::string& what) {
     RequireText(utf8, what);
-    const std::string text = host::ToCodePage(utf8);
+    std::string text = host::ToCodePage(utf8);
     if (text.size() > limit) {
         throw CFailure(ExitCode::Refused, what + " is " + std::to_string(text.size()) + " bytes long; at most " +
                                               std::to_string(limit) + " fit");

@@ -63,7 +63,7 @@ std::string CFreeNumbers::TakeID(const std::string& type, const std::string& pro
     int& next = m_next[group];
     bool met = next > 0;
     for (; next <= kLargestID; ++next) {
-        const std::string id = std::to_string(next);
+        std::string id = std::to_string(next);
         const bool own = m_taken[group].count(id) != 0;
         if (!own && !(met && group != "8" && m_takenByAny.count(id) != 0)) {
             m_taken[group].insert(id);

@@ -73,5 +73,5 @@ std::string ReadableSize(const std::string& bytes) {
 }
 
 int WholePercent(int64_t part, int64_t whole) noexcept {
-    return static_cast<int>(static_cast<long double>(part) * 100 / static_cast<long double>(whole) + 0.5L);
+    return static_cast<int>(std::lround(static_cast<long double>(part) * 100 / static_cast<long double>(whole)));
 }

@@ -181,13 +181,13 @@ std::optional<HistoryState> CHistory::Keep(const std::string& command) {
 void CHistory::Prune(const std::vector<HistoryState>& states) const {
     std::size_t count = 1; // with the newest, which always stays
     std::uint64_t bytes = 0;
-    for (auto state = states.rbegin(); state != states.rend(); ++state) {
+    std::for_each(states.rbegin(), states.rend(), [&](const HistoryState& state) {
         ++count;
-        bytes += state->size;
+        bytes += state.size;
         if (count > MostStates() || bytes > MostBytes()) {
-            Drop(*state);
+            Drop(state);
         }
-    }
+    });
 }
 
 void CHistory::NoteDone(HistoryState& state) const {
@@ -210,7 +210,7 @@ HistoryState CHistory::Undo(bool force) {
     if (states.empty()) {
         throw CFailure(ExitCode::Missing, "there is nothing to undo");
     }
-    const HistoryState newest = states.back();
+    HistoryState newest = states.back();
     if (!force && newest.after != host::StampOf(m_document)) {
         throw CFailure(ExitCode::Refused, "another program changed the document after \"" + newest.command + "\"",
                        "see what: cordelctl diff --state " + std::to_string(newest.number) +

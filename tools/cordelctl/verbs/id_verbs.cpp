@@ -15,13 +15,13 @@ namespace {
 /// The FileID of the file that the user names, or that is being edited.
 std::string EditedFile(Context& context, CDocument& document) {
     if (!context.Has("FILE")) {
-        const std::string edited = document.FirstValue("Property", "FileID").value_or("");
+        std::string edited = document.FirstValue("Property", "FileID").value_or("");
         if (edited.empty()) {
             throw CFailure(ExitCode::Missing, "no file is being edited", "name one: cordelctl id check FILE");
         }
         return edited;
     }
-    const std::string name = context.Text("FILE");
+    std::string name = context.Text("FILE");
     if (!document.RowsWhere("Files", {{"FileID", name}}).empty()) {
         return name;
     }

@@ -10,6 +10,7 @@
 #include "verbs/verbs.h"
 
 #include <algorithm>
+#include <cmath>
 #include <map>
 
 namespace {
@@ -104,8 +105,9 @@ void AppendRows(CDocument& document, const MediumNames& medium, const char* layo
         data.Add("Medium", medium.name);
         data.Add("Layout", layoutName);
         const auto size = ParseSize(row.Value("Size"));
-        data.Add("share",
-                 size && total > 0 ? Value(static_cast<int>(static_cast<double>(*size) * 100 / total + 0.5)) : Value());
+        data.Add("share", size && total > 0
+                              ? Value(static_cast<int>(std::lround(static_cast<double>(*size) * 100 / total)))
+                              : Value());
         result.data.Append(std::move(data));
     }
     if (std::string note = NoteOn(document, layout); !note.empty()) {
@@ -222,7 +224,7 @@ Result Copy(Context& context) {
             RequireValue(row, "Size");
         }
         copied = CopyPartitionShares(document.Object(), MissingValue::StaysOut);
-        result.said.push_back("the default disk partitions have the sizes of the current ones");
+        result.said.emplace_back("the default disk partitions have the sizes of the current ones");
     }
     document.NoteChange();
     result.data = Value::Record{{"copied", static_cast<std::size_t>(copied.m_nCopied)},
