@@ -63,7 +63,7 @@ protected:
 
 TEST_F(SaveCalls, AreTheOnesThatTheseTestsKnow) {
     std::map<std::string, int> counts;
-    for (const SystemCall& call : CallsOfASave(-1)) {
+    for (const SystemCall& call : CallsOfASave(std::size_t(-1))) {
         ++counts[call.name];
     }
     for (const char* const name :
@@ -80,7 +80,7 @@ TEST_F(SaveCalls, AreTheOnesThatTheseTestsKnow) {
 TEST_F(LargeSaveCalls, SendEachPieceToTheDiskBeforeTheNextIsWritten) {
     std::string order;
     std::size_t left = m_strNew.size();
-    for (const SystemCall& call : CallsOfASave(-1)) {
+    for (const SystemCall& call : CallsOfASave(std::size_t(-1))) {
         if (!IsTemporary(call.path)) {
             continue;
         }
@@ -165,7 +165,7 @@ TEST_P(EachSaveCall, FailingOneByOneLeaveAWholeDocumentAndNothingBesideIt) {
 
 TEST_P(EachSaveCall, FailingFromOneOnLeaveAWholeDocument) {
     // A disk that died: the temporary file cannot even be removed. The next save uses it up.
-    const std::size_t count = CallsOfASave(-1).size();
+    const std::size_t count = CallsOfASave(std::size_t(-1)).size();
     int failures = 0;
     for (const int error : kErrors) {
         if (error == EINTR) {
@@ -198,7 +198,7 @@ TEST_P(EachSaveCall, FailingFromOneOnLeaveAWholeDocument) {
 }
 
 TEST_P(EachSaveCall, FailingTwiceLeaveAWholeDocument) {
-    const std::size_t count = CallsOfASave(-1).size() + 2;
+    const std::size_t count = CallsOfASave(std::size_t(-1)).size() + 2;
     int failures = 0;
     for (std::size_t first = 0; first < count; ++first) {
         for (std::size_t second = first + 1; second < count; ++second) {
@@ -253,7 +253,7 @@ TEST_F(SaveCalls, ThatWriteNothingFailTheSave) {
 }
 
 TEST_F(SaveCalls, NeverTouchTheCopyItselfButToReplaceIt) {
-    for (const SystemCall& call : CallsOfASave(-1)) {
+    for (const SystemCall& call : CallsOfASave(std::size_t(-1))) {
         if (call.path == CopyPath()) {
             EXPECT_TRUE(call.name != "write" && call.name != "ftruncate" && call.name != "unlinkat") << call.name;
         }

@@ -20,7 +20,7 @@ struct SystemCall {
 struct Fate {
     int error = 0;            // the call fails with it
     bool bKill = false;       // the process is killed before the call
-    std::size_t nAtMost = -1; // a write or a read takes only so many bytes
+    std::size_t nAtMost = std::size_t(-1); // a write or a read takes only so many bytes
     std::string answer{};     // what a link leads to or chance brings, if not what it would be
 };
 

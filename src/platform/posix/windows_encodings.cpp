@@ -139,6 +139,9 @@ unsigned WindowsCodePage(std::string_view encoding) noexcept {
 }
 
 AddedCharacter FindAddedCharacter(unsigned codePage, std::string_view bytes) noexcept {
+    if (bytes.empty()) {
+        return {0, 0}; // a converter may stop behind the last byte
+    }
     const auto first = static_cast<std::uint8_t>(bytes[0]);
     for (const AddedBytes& added : kBytes) {
         if (added.codePage == codePage && first >= added.first && first <= added.last) {
