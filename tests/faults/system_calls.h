@@ -18,10 +18,10 @@ struct SystemCall {
 
 /// What becomes of a call.
 struct Fate {
-    int error = 0;            // the call fails with it
-    bool bKill = false;       // the process is killed before the call
+    int error = 0;                         // the call fails with it
+    bool bKill = false;                    // the process is killed before the call
     std::size_t nAtMost = std::size_t(-1); // a write or a read takes only so many bytes
-    std::string answer{};     // what a link leads to or chance brings, if not what it would be
+    std::string answer{};                  // what a link leads to or chance brings, if not what it would be
 };
 
 using CSystemCallWatch = CCallWatch<SystemCall, Fate>;
