@@ -102,11 +102,9 @@ TEST_F(Transactions, WhatAnotherProgramWritesMeanwhileIsNotOverwritten) {
         }
         return 0;
     });
-    int kept = 0;
     for (int i = 0; i < 5; ++i) {
         const ToolRun run = Run({"job", "add", std::to_string(i), "Job"});
         EXPECT_TRUE(run.status == kDone || run.status == kNotKept) << run.status << run.errors;
-        kept += run.status == kDone ? 1 : 0;
         if (run.status == kNotKept) {
             EXPECT_THAT(run.errors, HasSubstr("another program changed the document"));
         }
