@@ -25,7 +25,7 @@ struct AttributeSchema {
     std::string_view name;
     std::string_view meaning;
     ValueKind kind = ValueKind::Text;
-    std::size_t longest = 255;     // bytes that a host's record has room for; 0 for any
+    std::uint32_t longest = 255;   // bytes that a host's record has room for; 0 for any
     std::string_view allowed = {}; // "1=bitmap font, 5=TrueType font"; empty for any value
     std::string_view types = {};   // of a file: the Types whose rows carry it; empty for all
     bool required = true;          // every row carries it

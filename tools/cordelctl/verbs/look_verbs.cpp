@@ -77,12 +77,13 @@ Result Tree(Context& context) {
 
 Value AttributeData(const AttributeSchema& attribute) {
     const auto orNull = [](std::string_view text) { return text.empty() ? Value() : Value(text); };
-    return Value::Record{{"attribute", attribute.name},
-                         {"kind", NameOf(attribute.kind)},
-                         {"bytes", attribute.longest == 0 ? Value() : Value(attribute.longest)},
-                         {"allowed", orNull(attribute.allowed)},
-                         {"types", orNull(attribute.types)},
-                         {"meaning", attribute.meaning}};
+    return Value::Record{
+        {"attribute", attribute.name},
+        {"kind", NameOf(attribute.kind)},
+        {"bytes", attribute.longest == 0 ? Value() : Value(static_cast<std::size_t>(attribute.longest))},
+        {"allowed", orNull(attribute.allowed)},
+        {"types", orNull(attribute.types)},
+        {"meaning", attribute.meaning}};
 }
 
 Value ContainerData(const ContainerSchema& container) {
