@@ -25,6 +25,10 @@ const DocumentNode* FindContainerIn(const DocumentNode& root, std::string_view n
 std::vector<Item> ItemsOf(const DocumentNode& root, std::string_view container);
 std::vector<Item> ItemsOf(const DocumentNode& container);
 
+// Items point into the tree, which must live as long as they do.
+std::vector<Item> ItemsOf(DocumentNode&& root, std::string_view container) = delete;
+std::vector<Item> ItemsOf(DocumentNode&& container) = delete;
+
 /// The value of the row's first attribute of this base name; null when it has none.
 const std::string* FindValueIn(const DocumentNode& row, std::string_view name);
 

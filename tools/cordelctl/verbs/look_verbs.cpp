@@ -18,7 +18,8 @@ Result Show(Context& context) {
     CDocument& document = Chosen(context);
     if (!document.HasContainer(container)) {
         std::vector<std::string> known;
-        for (const Item& item : ItemsOf(document.Tree())) {
+        const DocumentNode tree = document.Tree();
+        for (const Item& item : ItemsOf(tree)) {
             known.push_back(item.node->name);
         }
         throw CFailure(ExitCode::Missing,
