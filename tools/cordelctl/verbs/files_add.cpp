@@ -4,35 +4,21 @@
 
 #include "catalogue/project_files.h"
 #include "decoration.h"
+#include "facts/file_bytes.h"
 #include "failure.h"
+#include "records/change_time.h"
 #include "records/field_text.h"
 #include "records/file_facts.h"
 #include "records/file_numbers.h"
+#include "records/file_verification.h"
 #include "records/listed_paths.h"
 #include "verbs/rows.h"
 
 #include <algorithm>
-#include <chrono>
-#include <cstdio>
 #include <filesystem>
 #include <map>
 
 namespace {
-
-/// When the file was last changed, in UTC.
-std::string ChangeTime(const std::filesystem::path& path) {
-    namespace chrono = std::chrono;
-    const auto time = chrono::file_clock::to_sys(std::filesystem::last_write_time(path));
-    const auto day = chrono::floor<chrono::days>(time);
-    const chrono::year_month_day date(day);
-    const chrono::hh_mm_ss clock(chrono::floor<chrono::seconds>(time - day));
-    char text[64];
-    std::snprintf(text, sizeof text, "%04d-%02u-%02u %02d:%02d:%02d", static_cast<int>(date.year()),
-                  static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
-                  static_cast<int>(clock.hours().count()), static_cast<int>(clock.minutes().count()),
-                  static_cast<int>(clock.seconds().count()));
-    return text;
-}
 
 /// A file that was named or found.
 struct Candidate {
@@ -83,6 +69,7 @@ public:
                            "--skip-listed");
         }
         const FileDetails details = ReadFileDetails(path, m_context.Text("--type"), ProfileType());
+        const FileFindings findings = CheckContent(path, details);
         FileItem item{};
         FillExactly(item.LocalPath, localPath, "its path");
         const std::string component = m_context.Has("--component") ? m_context.Text("--component") : details.component;
@@ -102,9 +89,17 @@ public:
         m_document.NoteChange();
         m_paths.Add(localPath);
         notes.insert(notes.end(), details.notes.begin(), details.notes.end());
-        return Value::Record{
+        Value row = Value::Record{
             {"file", name},         {"added", true},          {"FileID", fileID},      {"ID", id},
             {"Type", details.type}, {"title", details.title}, {"Volume", m_strVolume}, {"LocalPath", localPath}};
+        Value::List found;
+        for (const FileFinding& finding : findings) {
+            found.emplace_back(SpokenFinding(finding) + "; " + TextOf(finding.cause).advice);
+        }
+        if (!found.empty()) {
+            row.Add("findings", std::move(found));
+        }
+        return row;
     }
 
     static std::filesystem::path RealPath(const std::string& name) {
@@ -122,6 +117,19 @@ public:
     }
 
 private:
+    /// What is found in the file. Throws for an error, unless the file is to be taken all the same.
+    FileFindings CheckContent(const std::filesystem::path& path, const FileDetails& details) const {
+        // Slots that were chosen are not questioned: --profile is there to choose others than the profile is made for.
+        auto content = VerifyContent(ReadFileBytes(path), details.type, "", m_context.Text("--covers"));
+        for (const FileFinding& finding : content.findings) {
+            if (TextOf(finding.cause).severity == Severity::Error && !m_context.Has("--force")) {
+                throw CFailure(ExitCode::Refused, SpokenFinding(finding),
+                               std::string(TextOf(finding.cause).advice) + "; to add it all the same: --force");
+            }
+        }
+        return std::move(content.findings);
+    }
+
     std::string ProfileType() const {
         static const std::map<std::string, std::string> types{
             {"", ""}, {"rgb", "0"}, {"printer", "2"}, {"linked", "3"}};
@@ -164,6 +172,9 @@ Result Add(Context& context) {
             const Value row = adder.Add(name, result.notes);
             result.said.push_back("added " + row["FileID"].Text() + ": \"" + row["title"].Text() + "\" with ID " +
                                   row["ID"].Text() + ", " + row["LocalPath"].Text());
+            for (const Value& finding : row["findings"].Items()) {
+                result.said.push_back("  " + finding.Text());
+            }
             result.data.Append(row);
             ++added;
         } catch (const CFailure& failure) {
@@ -209,6 +220,8 @@ std::vector<Verb> FilesAddVerbs() {
           {Option::Kind::Text, "--component", "NAME", "Component that the files belong to"},
           {Option::Kind::Flag, "--recursive", "",
            "Add all fonts and profiles of a folder, and of the folders in it; other files are passed over"},
+          {Option::Kind::Text, "--covers", "TEXT", "Refuse fonts that lack a character of this text"},
+          {Option::Kind::Flag, "--force", "", "Add also what will not work on a printer; what is wrong is said"},
           {Option::Kind::Flag, "--skip-listed", "", "Pass over files that are listed already, without a word"}},
          {},
          "cordelctl files add /usr/share/fonts/truetype/dejavu/*.ttf\n"

@@ -3,6 +3,7 @@
 #include "failure.h"
 #include "records/file_numbers.h"
 #include "text/nearest.h"
+#include "verbs/chosen_files.h"
 #include "verbs/clash_text.h"
 #include "verbs/files_add.h"
 #include "verbs/rows.h"
@@ -17,7 +18,8 @@ namespace {
 
 const ContainerSchema& Files() { return Schema("Files"); }
 
-/// The FileIDs of the files that the user means by FileIDs or paths. Throws for one that is not listed.
+} // namespace
+
 std::vector<Row> ChosenFiles(Context& context, CDocument& document) {
     const std::vector<Row> rows = document.Rows("Files");
     const auto names = context.Texts("FILE");
@@ -69,6 +71,8 @@ std::vector<Row> ChosenFiles(Context& context, CDocument& document) {
     std::transform(chosen.begin(), chosen.end(), std::back_inserter(result), [&](std::size_t i) { return rows[i]; });
     return result;
 }
+
+namespace {
 
 /// What the texts of the language call the types; nothing when there are no such texts.
 std::map<std::string, std::string> KindNames(Context& context) {

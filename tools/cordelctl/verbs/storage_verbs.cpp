@@ -2,16 +2,21 @@
 
 #include "failure.h"
 #include "records/field_text.h"
+#include "replies/file_system_inquiry.h"
 #include "storage/send_space.h"
 #include "storage/storage_devices.h"
+#include "system/terminal.h"
 #include "text/number_text.h"
 #include "verbs/json_input.h"
+#include "verbs/reply_input.h"
 #include "verbs/rows.h"
+#include "verbs/send_space.h"
 #include "verbs/verbs.h"
 
 #include <deque>
 #include <limits>
 #include <map>
+#include <stdexcept>
 
 namespace {
 
@@ -103,8 +108,9 @@ Result VolumeTable(CDocument& document, const Filter& filter) {
 }
 
 Result Report(Context& context) {
-    const Value json = ReadJsonInput(context.Text("FILE"), "the report", kReportShape);
-    const CReport report(json);
+    const std::string file = context.Text("FILE");
+    const CReport report(IsReply(ReadInput(file, "the report")) ? ReportOf(ReadReply(file, "the report"))
+                                                                : ReadJsonInput(file, "the report", kReportShape));
     CDocument& document = context.Document();
     if (!context.Has("--add")) {
         document.RemoveAllChildren("Storage");
@@ -116,6 +122,22 @@ Result Report(Context& context) {
     result.said.push_back(
         Counted(added.m_nAdded, "volume") + " recorded" +
         (added.m_nAlreadyThere == 0 ? "" : ", " + std::to_string(added.m_nAlreadyThere) + " were there already"));
+    return result;
+}
+
+/// Prints what is to be sent, byte for byte.
+Result Inquiry(Context& context) {
+    Result result;
+    try {
+        const std::string inquiry = FileSystemInquiry(context.Texts("FOLDER"));
+        result.data = Value::Record{{"inquiry", inquiry}};
+        if (!context.Options().json) {
+            host::WriteOutput(inquiry);
+            result.silent = true;
+        }
+    } catch (const std::invalid_argument& error) {
+        throw CFailure(ExitCode::Usage, error.what());
+    }
     return result;
 }
 
@@ -186,14 +208,6 @@ Result Remove(Context& context) {
     return result;
 }
 
-int64_t RequireSize(const std::string& text, const std::string& what) {
-    const auto size = ParseSize(text);
-    if (!size) {
-        throw CFailure(ExitCode::Refused, what + " is \"" + text + "\", which is no number of bytes");
-    }
-    return *size;
-}
-
 /// The bytes to send, by volume.
 std::map<std::string, int64_t> SizesByVolume(CDocument& document) {
     std::map<std::string, int64_t> sizes;
@@ -207,19 +221,6 @@ std::map<std::string, int64_t> SizesByVolume(CDocument& document) {
         sum += size;
     }
     return sizes;
-}
-
-int64_t FreeSpaceOf(CDocument& printer, const std::string& volume) {
-    const auto rows =
-        printer.HasContainer("Storage") ? printer.RowsWhere("Storage", {{"Volume", volume}}) : std::vector<Row>();
-    if (rows.empty()) {
-        throw CFailure(ExitCode::Missing,
-                       "no volume \"" + volume + "\" is recorded in " + printer.Title() +
-                           ", but files are meant for it",
-                       "name the printer with --for, or place the files on another volume: cordelctl files edit FILE "
-                       "--volume VOLUME");
-    }
-    return RequireSize(rows.front().Value("FreeSpace"), "the free space of volume " + volume);
 }
 
 Result WriteSpace(Context& context) {
@@ -286,11 +287,19 @@ std::vector<Verb> StorageVerbs() {
          "Record what a printer reports, in place of what it reported before",
          Effect::Changes,
          &Report,
-         {{Option::Kind::Operand, "FILE", "", "The report in JSON, with sizes in bytes; - for standard input", true,
+         {{Option::Kind::Operand, "FILE", "",
+           "The captured reply of the printer, or a report in JSON with sizes in bytes; - for standard input", true,
            Offer::Files},
           {Option::Kind::Flag, "--add", "", "Keep what was reported before; equal volumes are not recorded twice"}},
          kReportShape,
-         "cordelctl storage report report.json --printer Atrium"},
+         "cordelctl storage report reply.txt --printer Atrium\ncordelctl storage report report.json --printer Atrium"},
+        {"storage inquiry",
+         "Print what to send to a printer so that it tells about its volumes and files",
+         Effect::None,
+         &Inquiry,
+         {{Option::Kind::Operands, "FOLDER", "", "Folders whose files are asked for, each as VOLUME:FOLDER"}},
+         "What the printer answers is read by storage report and plan.",
+         "cordelctl storage inquiry 0:fonts 0:macros >inquiry"},
         {"storage list",
          "List the volumes",
          Effect::Reads,

@@ -6,8 +6,8 @@ std::span<const Verb> AllVerbs() {
     static const std::vector<Verb> verbs = [] {
         std::vector<Verb> all;
         for (const auto& table : {DocumentVerbs(), DoctorVerbs(), HistoryVerbs(), LookVerbs(), RowVerbs(), TextVerbs(),
-                                  FilesVerbs(), ProjectVerbs(), IdVerbs(), StorageVerbs(), PartitionVerbs(), JobVerbs(),
-                                  SettingVerbs(), ReportVerbs(), SelfVerbs()}) {
+                                  FilesVerbs(), VerifyVerbs(), ProjectVerbs(), IdVerbs(), StorageVerbs(), PlanVerbs(),
+                                  PartitionVerbs(), JobVerbs(), SettingVerbs(), ReportVerbs(), SelfVerbs()}) {
             all.insert(all.end(), table.begin(), table.end());
         }
         return all;

@@ -21,6 +21,8 @@ std::vector<Verb> FilesVerbs();
 std::vector<Verb> ProjectVerbs(); // export, import
 std::vector<Verb> IdVerbs();
 std::vector<Verb> StorageVerbs(); // storage, space
+std::vector<Verb> PlanVerbs();
+std::vector<Verb> VerifyVerbs(); // files verify, files renew
 std::vector<Verb> PartitionVerbs();
 std::vector<Verb> JobVerbs();
 std::vector<Verb> SettingVerbs(); // pcl

@@ -55,6 +55,10 @@ enum class Cause {
     ProfileDigest,
     TransformImpossible,
     ClassForSlot,
+    // on this computer
+    FileMissing,
+    FileUnreadable,
+    FileChanged,
     // several files
     SameContent,
     SamePostScriptName,

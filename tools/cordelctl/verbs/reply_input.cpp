@@ -1,0 +1,60 @@
+#include "verbs/reply_input.h"
+
+#include "failure.h"
+#include "system/system.h"
+
+#include <algorithm>
+#include <filesystem>
+
+std::string ReadInput(const std::string& file, const std::string& what) {
+    if (file == "-") {
+        return host::StandardInput();
+    }
+    try {
+        return host::ReadBytes(host::PathOf(file));
+    } catch (const std::filesystem::filesystem_error& error) {
+        throw CFailure(ExitCode::Refused, what + " " + file + " cannot be opened: " + error.code().message());
+    }
+}
+
+bool IsReply(const std::string& bytes) {
+    const std::size_t start = bytes.find_first_not_of(" \t\r\n");
+    return start != std::string::npos &&
+           (bytes[start] == '@' || bytes[start] == '\x1B' || bytes[start] == '\f' ||
+            bytes.compare(start, 6, "VOLUME") == 0 || bytes.compare(start, 5, "<ESC>") == 0);
+}
+
+PrinterReply ReadReply(const std::string& file, const std::string& what) {
+    try {
+        return ReadPrinterReply(ReadInput(file, what));
+    } catch (const CReplyError& error) {
+        throw CFailure(ExitCode::Refused, "line " + std::to_string(error.Line()) + " of " + what + ": " + error.what(),
+                       "nothing of it was recorded; what to ask a printer for: cordelctl storage inquiry");
+    }
+}
+
+Value ReportOf(const PrinterReply& reply) {
+    if (!reply.volumes) {
+        throw CFailure(ExitCode::Refused, reply.hasNoFileSystem ? "the printer says that it has no file system"
+                                                                : "the reply has no table of volumes");
+    }
+    std::vector<std::pair<std::string, Value::List>> devices;
+    for (const ReplyVolume& volume : *reply.volumes) {
+        const std::string name = volume.location.empty() ? "Storage" : volume.location;
+        auto device = std::find_if(devices.begin(), devices.end(), [&](const auto& one) { return one.first == name; });
+        if (device == devices.end()) {
+            device = devices.insert(devices.end(), {name, {}});
+        }
+        device->second.push_back(Value::Record{{"volume", volume.volume},
+                                               {"totalSpace", volume.totalSpace},
+                                               {"freeSpace", volume.freeSpace},
+                                               {"location", volume.location},
+                                               {"label", volume.label},
+                                               {"status", volume.status}});
+    }
+    Value::List storages;
+    for (auto& [name, volumes] : devices) {
+        storages.push_back(Value::Record{{"name", name}, {"volumes", std::move(volumes)}});
+    }
+    return Value::Record{{"storages", std::move(storages)}};
+}

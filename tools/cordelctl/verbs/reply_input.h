@@ -1,0 +1,21 @@
+// What a printer replied, read from a file or from standard input.
+
+#pragma once
+
+#include "replies/printer_reply.h"
+#include "value.h"
+
+#include <string>
+
+/// The bytes of the file, or of standard input for "-". Throws CFailure (Refused), calling it `what`.
+std::string ReadInput(const std::string& file, const std::string& what);
+
+/// Whether these bytes are a captured reply, as far as its beginning tells, and not JSON.
+bool IsReply(const std::string& bytes);
+
+/// Throws CFailure (Refused), with the line, when something in it is not understood.
+PrinterReply ReadReply(const std::string& file, const std::string& what);
+
+/// The volumes of a reply as a storage report: volumes of one location make a device. Throws CFailure (Refused) when
+/// the reply tells of none.
+Value ReportOf(const PrinterReply& reply);
