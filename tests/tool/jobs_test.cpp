@@ -13,8 +13,8 @@ protected:
 };
 
 TEST_F(Jobs, AJobIsRecorded) {
-    Output({"job", "add", "7", "Ünvoice", "--type", "Proof", "--copies", "3", "--stored", "0:"});
-    EXPECT_EQ(Saved("Jobs"), (std::vector<Record>{{{"Name", "Ünvoice"},
+    Output({"job", "add", "7", "§ Invoice", "--type", "Proof", "--copies", "3", "--stored", "0:"});
+    EXPECT_EQ(Saved("Jobs"), (std::vector<Record>{{{"Name", "§ Invoice"},
                                                    {"ID", "7"},
                                                    {"Type", "Proof"},
                                                    {"Copies", "3"},

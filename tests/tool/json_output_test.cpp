@@ -24,7 +24,7 @@ TEST_F(JsonOutput, EveryVerbIsDescribed) {
 TEST_F(JsonOutput, OfEveryVerbIsAsDescribed) {
     Init();
     const std::string report = std::string(SAMPLES_PATH) + "/storage-report.json";
-    const std::string list = m_folder / "list.json";
+    const std::string list = (m_folder / "list.json").string();
     const std::vector<std::vector<std::string>> commands{
         {"init", "--strings"},
         {"paths"},
@@ -87,7 +87,7 @@ TEST_F(JsonOutput, OfEveryVerbIsAsDescribed) {
         {"doctor"},
         {"doctor", "--fix", "--yes"},
         {"pcl"},
-        {"report", m_folder / "page.html"},
+        {"report", (m_folder / "page.html").string()},
         {"report", "-"},
         {"string", "Main", "Title"},
         {"filter", "FontFilter"},

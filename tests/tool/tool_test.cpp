@@ -5,22 +5,10 @@
 #include "json_schema.h"
 
 #include <algorithm>
-#include <cstdlib>
-#include <fcntl.h>
 #include <fstream>
 #include <iterator>
-#include <sys/wait.h>
-#include <unistd.h>
 
 namespace {
-
-/// In the child: makes a file one of the standard streams.
-void Redirect(const std::filesystem::path& path, int flags, int stream) {
-    const int file = ::open(path.c_str(), flags, 0600);
-    if (file < 0 || ::dup2(file, stream) < 0) {
-        ::_exit(127);
-    }
-}
 
 const nlohmann::json& OutputSchema() {
     static const nlohmann::json schema =
@@ -87,43 +75,26 @@ std::string ValueOf(const Record& record, const std::string& name) {
 }
 
 void ToolTest::SetUp() {
-    std::filesystem::create_directories(RUN_PATH);
-    std::string pattern = std::string(RUN_PATH) + "/XXXXXX";
-    ASSERT_NE(::mkdtemp(pattern.data()), nullptr);
-    m_folder = pattern;
+    m_folder = NewFolder();
     std::filesystem::create_directories(InstallFolder());
-    std::filesystem::create_hard_link(TOOL_PATH, InstallFolder() / "cordelctl");
+    std::filesystem::create_hard_link(TOOL_PATH, ToolPath());
     std::filesystem::copy(std::filesystem::path(SAMPLES_PATH) / "Cordelbox", InstallFolder() / "Cordelbox",
                           std::filesystem::copy_options::recursive);
+    std::filesystem::remove_all(UserFolder() / "Marvane");
 }
 
-void ToolTest::TearDown() { std::filesystem::remove_all(m_folder); }
+void ToolTest::TearDown() {
+    std::error_code none; // a system that still holds a file of a process that ended
+    std::filesystem::remove_all(UserFolder() / "Marvane", none);
+    std::filesystem::remove_all(m_folder, none);
+}
 
 ToolRun ToolTest::Run(const std::vector<std::string>& arguments, const std::string& input) const {
-    const auto inputPath = m_folder / "input";
-    const auto outputPath = m_folder / "output";
-    const auto errorPath = m_folder / "errors";
-    WriteBytes(inputPath, input);
-    const std::string program = InstallFolder() / "cordelctl";
-    std::vector<char*> parameters{const_cast<char*>(program.c_str())};
-    for (const auto& argument : arguments) {
-        parameters.push_back(const_cast<char*>(argument.c_str()));
-    }
-    parameters.push_back(nullptr);
-
-    const pid_t child = ::fork();
-    if (child == 0) {
-        ::setenv("XDG_CONFIG_HOME", UserFolder().c_str(), 1);
-        Redirect(inputPath, O_RDONLY, STDIN_FILENO);
-        Redirect(outputPath, O_WRONLY | O_CREAT | O_TRUNC, STDOUT_FILENO);
-        Redirect(errorPath, O_WRONLY | O_CREAT | O_TRUNC, STDERR_FILENO);
-        ::execv(program.c_str(), parameters.data());
-        ::_exit(127);
-    }
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    ToolRun run{WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), ReadBytes(outputPath),
-                ReadBytes(errorPath)};
+    WriteBytes(m_folder / "input", input);
+    ToolRun run;
+    run.status = RunProgram(arguments, m_folder / "input", m_folder / "output", m_folder / "errors");
+    run.output = ReadBytes(m_folder / "output");
+    run.errors = ReadBytes(m_folder / "errors");
     CheckData(arguments, run.output);
     return run;
 }
@@ -146,7 +117,7 @@ std::filesystem::path ToolTest::UserPath(const std::string& name) const {
 std::string ToolTest::UserFile(const std::string& name, const std::string& content) const {
     const auto path = m_folder / "files" / name;
     WriteBytes(path, content);
-    return path;
+    return path.string();
 }
 
 std::vector<std::string> ToolTest::CopiesOf(const std::string& path, int count) const {

@@ -46,7 +46,8 @@ protected:
     void Init() const { Output({"init"}); }
 
     std::filesystem::path InstallFolder() const { return m_folder / "install"; }
-    std::filesystem::path UserFolder() const { return m_folder / "user"; }
+    std::filesystem::path UserFolder() const; // the per-user root
+    std::filesystem::path ToolPath() const;
     std::filesystem::path InstalledPath(const std::string& name = "Cordelbox.xml") const;
     std::filesystem::path UserPath(const std::string& name = "Cordelbox.xml") const;
 
@@ -60,6 +61,14 @@ protected:
     std::vector<Record> Saved(const std::string& container, const std::string& document = "Cordelbox.xml") const;
 
     std::filesystem::path m_folder;
+
+private:
+    /// A folder for one test.
+    static std::filesystem::path NewFolder();
+
+    /// Runs the program with these files for its streams, and returns its exit status.
+    int RunProgram(const std::vector<std::string>& arguments, const std::filesystem::path& input,
+                   const std::filesystem::path& output, const std::filesystem::path& errors) const;
 };
 
 std::string ReadBytes(const std::filesystem::path& path);
@@ -68,9 +77,15 @@ void WriteBytes(const std::filesystem::path& path, const std::string& bytes);
 /// The value of an attribute of a record; fails the test when there is none.
 std::string ValueOf(const Record& record, const std::string& name);
 
+#ifdef _WIN32
+inline const std::string kFontFolder = R"(Z:\usr\share\fonts\truetype\dejavu\)";
+inline const std::string kProfileFolder = R"(Z:\usr\share\color\icc\)";
+#else
 inline const std::string kFontFolder = "/usr/share/fonts/truetype/dejavu/";
+inline const std::string kProfileFolder = "/usr/share/color/icc/";
+#endif
 inline const std::string kSans = kFontFolder + "DejaVuSans.ttf";
 inline const std::string kSansBold = kFontFolder + "DejaVuSans-Bold.ttf";
 inline const std::string kMono = kFontFolder + "DejaVuSansMono.ttf";
-inline const std::string kRgbProfile = "/usr/share/color/icc/sRGB.icc";
-inline const std::string kGrayProfile = "/usr/share/color/icc/Gray.icc";
+inline const std::string kRgbProfile = kProfileFolder + "sRGB.icc";
+inline const std::string kGrayProfile = kProfileFolder + "Gray.icc";

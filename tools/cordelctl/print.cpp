@@ -251,7 +251,8 @@ void PrintResults(const std::vector<std::pair<std::string, Result>>& results, co
             PrintForPeople(result, globals);
         }
         for (const std::string& note : result.notes) {
-            Note(name + ": " + note);
+            std::string line = name;
+            Note(line.append(": ").append(note));
         }
     }
 }
