@@ -45,6 +45,8 @@ std::vector<Bound> AllBounds() {
     add(Kind::AtMost, 1.6, "opening", kEveryday, "Expat");
     add(Kind::AtMost, 1.9, "WriteAttr with its save", kLarge, "raw");
     add(Kind::TimesFaster, 1.2, "WriteAttr with its save", kLarge, "pugixml");
+    bounds.push_back({Kind::AtMost, 1.5, WorkloadName("verifying fonts", kManyFonts, "cordelctl"),
+                      WorkloadName("verifying fonts", kManyFonts, "FreeType")});
     add(Kind::AtMost, 4.5, "peak memory", kLarge, "file");
     add(Kind::AtMost, 0.4, "peak memory", kLarge, "libxml2");
     return bounds;

@@ -24,6 +24,7 @@ int main(int argumentCount, char** arguments) {
     CHost host;
     RegisterLookupWorkloads(host);
     RegisterDocumentWorkloads(host);
+    RegisterFontWorkloads();
     // A workload and its peers take turns, so that a machine that is busy for a while does not favour one of them.
     std::vector<char*> options(arguments + 1, arguments + argumentCount);
     char interleaving[] = "--benchmark_enable_random_interleaving=true";

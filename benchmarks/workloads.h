@@ -13,6 +13,10 @@ void RegisterLookupWorkloads(CHost& host);
 /// Opening and saving a document.
 void RegisterDocumentWorkloads(CHost& host);
 
+/// What the tool does with fonts before they are sent: `kManyFonts` of those that are installed.
+inline constexpr int kManyFonts = 1000;
+void RegisterFontWorkloads();
+
 inline std::string WorkloadName(const std::string& work, int rows, const std::string& whose = "library") {
     return work + "/" + std::to_string(rows) + "/" + whose;
 }

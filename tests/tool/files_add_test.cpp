@@ -1,5 +1,6 @@
 // files add: what is taken, what is recorded of it, and what is refused.
 
+#include "../tool_units/damages.h"
 #include "tool_test.h"
 
 using ::testing::HasSubstr;
@@ -147,8 +148,68 @@ ENDFONT
 TEST_F(FilesAdd, ADamagedFontIsRefused) {
     const ToolRun run = Run({"files", "add", UserFile("broken.ttf", ReadBytes(kSans).substr(0, 400))});
     EXPECT_EQ(run.status, kRefused);
-    EXPECT_THAT(run.errors, HasSubstr("damaged"));
+    EXPECT_THAT(run.errors, HasSubstr("truncated: it has 400 of "));
     EXPECT_TRUE(Saved("Files").empty());
+}
+
+TEST_F(FilesAdd, ADamagedFontIsTakenByForceWithNothingButItsName) {
+    Output({"files", "add", "--force", UserFile("broken.ttf", ReadBytes(kSans).substr(0, 400))});
+    const Record file = Saved("Files").at(0);
+    EXPECT_EQ(ValueOf(file, "Type"), "5");
+    EXPECT_EQ(ValueOf(file, "TrueTypeTontName"), "broken");
+    EXPECT_EQ(ValueOf(file, "FontFamilyName"), "");
+    EXPECT_EQ(ValueOf(file, "Size"), "400");
+}
+
+TEST_F(FilesAdd, ADamagedProfileIsTakenByForceWhenItsSlotsAreSaid) {
+    const std::string profile = UserFile("broken.icc", ReadBytes(kRgbProfile).substr(0, 100));
+    const ToolRun run = Run({"files", "add", "--force", profile});
+    EXPECT_EQ(run.status, kRefused);
+    EXPECT_THAT(run.errors, HasSubstr("--profile"));
+    Output({"files", "add", "--force", "--profile", "printer", profile});
+    EXPECT_EQ(ValueOf(Saved("Files").at(0), "ProfileType"), "2");
+}
+
+TEST_F(FilesAdd, ASoftFontIsRecordedWithItsMeasures) {
+    Output({"files", "add", UserFile("tiny.sfp", WholeSoftFont())});
+    const Record file = Saved("Files").at(0);
+    ASSERT_EQ(file.size(), 23u);
+    EXPECT_EQ(ValueOf(file, "Type"), "1");
+    EXPECT_EQ(ValueOf(file, "BitMapFontName"), "Tiny");
+    EXPECT_EQ(ValueOf(file, "Format"), "0");
+    EXPECT_EQ(ValueOf(file, "Xresolution"), "300");
+    EXPECT_EQ(ValueOf(file, "FontType"), "8-bit");
+    EXPECT_EQ(ValueOf(file, "SymbolSet"), "8U");
+    EXPECT_EQ(ValueOf(file, "Proportional"), "0");
+    EXPECT_EQ(ValueOf(file, "PitchWidth"), "8");
+    EXPECT_EQ(ValueOf(file, "Height"), "16");
+    EXPECT_EQ(ValueOf(file, "StrokeWeight"), "3");
+    EXPECT_EQ(ValueOf(file, "EscapeSequence"), "<Esc>(8U<Esc>(s0p37.5h3.84v0s3b4100T");
+}
+
+TEST_F(FilesAdd, ABitmapFontThatIsNoneIsRefused) {
+    const ToolRun run = Run({"files", "add", "--type", "1", UserFile("text.sfp", "text")});
+    EXPECT_EQ(run.status, kRefused);
+    EXPECT_THAT(run.errors, HasSubstr("not-a-soft-font"));
+}
+
+TEST_F(FilesAdd, WhatIsListedAlreadyUnderAnotherPathIsSaid) {
+    const auto copies = CopiesOf(kMono, 3);
+    EXPECT_THAT(Output({"files", "add", copies[0], copies[1]}), HasSubstr("same-content: file 1 is the same; "));
+    EXPECT_THAT(Output({"files", "add", copies[2]}), HasSubstr("same-content"));
+    const auto other = UserFile("other.ttf", ReadBytes(kMono) + std::string(4, '\0'));
+    const auto row = Run({"--json", "files", "add", other}).Json()[0];
+    EXPECT_EQ(row["findings"][0]["code"], "same-postscript-name");
+    EXPECT_EQ(row["findings"][0]["severity"], "warning");
+    EXPECT_EQ(row["findings"][0]["what"], "file 1 is a font DejaVuSansMono, too");
+    EXPECT_NE(row["findings"][0]["meaning"], "");
+    EXPECT_NE(row["findings"][0]["advice"], "");
+}
+
+TEST_F(FilesAdd, ACollectionIsSaidWithItsFonts) {
+    EXPECT_THAT(
+        Output({"files", "add", "/usr/share/fonts/truetype/wqy/wqy-microhei.ttc"}),
+        HasSubstr("collection: it holds 2 fonts: WenQuanYi Micro Hei, WenQuanYi Micro Hei Mono; many printers"));
 }
 
 TEST_F(FilesAdd, ADamagedProfileIsRefused) {

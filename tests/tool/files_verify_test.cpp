@@ -1,6 +1,9 @@
 // files verify, files renew, and what files add refuses.
 
+#include "../tool_units/damages.h"
 #include "tool_test.h"
+
+#include <algorithm>
 
 using ::testing::HasSubstr;
 
@@ -96,4 +99,79 @@ TEST_F(FilesVerify, EqualFilesAndEqualNamesAreTold) {
     const auto copies = CopiesOf(kMono, 2);
     Output({"files", "add", copies[0], copies[1]});
     EXPECT_EQ(Codes(), nlohmann::json({"same-content"}));
+    WriteBytes(copies[1], ReadBytes(kMono) + std::string(4, '\0'));
+    Output({"files", "renew", "--all"});
+    EXPECT_EQ(Codes(), nlohmann::json({"same-postscript-name"}));
+}
+
+TEST_F(FilesVerify, AChosenFileIsHeldAgainstAllOthers) {
+    const auto copies = CopiesOf(kMono, 2);
+    Output({"files", "add", copies[0], copies[1], kSans});
+    EXPECT_EQ(Codes({"1"}), nlohmann::json({"same-content"}));
+    EXPECT_EQ(Codes({"3"}), nlohmann::json::array());
+}
+
+TEST_F(FilesVerify, AnyFontOfACollectionMayHaveTheNameOfAnother) {
+    const std::string collection = "/usr/share/fonts/truetype/wqy/wqy-microhei.ttc";
+    Output({"files", "add", collection, UserFile("longer.ttc", ReadBytes(collection) + std::string(4, '\0'))});
+    const auto findings = Run({"--json", "files", "verify", "2"}).Json();
+    ASSERT_EQ(findings.size(), 2u); // of the other one the first name is recorded
+    EXPECT_EQ(findings[1]["what"], "file 1 is a font WenQuanYiMicroHei, too");
+    const auto all = Codes();
+    EXPECT_EQ(std::count(all.begin(), all.end(), "same-postscript-name"), 2);
+}
+
+TEST_F(FilesVerify, ASoftFontIsLookedThrough) {
+    std::string font = WholeSoftFont();
+    Output({"files", "add", UserFile("whole.sfp", font)});
+    EXPECT_EQ(Codes(), nlohmann::json::array());
+    font.erase(0, font.find('\x1B', 1));
+    font.pop_back();
+    Output({"files", "add", "--force", "--type", "1", UserFile("cut.sfp", font)});
+    EXPECT_EQ(Codes(), nlohmann::json({"truncated", "soft-font-id", "soft-font-count"}));
+}
+
+TEST_F(FilesVerify, AFileThatCannotBeReadIsAnError) {
+    const auto copies = CopiesOf(kMono, 1);
+    Output({"files", "add", copies[0]});
+    std::filesystem::resize_file(copies[0], (std::uintmax_t{1} << 30) + 1); // larger than any font
+    EXPECT_EQ(Codes(), nlohmann::json({"file-unreadable"}));
+}
+
+TEST_F(FilesVerify, AFileOfNoFormMayBeOfAnySize) {
+    const std::string file = UserFile("a.mac", "");
+    std::filesystem::resize_file(file, (std::uintmax_t{1} << 30) + 1);
+    Output({"files", "add", "--type", "2", file});
+    EXPECT_EQ(ValueOf(Saved("Files").at(0), "Size"), "1073741825");
+}
+
+TEST_F(FilesVerify, AProfileIsHeldAgainstItsSlots) {
+    Output({"files", "add", "--profile", "printer", kRgbProfile});
+    const ToolRun run = Run({"files", "verify"});
+    EXPECT_EQ(run.status, kDone); // a warning
+    EXPECT_THAT(run.output, HasSubstr("class-for-slot"));
+    EXPECT_THAT(run.output, HasSubstr("choose the slots"));
+}
+
+TEST_F(FilesVerify, ARenewedFileIsRenewedAmongTheDigestsToo) {
+    const std::string file = UserFile("a.mac", "text");
+    const auto time = std::filesystem::last_write_time(file);
+    Output({"files", "add", "--type", "2", file});
+    Output({"files", "verify", "--keep-digests"});
+    WriteBytes(file, "TEXT");
+    std::filesystem::last_write_time(file, time);
+    Run({"files", "renew", "--all", "--dry-run"});
+    EXPECT_EQ(Codes(), nlohmann::json({"file-changed"}));
+    EXPECT_EQ(Output({"files", "renew", "--all"}), "1 file recorded anew\n");
+    EXPECT_EQ(Codes(), nlohmann::json::array());
+}
+
+TEST_F(FilesVerify, AFileThatIsAddedAgainIsNotHeldAgainstItsOldDigest) {
+    const std::string file = UserFile("a.mac", "text");
+    Output({"files", "add", "--type", "2", file});
+    Output({"files", "verify", "--keep-digests"});
+    Output({"files", "remove", "1"});
+    WriteBytes(file, "TEXT");
+    Output({"files", "add", "--type", "2", file});
+    EXPECT_EQ(Codes(), nlohmann::json::array());
 }

@@ -106,3 +106,94 @@ TEST_F(PrinterReplies, APrintersOwnDocumentPlansForTheMainProject) {
     AddTicked("a", 100);
     EXPECT_EQ(Run({"--json", "--printer", "Workshop", "plan"}).Json()["volumes"][0]["FilesSize"], 100);
 }
+
+TEST_F(PrinterReplies, OfSeveralInquiriesInOneCaptureTheLastCounts) {
+    Report(kReply + "\x1B%-12345X@PJL ECHO again\r\n\f@PJL INFO FILESYS [2 TABLE]\r\n" +
+           "VOLUME TOTAL SIZE FREE SPACE LOCATION LABEL STATUS\r\n"
+           "0:     10000000000   9000000000       DISK     SYS   READ-WRITE\r\n\f" +
+           "@PJL FSDIRLIST NAME=\"0:\\fonts\" ENTRY=1\r\na TYPE=FILE SIZE=1\r\n\f");
+    const auto rows = Saved("Storage", "Workshop.xml");
+    ASSERT_EQ(rows.size(), 1u);
+    EXPECT_EQ(ValueOf(rows[0], "TotalSpace"), "10000000000");
+    EXPECT_EQ(ValueOf(rows[0], "FreeSpace"), "9000000000");
+}
+
+TEST_F(PrinterReplies, AReportInJsonIsTakenAsBefore) {
+    Report(R"( {"storages": [{"name": "DISK", "volumes": [{"volume": "0:", "totalSpace": 9, "freeSpace": 8,
+               "location": "", "label": "", "status": ""}]}]})");
+    EXPECT_EQ(Saved("Storage", "Workshop.xml").size(), 1u);
+}
+
+TEST_F(PrinterReplies, ThePlanHasTheFiguresOfSpaceOnEveryVolume) {
+    Report();
+    Output({"files", "add", "--type", "2", "--volume", "0:", UserFile("a", std::string(999, 'x'))});
+    Output({"files", "add", "--type", "2", "--volume", "0:", UserFile("b", std::string(2, 'y'))});
+    Output({"files", "add", "--type", "8", "--volume", "1:", UserFile("c", std::string(2000, 'x'))});
+    Output({"files", "add", "--type", "8", "--volume", "1:", UserFile("d", "not ticked")});
+    Output({"files", "tick", "1", "2", "3"});
+    const auto space = Run({"--json", "space", "--for", "Workshop"}).Json();
+    const auto plan = Run({"--json", "plan", "--for", "Workshop"}).Json();
+    ASSERT_EQ(space.size(), 2u);
+    ASSERT_EQ(plan["volumes"].size(), 2u);
+    for (std::size_t i = 0; i < 2; ++i) {
+        for (const char* const figure : {"Volume", "FilesSize", "FreeSpace", "FreeSpaceAfterSend"}) {
+            EXPECT_EQ(plan["volumes"][i][figure], space[i][figure]) << figure;
+        }
+        EXPECT_EQ(plan["volumes"][i]["bytesMissing"] == 0, space[i]["fits"]);
+    }
+    EXPECT_EQ(plan["volumes"][0]["bytesMissing"], 1);
+    EXPECT_EQ(plan["fits"], false);
+}
+
+TEST_F(PrinterReplies, WhereTheReportIsOlderThanTheListingThePlanSaysSo) {
+    Report();
+    AddTicked("a", 100);
+    const std::string listing =
+        UserFile("listing.txt", "@PJL INFO FILESYS\r\nVOLUME TOTAL SIZE FREE SPACE LOCATION LABEL STATUS\r\n"
+                                "0: 1000000 50 DISK SYS READ-WRITE\r\n\f"
+                                "@PJL FSDIRLIST NAME=\"0:\\macros\" ENTRY=1\r\nold TYPE=FILE SIZE=7\r\n\f");
+    const ToolRun run = Run({"plan", "--for", "Workshop", "--listing", listing});
+    EXPECT_EQ(run.status, kDone); // the recorded figures count, as for space
+    EXPECT_THAT(run.errors, HasSubstr("1000 free bytes are recorded, and the listing tells of 50"));
+    EXPECT_EQ(Run({"--printer", "Workshop", "storage", "report", listing}).status, kDone);
+    EXPECT_EQ(Run({"plan", "--for", "Workshop", "--listing", listing}).status, kNo);
+}
+
+TEST_F(PrinterReplies, AListingOfAVolumeThatIsNotRecordedIsRefused) {
+    Report();
+    const std::string listing =
+        UserFile("listing.txt", "@PJL FSDIRLIST NAME=\"7:\\\" ENTRY=1\r\nold TYPE=FILE SIZE=7\r\n\f");
+    const ToolRun run = Run({"plan", "--for", "Workshop", "--listing", listing});
+    EXPECT_EQ(run.status, kMissing);
+    EXPECT_THAT(run.errors, HasSubstr("files of volume 7:"));
+    EXPECT_EQ(Run({"plan", "--for", "Workshop", "--listing", UserFile("not.txt", "no reply")}).status, kRefused);
+}
+
+TEST_F(PrinterReplies, ThePlanTellsClashes) {
+    Report();
+    AddTicked("a", 10);
+    AddTicked("b", 10);
+    EXPECT_EQ(Run({"files", "edit", "2", "--id", "0"}).status, kNo); // says so, and sets it
+    const ToolRun run = Run({"plan", "--for", "Workshop"});
+    EXPECT_EQ(run.status, kNo);
+    EXPECT_THAT(run.errors, HasSubstr("files 1, 2 (macros) all have the ID 0"));
+    EXPECT_EQ(Run({"--json", "plan", "--for", "Workshop"}).Json()["clashes"][0]["kind"], "sent together");
+    Output({"files", "untick", "2"});
+    const std::string listing =
+        UserFile("listing.txt", "@PJL FSDIRLIST NAME=\"0:\\macros\" ENTRY=1\r\nb TYPE=FILE SIZE=10\r\n\f");
+    EXPECT_THAT(Run({"plan", "--for", "Workshop", "--listing", listing}).errors,
+                HasSubstr("files 1, 2 (macros) have the ID 0, and the last of them is on the printer"));
+}
+
+TEST_F(PrinterReplies, TheStepsStandInTheOrderInWhichTheyFit) {
+    Report();
+    AddTicked("large", 1200);
+    AddTicked("small", 100);
+    const std::string listing =
+        UserFile("listing.txt", "@PJL FSDIRLIST NAME=\"0:\\macros\" ENTRY=1\r\nsmall TYPE=FILE SIZE=400\r\n\f");
+    const auto steps = Run({"--json", "plan", "--for", "Workshop", "--listing", listing, "--steps"}).Json();
+    ASSERT_EQ(steps.size(), 2u);
+    EXPECT_THAT(steps[0].get<std::string>(), ::testing::StartsWith("replace\t0:\tmacros/small\t"));
+    EXPECT_THAT(steps[1].get<std::string>(), ::testing::StartsWith("send\t0:\tmacros/large\t"));
+    EXPECT_THAT(steps[1].get<std::string>(), ::testing::EndsWith("\t1200"));
+}

@@ -132,6 +132,20 @@ TEST(SoftFonts, TellWhatTheyAre) {
     EXPECT_EQ(EscapeSequenceOf(*font), "<Esc>(8U<Esc>(s0p37.5h3.84v0s3b4100T");
 }
 
+TEST(SoftFonts, AreRecordedAsTheirHeaderTells) {
+    FileFindings findings;
+    const BitmapFontFacts facts = FactsOf(*ReadSoftFont(WholeSoftFont(), findings));
+    EXPECT_EQ(facts.name, "Tiny");
+    EXPECT_EQ(facts.format, "0");
+    EXPECT_EQ(facts.xResolution + "x" + facts.yResolution, "300x300");
+    EXPECT_EQ(facts.fontType, "8-bit");
+    EXPECT_EQ(facts.symbolSet, "8U");
+    EXPECT_EQ(facts.proportional, "0");
+    EXPECT_EQ(facts.pitchWidth + " by " + facts.height, "8 by 16");
+    EXPECT_EQ(facts.strokeWeight, "3");
+    EXPECT_EQ(facts.escapeSequence, "<Esc>(8U<Esc>(s0p37.5h3.84v0s3b4100T");
+}
+
 TEST(SoftFonts, CharactersMayComeInSeveralBlocks) {
     std::string font = WholeSoftFont();
     const std::size_t block = font.rfind("\x1B(s28W");

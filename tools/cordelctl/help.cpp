@@ -25,8 +25,8 @@ struct Status {
 constexpr Status kStatuses[] = {
     {"0", "done"},
     {"1",
-     "the answer is no: files share an ID, the project does not fit, documents differ, or the doctor found an error "
-     "or a warning"},
+     "the answer is no: files share an ID, the project does not fit, a file would not work on a printer, documents "
+     "differ, or the doctor found an error or a warning"},
     {"2", "the command line was not understood"},
     {"3", "what was asked for, or was to be changed, is not in the document"},
     {"4", "the change was not kept: there is no per-user copy that may be written, another program holds it or changed "

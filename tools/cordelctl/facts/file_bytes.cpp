@@ -11,6 +11,10 @@ std::string ReadFileBytes(const std::filesystem::path& path) {
     std::string bytes;
     std::error_code none;
     const auto size = std::filesystem::file_size(path, none);
+    constexpr std::uintmax_t kLargest = std::uintmax_t{1} << 30;
+    if (!none && size > kLargest) {
+        throw std::runtime_error("it is larger than any font or profile: more than 1 GiB");
+    }
     bytes.resize(none ? 0 : size);
     stream.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     bytes.resize(static_cast<std::size_t>(stream.gcount()));

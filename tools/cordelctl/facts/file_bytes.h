@@ -8,7 +8,8 @@
 #include <string>
 #include <string_view>
 
-/// The whole file. Throws std::runtime_error when it cannot be read.
+/// The whole file. Throws std::runtime_error with the reason when it cannot be read, or is larger than a font or
+/// profile can be.
 std::string ReadFileBytes(const std::filesystem::path& path);
 
 /// A part of the bytes. Throws std::out_of_range when it does not lie within them.

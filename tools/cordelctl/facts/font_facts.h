@@ -20,11 +20,14 @@ struct BitmapFontFacts {
     std::string xResolution; // dots per inch; empty when the file does not tell
     std::string yResolution;
     std::string fontType;     // how the characters are encoded
+    std::string symbolSet;    // "8U"; empty when the file does not tell
     std::string proportional; // "1", or "0" for a fixed pitch
     std::string pitchWidth;   // average, in dots
     std::string height;       // in dots
     std::string style;
-    std::string strokeWeight; // "Bold" or "Medium"
+    std::string strokeWeight; // "Bold" or "Medium"; a number when the file has one
+    std::string typeFace;
+    std::string escapeSequence; // with which a job chooses it; empty when there is none
 };
 
 /// Reads the first font of the file. Both throw std::runtime_error with the reason when it cannot be read as such a

@@ -106,5 +106,6 @@ BitmapFontFacts ReadBitmapFontFacts(const std::filesystem::path& path) {
     facts.height = std::to_string(face->available_sizes[0].height);
     facts.style = OrEmpty(face->style_name);
     facts.strokeWeight = (face->style_flags & FT_STYLE_FLAG_BOLD) != 0 ? "Bold" : "Medium";
+    facts.typeFace = facts.name;
     return facts;
 }

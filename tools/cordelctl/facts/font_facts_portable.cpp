@@ -133,5 +133,5 @@ TrueTypeFacts ReadTrueTypeFacts(const std::filesystem::path& path) {
 }
 
 BitmapFontFacts ReadBitmapFontFacts(const std::filesystem::path&) {
-    throw std::runtime_error("bitmap fonts cannot be read on this system");
+    throw std::runtime_error("of bitmap fonts only soft fonts can be read on this system");
 }

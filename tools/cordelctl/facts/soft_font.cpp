@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <iterator>
 
 namespace {
 
@@ -286,6 +287,25 @@ bool IsSoftFont(std::string_view file) noexcept {
 
 std::optional<SoftFont> ReadSoftFont(std::string_view file, FileFindings& findings) {
     return CSoftFontReader(findings).Read(file);
+}
+
+BitmapFontFacts FactsOf(const SoftFont& font) {
+    constexpr const char* kFontTypes[] = {"7-bit", "8-bit", "PC-8"};
+    BitmapFontFacts facts;
+    facts.name = font.name;
+    facts.format = std::to_string(font.format);
+    facts.xResolution = std::to_string(font.xResolution);
+    facts.yResolution = std::to_string(font.yResolution);
+    facts.fontType = font.fontType < std::size(kFontTypes) ? kFontTypes[font.fontType] : std::to_string(font.fontType);
+    facts.symbolSet = font.symbolSet;
+    facts.proportional = font.isProportional ? "1" : "0";
+    facts.pitchWidth = Number(font.pitch);
+    facts.height = Number(font.height);
+    facts.style = std::to_string(font.style);
+    facts.strokeWeight = std::to_string(font.strokeWeight);
+    facts.typeFace = std::to_string(font.typeFace);
+    facts.escapeSequence = EscapeSequenceOf(font);
+    return facts;
 }
 
 std::string EscapeSequenceOf(const SoftFont& font) {

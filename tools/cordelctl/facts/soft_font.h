@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "facts/font_facts.h"
 #include "verification/file_finding.h"
 
 #include <cstdint>
@@ -35,6 +36,9 @@ bool IsSoftFont(std::string_view file) noexcept;
 
 /// Adds what is wrong with it. Nothing when there is no header to read.
 std::optional<SoftFont> ReadSoftFont(std::string_view file, FileFindings& findings);
+
+/// What is recorded of it.
+BitmapFontFacts FactsOf(const SoftFont& font);
 
 /// How a job chooses the font, with the escape characters written out.
 std::string EscapeSequenceOf(const SoftFont& font);

@@ -44,9 +44,8 @@ std::string GroupOf(const ProjectFile& file) {
 
 class CPlanner {
 public:
-    CPlanner(const std::vector<ProjectFile>& files, const std::optional<std::vector<PrinterFile>>& listing)
-        : m_files(files) {
-        for (const PrinterFile& file : listing.value_or(std::vector<PrinterFile>())) {
+    CPlanner(const std::vector<ProjectFile>& files, const std::vector<PrinterFile>& listing) : m_files(files) {
+        for (const PrinterFile& file : listing) {
             m_there[PlaceOf(file.volume, file.path)] = file;
         }
     }
@@ -196,6 +195,6 @@ bool SendPlan::Fits() const noexcept {
 }
 
 SendPlan MakePlan(const std::vector<ProjectFile>& files, const std::vector<ReportedVolume>& volumes,
-                  const std::optional<std::vector<PrinterFile>>& listing) {
+                  const std::vector<PrinterFile>& listing) {
     return CPlanner(files, listing).Make(volumes);
 }

@@ -4,7 +4,6 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -76,8 +75,8 @@ struct SendPlan {
     bool Fits() const noexcept;
 };
 
-/// `listing` is what the printer holds, when it is known. Every volume of a ticked file has to be among the volumes;
-/// sizes add up within 63 bits, or std::overflow_error is thrown. Paths are compared without regard to case and kind of
-/// slash.
+/// `listing` is what the printer holds; nothing when that is not known. Every volume of a ticked file has to be among
+/// the volumes; sizes add up within 63 bits, or std::overflow_error is thrown. Paths are compared without regard to
+/// case and kind of slash.
 SendPlan MakePlan(const std::vector<ProjectFile>& files, const std::vector<ReportedVolume>& volumes,
-                  const std::optional<std::vector<PrinterFile>>& listing);
+                  const std::vector<PrinterFile>& listing);

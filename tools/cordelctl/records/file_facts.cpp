@@ -2,8 +2,10 @@
 
 #include "records/file_facts.h"
 
+#include "facts/file_bytes.h"
 #include "facts/font_facts.h"
 #include "facts/profile_facts.h"
+#include "facts/soft_font.h"
 #include "failure.h"
 #include "records/field_text.h"
 #include "system/system.h"
@@ -44,22 +46,6 @@ std::vector<char> BytesOf(const Detail& detail) {
     return bytes;
 }
 
-/// The type that the first bytes tell; empty for any other file.
-std::string TypeOf(const std::filesystem::path& path) {
-    constexpr std::size_t kSignatureOffset = 36;
-    std::array<char, 40> bytes{};
-    std::ifstream stream(path, std::ios::binary);
-    stream.read(bytes.data(), bytes.size());
-    if (stream.bad() || (!stream && !stream.eof())) {
-        throw CFailure(ExitCode::Refused, "it cannot be read");
-    }
-    const std::string_view start(bytes.data(), 4);
-    if (start == std::string_view("\0\1\0\0", 4) || start == "true" || start == "ttcf") {
-        return "5";
-    }
-    return std::string_view(bytes.data() + kSignatureOffset, 4) == "acsp" ? "6" : "";
-}
-
 FileDetails TrueTypeFont(const std::filesystem::path& path) {
     const TrueTypeFacts facts = ReadTrueTypeFacts(path);
     CDetailTexts texts(path);
@@ -73,8 +59,21 @@ FileDetails TrueTypeFont(const std::filesystem::path& path) {
     return {"5", facts.fullName, "", BytesOf(detail), "fonts", "Fonts", texts.Notes()};
 }
 
+BitmapFontFacts BitmapFacts(const std::filesystem::path& path) {
+    const std::string bytes = ReadFileBytes(path);
+    if (!IsSoftFont(bytes)) {
+        return ReadBitmapFontFacts(path);
+    }
+    FileFindings findings;
+    const auto font = ReadSoftFont(bytes, findings);
+    if (!font) {
+        throw std::runtime_error("it has no header of a font");
+    }
+    return FactsOf(*font);
+}
+
 FileDetails BitmapFont(const std::filesystem::path& path) {
-    const BitmapFontFacts facts = ReadBitmapFontFacts(path);
+    const BitmapFontFacts facts = BitmapFacts(path);
     CDetailTexts texts(path);
     BitmapFontDetail detail{};
     texts.Fill(detail.bitMapFontName, facts.name, "name");
@@ -82,12 +81,14 @@ FileDetails BitmapFont(const std::filesystem::path& path) {
     texts.Fill(detail.xResolution, facts.xResolution, "horizontal resolution");
     texts.Fill(detail.yResolution, facts.yResolution, "vertical resolution");
     texts.Fill(detail.fontType, facts.fontType, "font type");
+    texts.Fill(detail.symbolSet, facts.symbolSet, "symbol set");
     texts.Fill(detail.proportional, facts.proportional, "pitch");
     texts.Fill(detail.pitchWidth, facts.pitchWidth, "width");
     texts.Fill(detail.height, facts.height, "height");
     texts.Fill(detail.style, facts.style, "style");
     texts.Fill(detail.strokeWeight, facts.strokeWeight, "stroke weight");
-    texts.Fill(detail.typeFace, facts.name, "type face");
+    texts.Fill(detail.typeFace, facts.typeFace, "type face");
+    texts.Fill(detail.escapeSequence, facts.escapeSequence, "escape sequence");
     return {"1", facts.name, "", BytesOf(detail), "fonts", "Fonts", texts.Notes()};
 }
 
@@ -139,31 +140,70 @@ FileDetails OtherFile(const std::filesystem::path& path, const std::string& type
                        : FileDetails{type, host::TextOf(path.stem()), "", {}, "overlays", "Overlays"};
 }
 
+/// A font or profile of which nothing is known but the name of its file.
+FileDetails UnreadFile(const std::filesystem::path& path, const std::string& type, const std::string& profileType) {
+    const std::string name = host::TextOf(path.stem());
+    CDetailTexts texts(path);
+    if (type == "6") {
+        if (profileType.empty()) {
+            throw CFailure(ExitCode::Refused, "which slots it takes cannot be told from its content",
+                           "say it: --profile rgb, printer or linked");
+        }
+        IcmProfileDetail detail{};
+        texts.Fill(detail.description, name, "name");
+        CopyText(detail.profileType, profileType);
+        return {type, name, profileType, BytesOf(detail), "profiles", "Profiles", texts.Notes()};
+    }
+    if (type == "1") {
+        BitmapFontDetail detail{};
+        texts.Fill(detail.bitMapFontName, name, "name");
+        return {type, name, "", BytesOf(detail), "fonts", "Fonts", texts.Notes()};
+    }
+    TrueTypeDetail detail{};
+    texts.Fill(detail.trueTypeFontName, name, "name");
+    return {type, name, "", BytesOf(detail), "fonts", "Fonts", texts.Notes()};
+}
+
 } // namespace
 
-FileDetails ReadFileDetails(const std::filesystem::path& path, const std::string& type,
-                            const std::string& profileType) {
-    const std::string kind = type.empty() ? TypeOf(path) : type;
+std::string FileTypeOf(const std::filesystem::path& path) {
+    constexpr std::size_t kSignatureOffset = 36;
+    std::array<char, 40> bytes{};
+    std::ifstream stream(path, std::ios::binary);
+    stream.read(bytes.data(), bytes.size());
+    if (stream.bad() || (!stream && !stream.eof())) {
+        throw CFailure(ExitCode::Refused, "it cannot be read");
+    }
+    const std::string_view all(bytes.data(), bytes.size());
+    const std::string_view start = all.substr(0, 4);
+    if (start == std::string_view("\0\1\0\0", 4) || start == "true" || start == "ttcf") {
+        return "5";
+    }
+    if (IsSoftFont(all) && all.find(")s") != std::string_view::npos) {
+        return "1";
+    }
+    return all.substr(kSignatureOffset, 4) == "acsp" ? "6" : "";
+}
+
+FileDetails ReadFileDetails(const std::filesystem::path& path, const std::string& type, const std::string& profileType,
+                            Unreadable unreadable) {
     try {
-        if (kind == "5") {
+        if (type == "5") {
             return TrueTypeFont(path);
         }
-        if (kind == "1") {
+        if (type == "1") {
             return BitmapFont(path);
         }
-        if (kind == "6") {
+        if (type == "6") {
             return ColourProfile(path, profileType);
         }
     } catch (const CFailure&) {
         throw;
     } catch (const std::runtime_error& error) {
-        throw CFailure(ExitCode::Refused, error.what());
+        if (unreadable == Unreadable::Taken) {
+            return UnreadFile(path, type, profileType);
+        }
+        throw CFailure(ExitCode::Refused, error.what(), "to add it all the same: --force");
     }
-    if (kind.empty()) {
-        throw CFailure(ExitCode::Refused, "it is neither a TrueType font nor a colour profile",
-                       "say what it is: --type 1 (bitmap font), 2 (macro) or 8 (form overlay)");
-    }
-    return OtherFile(path, kind);
+    return OtherFile(path, type);
 }
-
-bool IsFontOrProfile(const std::filesystem::path& path) { return !TypeOf(path).empty(); }

@@ -19,9 +19,14 @@ struct FileDetails {
     std::vector<std::string> notes = {}; // what had to be changed to fit
 };
 
-/// Reads the file. `type` and `profileType` may be empty: then the content decides. Throws when the file cannot be
-/// taken.
-FileDetails ReadFileDetails(const std::filesystem::path& path, const std::string& type, const std::string& profileType);
+/// The type that the first bytes of a file tell, a font, a soft font or a colour profile; empty for any other file.
+/// Throws when it cannot be read.
+std::string FileTypeOf(const std::filesystem::path& path);
 
-/// True when the first bytes of the file are those of a TrueType font or of a colour profile.
-bool IsFontOrProfile(const std::filesystem::path& path);
+/// Whether a font or profile is taken whose content cannot be read: then its name is all that is told of it.
+enum class Unreadable { Refused, Taken };
+
+/// Reads a file of this type. `profileType` may be empty: then the content decides. Throws when the file cannot be
+/// taken.
+FileDetails ReadFileDetails(const std::filesystem::path& path, const std::string& type, const std::string& profileType,
+                            Unreadable unreadable);

@@ -8,15 +8,18 @@
 #include "failure.h"
 #include "records/change_time.h"
 #include "records/field_text.h"
+#include "records/file_contents.h"
 #include "records/file_facts.h"
 #include "records/file_numbers.h"
 #include "records/file_verification.h"
+#include "records/kept_digests.h"
 #include "records/listed_paths.h"
 #include "verbs/rows.h"
 
 #include <algorithm>
 #include <filesystem>
 #include <map>
+#include <stdexcept>
 
 namespace {
 
@@ -55,12 +58,16 @@ public:
     CFileAdder(const Context& context, CDocument& document)
         : m_context(context), m_document(document), m_numbers(document), m_paths(document),
           m_strVolume(context.Has("--volume") ? context.Text("--volume")
-                                              : document.FirstValue("Project", "Volume").value_or("")) {}
+                                              : document.FirstValue("Project", "Volume").value_or("")) {
+        for (const Row& row : document.RowsOrNone("Files")) {
+            m_contents.Add(RecordedContent(row));
+        }
+    }
 
     bool IsListed(const std::string& path) const { return m_paths.Has(path); }
 
-    /// Adds one file and returns what was recorded. Throws when the file is refused.
-    Value Add(const std::string& name, std::vector<std::string>& notes) {
+    /// Adds one file and returns what was recorded, and what was found in it. Throws when the file is refused.
+    Value Add(const std::string& name, std::vector<std::string>& notes, FileFindings& findings) {
         const auto path = RealPath(name);
         const std::string localPath = host::TextOf(path);
         if (m_paths.Has(localPath)) {
@@ -68,8 +75,12 @@ public:
                            "paths are compared without regard to upper and lower case; to pass over what is listed: "
                            "--skip-listed");
         }
-        const FileDetails details = ReadFileDetails(path, m_context.Text("--type"), ProfileType());
-        const FileFindings findings = CheckContent(path, details);
+        const std::string type = RequireType(path);
+        FileContent content{"", path, std::filesystem::file_size(path), {}};
+        findings = CheckContent(content, type);
+        RefuseErrors(findings);
+        const FileDetails details = ReadFileDetails(path, type, ProfileType(),
+                                                    m_context.Has("--force") ? Unreadable::Taken : Unreadable::Refused);
         FileItem item{};
         FillExactly(item.LocalPath, localPath, "its path");
         const std::string component = m_context.Has("--component") ? m_context.Text("--component") : details.component;
@@ -78,7 +89,7 @@ public:
         FillExactly(item.Volume, m_strVolume, "the volume");
         FillExactly(item.Path, folder + "/" + host::TextOf(path.filename()), "its path on the printer");
         CopyText(item.Type, details.type);
-        CopyText(item.Size, std::to_string(std::filesystem::file_size(path)));
+        CopyText(item.Size, std::to_string(content.size));
         CopyText(item.CreateDate, ChangeTime(path));
         const std::string id = m_numbers.TakeID(details.type, details.profileType);
         const std::string fileID = m_numbers.TakeFileID();
@@ -88,19 +99,17 @@ public:
         RequireDone(AddProjectFile(m_document.Object(), item), "the file");
         m_document.NoteChange();
         m_paths.Add(localPath);
+        content.fileID = fileID;
+        m_contents.Add(std::move(content));
+        m_localPaths.push_back(localPath);
         notes.insert(notes.end(), details.notes.begin(), details.notes.end());
-        Value row = Value::Record{
+        return Value::Record{
             {"file", name},         {"added", true},          {"FileID", fileID},      {"ID", id},
             {"Type", details.type}, {"title", details.title}, {"Volume", m_strVolume}, {"LocalPath", localPath}};
-        Value::List found;
-        for (const FileFinding& finding : findings) {
-            found.emplace_back(SpokenFinding(finding) + "; " + TextOf(finding.cause).advice);
-        }
-        if (!found.empty()) {
-            row.Add("findings", std::move(found));
-        }
-        return row;
     }
+
+    /// Files that were added.
+    const std::vector<std::string>& LocalPaths() const noexcept { return m_localPaths; }
 
     static std::filesystem::path RealPath(const std::string& name) {
         std::error_code error;
@@ -117,17 +126,44 @@ public:
     }
 
 private:
-    /// What is found in the file. Throws for an error, unless the file is to be taken all the same.
-    FileFindings CheckContent(const std::filesystem::path& path, const FileDetails& details) const {
-        // Slots that were chosen are not questioned: --profile is there to choose others than the profile is made for.
-        auto content = VerifyContent(ReadFileBytes(path), details.type, "", m_context.Text("--covers"));
-        for (const FileFinding& finding : content.findings) {
+    std::string RequireType(const std::filesystem::path& path) const {
+        std::string type = m_context.Has("--type") ? m_context.Text("--type") : FileTypeOf(path);
+        if (type.empty()) {
+            throw CFailure(ExitCode::Refused, "it is neither a TrueType font nor a colour profile nor a soft font",
+                           "say what it is: --type 1 (bitmap font), 2 (macro) or 8 (form overlay)");
+        }
+        return type;
+    }
+
+    /// Looks through the file, and whether others hold the same.
+    FileFindings CheckContent(FileContent& file, const std::string& type) {
+        try {
+            FileFindings findings;
+            if (HasForm(type)) {
+                // Slots that were chosen are not questioned: --profile is there to choose others than the profile is
+                // made for.
+                auto content = VerifyContent(ReadFileBytes(file.path), type, "", m_context.Text("--covers"));
+                file.postScriptNames = std::move(content.postScriptNames);
+                findings = std::move(content.findings);
+            }
+            const FileFindings repeated = m_contents.Compare(file);
+            findings.insert(findings.end(), repeated.begin(), repeated.end());
+            return findings;
+        } catch (const std::filesystem::filesystem_error&) {
+            throw;
+        } catch (const std::runtime_error& error) {
+            throw CFailure(ExitCode::Refused, error.what());
+        }
+    }
+
+    /// Throws for an error, unless the file is to be taken all the same.
+    void RefuseErrors(const FileFindings& findings) const {
+        for (const FileFinding& finding : findings) {
             if (TextOf(finding.cause).severity == Severity::Error && !m_context.Has("--force")) {
                 throw CFailure(ExitCode::Refused, SpokenFinding(finding),
                                std::string(TextOf(finding.cause).advice) + "; to add it all the same: --force");
             }
         }
-        return std::move(content.findings);
     }
 
     std::string ProfileType() const {
@@ -140,12 +176,24 @@ private:
     CDocument& m_document;
     CFreeNumbers m_numbers;
     CListedPaths m_paths;
+    CFileContents m_contents;
+    std::vector<std::string> m_localPaths;
     std::string m_strVolume;
 };
 
 /// What of a folder is neither a font nor a profile.
 bool IsOfNoKind(const Context& context, const std::filesystem::path& path) {
-    return !context.Has("--type") && !IsFontOrProfile(path);
+    return !context.Has("--type") && FileTypeOf(path).empty();
+}
+
+void AddFindings(Value& row, const FileFindings& findings) {
+    Value::List list;
+    for (const FileFinding& finding : findings) {
+        list.emplace_back(DataOf(finding));
+    }
+    if (!list.empty()) {
+        row.Add("findings", std::move(list));
+    }
 }
 
 Result Add(Context& context) {
@@ -163,19 +211,21 @@ Result Add(Context& context) {
         StopIfInterrupted();
         progress.Show(i);
         const std::string& name = candidates[i].name;
+        FileFindings findings;
         try {
             if ((candidates[i].found && IsOfNoKind(context, host::PathOf(name))) ||
                 (context.Has("--skip-listed") && adder.IsListed(host::TextOf(CFileAdder::RealPath(name))))) {
                 ++skipped;
                 continue;
             }
-            const Value row = adder.Add(name, result.notes);
+            Value row = adder.Add(name, result.notes, findings);
             result.said.push_back("added " + row["FileID"].Text() + ": \"" + row["title"].Text() + "\" with ID " +
                                   row["ID"].Text() + ", " + row["LocalPath"].Text());
-            for (const Value& finding : row["findings"].Items()) {
-                result.said.push_back("  " + finding.Text());
+            for (const FileFinding& finding : findings) {
+                result.said.push_back("  " + SpokenFinding(finding) + "; " + TextOf(finding.cause).advice);
             }
-            result.data.Append(row);
+            AddFindings(row, findings);
+            result.data.Append(std::move(row));
             ++added;
         } catch (const CFailure& failure) {
             if (failure.Code() != ExitCode::Refused) {
@@ -184,13 +234,16 @@ Result Add(Context& context) {
             ++refused;
             result.notes.push_back(name + " was not added: " + failure.what() +
                                    (failure.Advice().empty() ? "" : "; " + failure.Advice()));
-            result.data.Append(Value::Record{{"file", name}, {"added", false}, {"reason", failure.what()}});
+            Value row = Value::Record{{"file", name}, {"added", false}, {"reason", failure.what()}};
+            AddFindings(row, findings);
+            result.data.Append(std::move(row));
         } catch (const std::filesystem::filesystem_error& error) {
             ++refused;
             result.notes.push_back(name + " was not added: " + error.code().message());
             result.data.Append(Value::Record{{"file", name}, {"added", false}, {"reason", error.code().message()}});
         }
     }
+    RenewKeptDigests(context.Place(), adder.LocalPaths(), context.Options().dryRun);
     result.said.push_back(Counted(added, "file") + " added" +
                           (refused == 0 ? "" : ", " + std::to_string(refused) + " refused") +
                           (skipped == 0 ? "" : ", " + std::to_string(skipped) + " passed over"));

@@ -8,6 +8,7 @@
 #include "verbs/send_space.h"
 #include "verbs/verbs.h"
 
+#include <algorithm>
 #include <set>
 #include <stdexcept>
 
@@ -33,8 +34,29 @@ std::vector<ProjectFile> FilesOf(Context& context) {
     return files;
 }
 
+/// What the printer holds, as it told.
+struct Listing {
+    std::vector<PrinterFile> files;
+    std::vector<ReplyVolume> volumes;
+    std::vector<std::string> notes;
+};
+
+Listing ReadListing(const std::string& file) {
+    const PrinterReply reply = ReadReply(file, "the listing");
+    Listing listing{{}, reply.volumes.value_or(std::vector<ReplyVolume>()), {}};
+    for (const ReplyEntry& entry : reply.entries) {
+        if (!entry.isFolder) {
+            listing.files.push_back({entry.volume, entry.path, entry.size});
+        }
+    }
+    for (const UnlistedPath& path : reply.unlisted) {
+        listing.notes.push_back("the printer did not list " + path.volume + path.path + ": " + path.reason);
+    }
+    return listing;
+}
+
 std::vector<ReportedVolume> VolumesFor(CDocument& printer, const std::vector<ProjectFile>& files,
-                                       const std::vector<PrinterFile>& listed) {
+                                       const Listing& listing) {
     RequireSound(printer, "Storage");
     std::set<std::string> names;
     for (const ProjectFile& file : files) {
@@ -42,14 +64,33 @@ std::vector<ReportedVolume> VolumesFor(CDocument& printer, const std::vector<Pro
             names.insert(file.volume);
         }
     }
-    for (const PrinterFile& file : listed) {
-        names.insert(file.volume);
+    for (const PrinterFile& file : listing.files) {
+        if (names.insert(file.volume).second && printer.RowsWhere("Storage", {{"Volume", file.volume}}).empty()) {
+            throw CFailure(ExitCode::Missing,
+                           "the listing has files of volume " + file.volume + ", which is not recorded in " +
+                               printer.Title(),
+                           "record what the printer reports: cordelctl storage report FILE");
+        }
     }
     std::vector<ReportedVolume> volumes;
     for (const std::string& name : names) {
         volumes.push_back({name, FreeSpaceOf(printer, name)});
     }
     return volumes;
+}
+
+/// The figures that count are the recorded ones, as `space` has them. Notes where the printer told others since.
+void CompareFigures(const std::vector<ReportedVolume>& recorded, const std::vector<ReplyVolume>& told,
+                    const std::string& file, std::vector<std::string>& notes) {
+    for (const ReportedVolume& volume : recorded) {
+        const auto now = std::find_if(told.begin(), told.end(),
+                                      [&](const ReplyVolume& other) { return other.volume == volume.volume; });
+        if (now != told.end() && !now->freeSpace.empty() && now->freeSpace != std::to_string(volume.freeSpace)) {
+            notes.push_back("of volume " + volume.volume + " " + std::to_string(volume.freeSpace) +
+                            " free bytes are recorded, and the listing tells of " + now->freeSpace +
+                            "; to record them: cordelctl storage report " + file);
+        }
+    }
 }
 
 const char* NameOf(Standing standing) {
@@ -148,25 +189,18 @@ Value::List ScriptOf(const SendPlan& plan) {
 
 Result Plan(Context& context) {
     const std::vector<ProjectFile> files = FilesOf(context);
-    std::optional<std::vector<PrinterFile>> listing;
     Result result;
+    Listing listing;
     if (context.Has("--listing")) {
-        listing.emplace();
-        const PrinterReply reply = ReadReply(context.Text("--listing"), "the listing");
-        for (const ReplyEntry& entry : reply.entries) {
-            if (!entry.isFolder) {
-                listing->push_back({entry.volume, entry.path, entry.size});
-            }
-        }
-        for (const UnlistedPath& path : reply.unlisted) {
-            result.notes.push_back("the printer did not list " + path.volume + path.path + ": " + path.reason);
-        }
+        listing = ReadListing(context.Text("--listing"));
+        result.notes = listing.notes;
     }
     CDocument& printer = context.Has("--for") ? context.Printer(context.Text("--for")) : context.Document();
-    const auto volumes = VolumesFor(printer, files, listing.value_or(std::vector<PrinterFile>()));
+    const auto volumes = VolumesFor(printer, files, listing);
+    CompareFigures(volumes, listing.volumes, context.Text("--listing"), result.notes);
     SendPlan plan;
     try {
-        plan = MakePlan(files, volumes, listing);
+        plan = MakePlan(files, volumes, listing.files);
     } catch (const std::overflow_error& error) {
         throw CFailure(ExitCode::Refused, error.what());
     }

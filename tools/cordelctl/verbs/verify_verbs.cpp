@@ -3,39 +3,28 @@
 
 #include "decoration.h"
 #include "digests/digest.h"
-#include "digests/digest_list.h"
 #include "facts/file_bytes.h"
 #include "failure.h"
 #include "records/change_time.h"
+#include "records/file_contents.h"
 #include "records/file_verification.h"
+#include "records/kept_digests.h"
 #include "system/system.h"
-#include "transaction/history.h"
 #include "verbs/chosen_files.h"
 #include "verbs/rows.h"
 #include "verbs/verbs.h"
 
 #include <filesystem>
-#include <map>
+#include <set>
 #include <stdexcept>
 
 namespace {
 
-/// Where the digests of a document's files are kept: beside it, never in it.
-std::filesystem::path DigestFile(const DocumentPlace& place) {
-    auto file = CHistory::LockFile(place);
-    return file.replace_extension(".digests");
-}
-
-DigestList KeptDigests(const DocumentPlace& place) {
-    std::error_code error;
-    const auto file = DigestFile(place);
-    return std::filesystem::exists(file, error) ? ReadDigestList(host::ReadBytes(file)) : DigestList();
-}
-
-/// One listed file, and what is found in it.
+/// Looks through one listed file after another.
 class CVerifier {
 public:
-    CVerifier(const Context& context, DigestList kept) : m_context(context), m_kept(std::move(kept)) {}
+    CVerifier(const Context& context, DigestList kept, CFileContents others)
+        : m_context(context), m_kept(std::move(kept)), m_others(std::move(others)) {}
 
     void Verify(const Row& row) {
         const std::string localPath = row.Value("LocalPath");
@@ -45,71 +34,66 @@ public:
             Add(row, {Cause::FileMissing, localPath});
             return;
         }
-        std::string bytes;
+        ContentVerification content;
+        FileContent file{row.Value("FileID"), path, 0, {}};
+        std::string digest;
+        FileFindings repeated;
         try {
-            bytes = ReadFileBytes(path);
+            const std::string type = row.Value("Type");
+            if (HasForm(type)) {
+                content =
+                    VerifyContent(ReadFileBytes(path), type, row.Value("ProfileType"), m_context.Text("--covers"));
+            }
+            // That of a font takes as long as loading its glyphs, and is worked out only where it is needed.
+            if (!HasForm(type) || m_kept.count(localPath) != 0 || m_context.Has("--keep-digests")) {
+                digest = Sha256OfFile(path);
+                m_digests[localPath] = digest;
+            }
+            file.size = std::filesystem::file_size(path);
+            file.postScriptNames = std::move(content.postScriptNames);
+            repeated = m_others.Compare(file);
         } catch (const std::runtime_error& reason) {
             Add(row, {Cause::FileUnreadable, localPath + ": " + reason.what()});
             return;
         }
-        const std::string digest = Sha256Of(bytes);
-        CheckChange(row, path, bytes.size(), digest);
-        const auto content =
-            VerifyContent(bytes, row.Value("Type"), row.Value("ProfileType"), m_context.Text("--covers"));
-        for (const FileFinding& finding : content.findings) {
-            Add(row, finding);
+        CheckChange(row, file, digest);
+        for (const FileFindings& findings : {content.findings, repeated}) {
+            for (const FileFinding& finding : findings) {
+                Add(row, finding);
+            }
         }
-        CheckOthers(row, digest, content.postScriptName);
-        m_digests[localPath] = digest;
+        m_others.Add(std::move(file));
     }
 
     Value::List Findings() && { return std::move(m_findings); }
     std::size_t Errors() const noexcept { return m_nErrors; }
+
+    /// Those that are to be kept.
     const DigestList& Digests() const noexcept { return m_digests; }
 
 private:
-    void CheckChange(const Row& row, const std::filesystem::path& path, std::size_t size, const std::string& digest) {
-        const std::string localPath = row.Value("LocalPath");
-        const auto kept = m_kept.find(localPath);
+    void CheckChange(const Row& row, const FileContent& file, const std::string& digest) {
+        const auto kept = m_kept.find(row.Value("LocalPath"));
         const std::string recordedSize = row.Value("Size");
         const std::string recordedTime = row.Value("CreateDate");
-        if (!recordedSize.empty() && recordedSize != std::to_string(size)) {
-            Add(row, {Cause::FileChanged,
-                      "it has " + std::to_string(size) + " bytes, and " + recordedSize + " are recorded"});
+        const std::string size = std::to_string(file.size);
+        if (!recordedSize.empty() && recordedSize != size) {
+            Add(row, {Cause::FileChanged, "it has " + size + " bytes, and " + recordedSize + " are recorded"});
         } else if (kept != m_kept.end() && kept->second != digest) {
             Add(row, {Cause::FileChanged, "its content is another than when it was last looked at"});
-        } else if (kept == m_kept.end() && !recordedTime.empty() && recordedTime != ChangeTime(path)) {
+        } else if (kept == m_kept.end() && !recordedTime.empty() && recordedTime != ChangeTime(file.path)) {
             Add(row, {Cause::FileChanged,
-                      "it was changed at " + ChangeTime(path) + ", and " + recordedTime + " is recorded"});
-        }
-    }
-
-    /// Against the files that came before.
-    void CheckOthers(const Row& row, const std::string& digest, const std::string& postScriptName) {
-        const std::string fileID = row.Value("FileID");
-        const auto [content, isNew] = m_contents.emplace(digest, fileID);
-        if (!isNew) {
-            Add(row, {Cause::SameContent, "file " + content->second + " is the same"});
-        } else if (!postScriptName.empty()) {
-            const auto [name, isNewName] = m_names.emplace(postScriptName, fileID);
-            if (!isNewName) {
-                Add(row,
-                    {Cause::SamePostScriptName, "file " + name->second + " is a font " + postScriptName + ", too"});
-            }
+                      "it was changed at " + ChangeTime(file.path) + ", and " + recordedTime + " is recorded"});
         }
     }
 
     void Add(const Row& row, const FileFinding& finding) {
-        const CauseText& text = TextOf(finding.cause);
-        const bool isError = text.severity == Severity::Error;
-        m_nErrors += isError ? 1 : 0;
-        m_findings.push_back(Value::Record{{"FileID", row.Value("FileID")},
-                                           {"LocalPath", row.Value("LocalPath")},
-                                           {"severity", isError ? "error" : "warning"},
-                                           {"code", text.code},
-                                           {"what", finding.what},
-                                           {"meaning", text.meaning},
-                                           {"advice", text.advice}});
+        m_nErrors += TextOf(finding.cause).severity == Severity::Error ? 1 : 0;
+        Value::Record record{{"FileID", row.Value("FileID")}, {"LocalPath", row.Value("LocalPath")}};
+        for (Value::Member& member : DataOf(finding)) {
+            record.push_back(std::move(member));
+        }
+        m_findings.emplace_back(std::move(record));
     }
 
     const Context& m_context;
@@ -117,8 +101,7 @@ private:
     DigestList m_digests;
     Value::List m_findings;
     std::size_t m_nErrors = 0;
-    std::map<std::string, std::string> m_contents; // FileIDs by digest
-    std::map<std::string, std::string> m_names;    // and by PostScript name
+    CFileContents m_others;
 };
 
 /// All files when none is named.
@@ -127,22 +110,25 @@ std::vector<Row> FilesToVerify(Context& context, CDocument& document) {
                                                                                  : document.Rows("Files");
 }
 
-void KeepDigests(const DocumentPlace& place, const DigestList& digests) {
-    DigestList all = KeptDigests(place);
-    for (const auto& [path, digest] : digests) {
-        all[path] = digest;
+/// The files that are not to be verified, as they are recorded.
+CFileContents ContentsOfOthers(CDocument& document, const std::vector<Row>& chosen) {
+    std::set<int> positions;
+    for (const Row& row : chosen) {
+        positions.insert(row.position);
     }
-    try {
-        host::WriteWhole(DigestFile(place), DigestListText(all), place.Loaded());
-    } catch (const std::filesystem::filesystem_error& error) {
-        throw CFailure(ExitCode::NotKept, "the digests cannot be kept: " + error.code().message());
+    CFileContents contents;
+    for (const Row& row : document.Rows("Files")) {
+        if (positions.count(row.position) == 0) {
+            contents.Add(RecordedContent(row));
+        }
     }
+    return contents;
 }
 
 Result Verify(Context& context) {
     const std::vector<Row> rows = FilesToVerify(context, context.Document());
     const DocumentPlace place = context.Place();
-    CVerifier verifier(context, place.IsKept() ? KeptDigests(place) : DigestList());
+    CVerifier verifier(context, KeptDigests(place), ContentsOfOthers(context.Document(), rows));
     CProgress progress(rows.size(), "verifying");
     for (std::size_t i = 0; i < rows.size(); ++i) {
         StopIfInterrupted();
@@ -150,10 +136,6 @@ Result Verify(Context& context) {
         verifier.Verify(rows[i]);
     }
     if (context.Has("--keep-digests")) {
-        if (!place.IsKept()) {
-            throw CFailure(ExitCode::NotKept, "there is no copy of your own beside which digests could be kept",
-                           "make one: cordelctl init");
-        }
         KeepDigests(place, verifier.Digests());
     }
     Result result;
@@ -173,25 +155,35 @@ Result Verify(Context& context) {
     return result;
 }
 
-/// Records sizes and dates as they are now.
+/// Records sizes and dates as they are now, and brings digests that are kept up to date.
 Result Renew(Context& context) {
     CDocument& document = context.Document();
+    std::vector<Row> rows = ChosenFiles(context, document);
+    std::vector<std::string> localPaths;
+    for (const Row& row : rows) {
+        std::error_code error;
+        if (!std::filesystem::is_regular_file(host::PathOf(row.Value("LocalPath")), error)) {
+            throw CFailure(ExitCode::Refused,
+                           row.Value("LocalPath") + ": " + (error ? error.message() : "it is no regular file"));
+        }
+        localPaths.push_back(row.Value("LocalPath"));
+    }
+    const DigestList changed = RenewKeptDigests(context.Place(), localPaths, context.Options().dryRun);
     Result result;
     result.data = Value::List();
     std::size_t renewed = 0;
-    for (Row& row : ChosenFiles(context, document)) {
+    for (Row& row : rows) {
         const auto path = host::PathOf(row.Value("LocalPath"));
-        std::error_code error;
-        const auto size = std::filesystem::file_size(path, error);
-        if (error) {
-            throw CFailure(ExitCode::Refused, row.Value("LocalPath") + ": " + error.message());
-        }
+        const std::string size = std::to_string(std::filesystem::file_size(path));
         const std::string time = ChangeTime(path);
-        if (row.Value("Size") == std::to_string(size) && row.Value("CreateDate") == time) {
+        const bool recorded = row.Value("Size") == size && row.Value("CreateDate") == time;
+        if (recorded && changed.count(row.Value("LocalPath")) == 0) {
             continue;
         }
-        document.SetValue("Files", row, "Size", std::to_string(size));
-        document.SetValue("Files", row, "CreateDate", time);
+        if (!recorded) {
+            document.SetValue("Files", row, "Size", size);
+            document.SetValue("Files", row, "CreateDate", time);
+        }
         result.data.Append(DataOf(row));
         ++renewed;
     }
@@ -218,7 +210,7 @@ std::vector<Verb> VerifyVerbs() {
              "point and transforms of colour profiles. The exit status is 1 when there is an error.",
              "cordelctl files verify\ncordelctl files verify --where Type=5 --covers 'Grüße 0123'"},
             {"files renew",
-             "Record size and date of files that were changed",
+             "Record size and date of files that were changed, and their digests where digests are kept",
              Effect::Changes,
              &Renew,
              {files, where, {Option::Kind::Flag, "--all", "", "All files"}},
