@@ -24,6 +24,8 @@ TEST_F(JsonOutput, EveryVerbIsDescribed) {
 TEST_F(JsonOutput, OfEveryVerbIsAsDescribed) {
     Init();
     const std::string report = std::string(SAMPLES_PATH) + "/storage-report.json";
+    const std::string reply =
+        UserFile("reply.txt", "@PJL FSDIRLIST NAME=\"0:\\\"\r\na TYPE=DIR\r\nb TYPE=FILE SIZE=1\r\n");
     const std::string list = (m_folder / "list.json").string();
     const std::vector<std::vector<std::string>> commands{
         {"init", "--strings"},
@@ -55,6 +57,7 @@ TEST_F(JsonOutput, OfEveryVerbIsAsDescribed) {
         {"storage", "list", "--all-printers"},
         {"storage", "remove", "9:"},
         {"storage", "inquiry", "0:fonts"},
+        {"storage", "listing", reply},
         {"plan"},
         {"plan", "--steps"},
         {"space"},

@@ -197,3 +197,33 @@ TEST_F(PrinterReplies, TheStepsStandInTheOrderInWhichTheyFit) {
     EXPECT_THAT(steps[1].get<std::string>(), ::testing::StartsWith("send\t0:\tmacros/large\t"));
     EXPECT_THAT(steps[1].get<std::string>(), ::testing::EndsWith("\t1200"));
 }
+
+TEST_F(PrinterReplies, AListingIsShownWithKindsAndSizes) {
+    const std::string reply =
+        UserFile("reply.txt", "@PJL FSDIRLIST NAME=\"0:\\fonts\" ENTRY=1\r\n. TYPE=DIR\r\nold TYPE=DIR\r\n"
+                              "big.bin TYPE=FILE SIZE=5000000000\r\n\f@PJL FSDIRLIST NAME=\"1:\\\" FILEERROR=1\r\n\f");
+    const ToolRun run = Run({"storage", "listing", reply});
+    EXPECT_EQ(run.status, kDone);
+    EXPECT_THAT(run.output, ::testing::ContainsRegex("VOLUME +PATH +KIND +SIZE\n"
+                                                     "0: +fonts/old +folder *\n"
+                                                     "0: +fonts/big.bin +file +4.7 GiB\n"));
+    EXPECT_THAT(run.errors, HasSubstr("the printer did not list 1:: the volume is not there"));
+    const auto entries = Run({"--json", "storage", "listing", reply}).Json();
+    EXPECT_EQ(entries[0]["Size"], nullptr);
+    EXPECT_EQ(entries[1]["Size"], 5000000000);
+    EXPECT_THAT(Run({"storage", "listing", "-"}, kReply).errors, HasSubstr("lists no files"));
+    EXPECT_EQ(Run({"storage", "listing", "-"}, "no reply").status, kRefused);
+}
+
+TEST_F(PrinterReplies, ACaptureMayBeginAnywhereInTheReply) {
+    for (const std::string start : {"", "\r\n\f", "@PJL\r\n"}) {
+        Report(start + "VOLUME TOTAL SIZE FREE SPACE LOCATION LABEL STATUS\r\n0: 10 5 DISK SYS READ-WRITE\r\n"
+                       "1: 10 5 RAM ? READ-WRITE\r\n");
+        EXPECT_EQ(Saved("Storage", "Workshop.xml").size(), 2u) << start;
+    }
+    Report("volume total size free space location label status\n0: 10 5 DISK SYS READ-WRITE\n");
+    EXPECT_THAT(Run({"--printer", "Workshop", "storage", "report", "-"}, "Dear Sirs").errors,
+                HasSubstr("line 1 of the report"));
+    EXPECT_THAT(Run({"--printer", "Workshop", "storage", "report", "-"}, "[]").errors,
+                HasSubstr("no list \"storages\""));
+}

@@ -43,14 +43,11 @@ struct Listing {
 
 Listing ReadListing(const std::string& file) {
     const PrinterReply reply = ReadReply(file, "the listing");
-    Listing listing{{}, reply.volumes.value_or(std::vector<ReplyVolume>()), {}};
+    Listing listing{{}, reply.volumes.value_or(std::vector<ReplyVolume>()), UnlistedNotes(reply)};
     for (const ReplyEntry& entry : reply.entries) {
         if (!entry.isFolder) {
             listing.files.push_back({entry.volume, entry.path, entry.size});
         }
-    }
-    for (const UnlistedPath& path : reply.unlisted) {
-        listing.notes.push_back("the printer did not list " + path.volume + path.path + ": " + path.reason);
     }
     return listing;
 }

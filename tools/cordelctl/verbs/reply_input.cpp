@@ -17,11 +17,9 @@ std::string ReadInput(const std::string& file, const std::string& what) {
     }
 }
 
-bool IsReply(const std::string& bytes) {
-    const std::size_t start = bytes.find_first_not_of(" \t\r\n");
-    return start != std::string::npos &&
-           (bytes[start] == '@' || bytes[start] == '\x1B' || bytes[start] == '\f' ||
-            bytes.compare(start, 6, "VOLUME") == 0 || bytes.compare(start, 5, "<ESC>") == 0);
+bool IsJson(const std::string& bytes) {
+    const std::size_t start = bytes.find_first_not_of(" \t\r\n\xEF\xBB\xBF"); // a byte order mark may precede it
+    return start != std::string::npos && (bytes[start] == '{' || bytes[start] == '[');
 }
 
 PrinterReply ReadReply(const std::string& file, const std::string& what) {
@@ -31,6 +29,14 @@ PrinterReply ReadReply(const std::string& file, const std::string& what) {
         throw CFailure(ExitCode::Refused, "line " + std::to_string(error.Line()) + " of " + what + ": " + error.what(),
                        "nothing of it was recorded; what to ask a printer for: cordelctl storage inquiry");
     }
+}
+
+std::vector<std::string> UnlistedNotes(const PrinterReply& reply) {
+    std::vector<std::string> notes;
+    for (const UnlistedPath& path : reply.unlisted) {
+        notes.push_back("the printer did not list " + path.volume + path.path + ": " + path.reason);
+    }
+    return notes;
 }
 
 Value ReportOf(const PrinterReply& reply) {

@@ -6,15 +6,19 @@
 #include "value.h"
 
 #include <string>
+#include <vector>
 
 /// The bytes of the file, or of standard input for "-". Throws CFailure (Refused), calling it `what`.
 std::string ReadInput(const std::string& file, const std::string& what);
 
-/// Whether these bytes are a captured reply, as far as its beginning tells, and not JSON.
-bool IsReply(const std::string& bytes);
+/// Whether these bytes are JSON, as far as their beginning tells, and not a captured reply.
+bool IsJson(const std::string& bytes);
 
 /// Throws CFailure (Refused), with the line, when something in it is not understood.
 PrinterReply ReadReply(const std::string& file, const std::string& what);
+
+/// What the printer was asked to list, and did not.
+std::vector<std::string> UnlistedNotes(const PrinterReply& reply);
 
 /// The volumes of a reply as a storage report: volumes of one location make a device. Throws CFailure (Refused) when
 /// the reply tells of none.

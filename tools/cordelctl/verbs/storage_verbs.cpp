@@ -109,8 +109,8 @@ Result VolumeTable(CDocument& document, const Filter& filter) {
 
 Result Report(Context& context) {
     const std::string file = context.Text("FILE");
-    const CReport report(IsReply(ReadInput(file, "the report")) ? ReportOf(ReadReply(file, "the report"))
-                                                                : ReadJsonInput(file, "the report", kReportShape));
+    const CReport report(IsJson(ReadInput(file, "the report")) ? ReadJsonInput(file, "the report", kReportShape)
+                                                               : ReportOf(ReadReply(file, "the report")));
     CDocument& document = context.Document();
     if (!context.Has("--add")) {
         document.RemoveAllChildren("Storage");
@@ -138,6 +138,32 @@ Result Inquiry(Context& context) {
     } catch (const std::invalid_argument& error) {
         throw CFailure(ExitCode::Usage, error.what());
     }
+    return result;
+}
+
+/// What the printer holds, as it told.
+Result Listing(Context& context) {
+    const PrinterReply reply = ReadReply(context.Text("FILE"), "the listing");
+    Result result;
+    result.shape = Result::Shape::Table;
+    result.columns = {{"Volume", "VOLUME", Format::Text},
+                      {"Path", "PATH", Format::Text},
+                      {"kind", "KIND", Format::Text},
+                      {"Size", "SIZE", Format::Size}};
+    Value::List entries;
+    for (const ReplyEntry& entry : reply.entries) {
+        entries.push_back(Value::Record{{"Volume", entry.volume},
+                                        {"Path", entry.path},
+                                        {"kind", entry.isFolder ? "folder" : "file"},
+                                        {"Size", entry.isFolder ? Value() : Value(entry.size)}});
+    }
+    if (entries.empty()) {
+        result.notes.emplace_back("the reply lists no files; to ask for them: cordelctl storage inquiry VOLUME:FOLDER");
+    }
+    for (std::string& note : UnlistedNotes(reply)) {
+        result.notes.push_back(std::move(note));
+    }
+    result.data = std::move(entries);
     return result;
 }
 
@@ -298,8 +324,16 @@ std::vector<Verb> StorageVerbs() {
          Effect::None,
          &Inquiry,
          {{Option::Kind::Operands, "FOLDER", "", "Folders whose files are asked for, each as VOLUME:FOLDER"}},
-         "What the printer answers is read by storage report and plan.",
+         "What the printer answers is read by storage report, storage listing and plan.",
          "cordelctl storage inquiry 0:fonts 0:macros >inquiry"},
+        {"storage listing",
+         "Show what a printer's folders hold, as it told",
+         Effect::None,
+         &Listing,
+         {{Option::Kind::Operand, "FILE", "", "The captured reply of the printer; - for standard input", true,
+           Offer::Files}},
+         {},
+         "cordelctl storage listing reply.txt"},
         {"storage list",
          "List the volumes",
          Effect::Reads,

@@ -44,7 +44,7 @@ public:
                 content =
                     VerifyContent(ReadFileBytes(path), type, row.Value("ProfileType"), m_context.Text("--covers"));
             }
-            // That of a font takes as long as loading its glyphs, and is worked out only where it is needed.
+            // That of a font takes half as long as all else, and is worked out only where it is needed.
             if (!HasForm(type) || m_kept.count(localPath) != 0 || m_context.Has("--keep-digests")) {
                 digest = Sha256OfFile(path);
                 m_digests[localPath] = digest;
