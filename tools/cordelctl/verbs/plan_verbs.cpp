@@ -157,8 +157,8 @@ Value DataOf(const PlanClash& clash) {
 std::string Bytes(std::int64_t count) { return ReadableSize(std::to_string(count)); }
 
 void Say(const VolumePlan& plan, std::vector<std::string>& said) {
-    said.push_back("Volume " + plan.volume + ": " + Bytes(plan.freeSpace) + " free, " + Bytes(plan.bytesToSend) +
-                   " to send" + (plan.bytesReplaced == 0 ? "" : ", " + Bytes(plan.bytesReplaced) + " replaced") +
+    said.push_back(plan.volume + "  " + Bytes(plan.freeSpace) + " free, " + Bytes(plan.bytesToSend) + " to send" +
+                   (plan.bytesReplaced == 0 ? "" : ", " + Bytes(plan.bytesReplaced) + " replaced") +
                    (plan.bytesMissing == 0 ? "" : ", " + std::to_string(plan.bytesMissing) + " bytes missing"));
     for (const PlanStep& step : plan.steps) {
         said.push_back("  " + std::string(step.fits ? NameOf(step.standing) : "does not fit:") + " " + step.file.path +
