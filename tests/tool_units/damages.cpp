@@ -74,6 +74,22 @@ public:
     }
     std::uint32_t GlyphOfFirst() const { return m_nGlyph; }
 
+    /// Where the outline of a glyph begins in a compact font; in the file.
+    std::size_t CompactGlyph(std::size_t glyph) const {
+        const std::size_t table = PlaceOf("CFF ");
+        const std::size_t dictionaries = EndOfIndex(table + ByteAt(m_strBytes, table + 2));
+        std::size_t outlines = 0;
+        std::size_t number = 0;
+        for (std::size_t place = EntryOfIndex(dictionaries, 0); outlines == 0;) {
+            constexpr unsigned int kOutlines = 17; // the operator whose number is their place
+            const unsigned int first = ByteAt(m_strBytes, place);
+            outlines = first == kOutlines ? number : 0;
+            number = first == 29 ? Word32At(m_strBytes, place + 1) : Word16At(m_strBytes, place + 1);
+            place += first == 29 ? 5 : first == 28 ? 3 : first == 12 || first >= 247 ? 2 : 1;
+        }
+        return EntryOfIndex(table + outlines, glyph);
+    }
+
     /// Makes the sums right.
     std::string Done() {
         for (std::size_t i = 0, count = Word16At(m_strBytes, 4); i < count; ++i) {
@@ -95,6 +111,17 @@ public:
     }
 
 private:
+    std::size_t EntryOfIndex(std::size_t index, std::size_t entry) const {
+        const std::size_t size = ByteAt(m_strBytes, index + 2);
+        const std::size_t bytes = index + 2 + (std::size_t{Word16At(m_strBytes, index)} + 1) * size;
+        std::size_t place = 0;
+        for (std::size_t i = 0; i < size; ++i) {
+            place = place << 8 | ByteAt(m_strBytes, index + 3 + entry * size + i);
+        }
+        return bytes + place;
+    }
+    std::size_t EndOfIndex(std::size_t index) const { return EntryOfIndex(index, Word16At(m_strBytes, index)); }
+
     std::size_t FindHead() const {
         for (std::size_t i = 0, count = Word16At(m_strBytes, 4); i < count; ++i) {
             const std::size_t entry = 12 + i * 16;
@@ -307,6 +334,9 @@ private:
                   [](CFontEditor& font, std::size_t glyph) { Put16(font.Bytes(), glyph + 12, 65000); });
         composite("part of itself",
                   [](CFontEditor& font, std::size_t glyph) { Put16(font.Bytes(), glyph + 12, font.GlyphOfFirst()); });
+        composite("part put at a point that is not there", [](CFontEditor& font, std::size_t glyph) {
+            Put16(font.Bytes(), glyph + 10, Word16At(font.Bytes(), glyph + 10) & ~2U);
+        });
         composite("endless parts", [](CFontEditor& font, std::size_t glyph) {
             const std::size_t end = font.PlaceOf("glyf") + font.GlyphPlace(font.GlyphOfFirst() + 1);
             for (std::size_t place = glyph + 10; place + 2 <= end; place += 6) {
@@ -394,6 +424,15 @@ private:
                 [](CFontEditor& font) { Put16(font.Bytes(), font.PlaceOf("CFF ") + 4, 60000); });
         AddFont("CFF cut short", Cause::TableMalformed,
                 [](CFontEditor& font) { Put32(font.Bytes(), font.EntryOf("CFF ") + 12, 400); });
+        const auto outline = [&](const std::string& name, const std::string& code) {
+            AddFont("outline " + name, Cause::OutlineUnreadable,
+                    [&](CFontEditor& font) { font.Bytes().replace(font.CompactGlyph(40), code.size(), code); });
+        };
+        outline("with a move to nowhere", "\x15");
+        outline("with half a line", "\x8B\x05");
+        outline("that calls what is not there", std::string("\x1C\x7F\xFF\x1D"));
+        outline("that returns to nothing", "\x0B");
+        outline("that ends with numbers left", "\x8B\x8B\x0E");
         AddChanged("one bit in CFF", Cause::TableChecksum, [](std::string& bytes) {
             const CFontEditor font(bytes);
             const std::size_t place = font.PlaceOf("CFF ") + font.LengthOf("CFF ") / 2;

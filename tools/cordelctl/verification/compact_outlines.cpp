@@ -2,6 +2,8 @@
 
 #include "table_reader.h"
 
+#include <algorithm>
+#include <iterator>
 #include <map>
 #include <stdexcept>
 
@@ -141,7 +143,7 @@ public:
         : m_global(global), m_local(local), m_bSecond(second) {}
 
     /// False when it cannot be run to its end.
-    bool Run(std::string_view code) { return Step(code, 0); }
+    bool Run(std::string_view code) { return Step(code, 0) && (m_bSecond || m_bEnded || End()); }
     bool Draws() const noexcept { return m_bDraws; }
 
 private:
@@ -163,7 +165,7 @@ private:
             }
             ++i;
             if (first == kReturn) {
-                return true;
+                return depth > 0;
             }
             if (first == kCallLocal || first == kCallGlobal) {
                 if (!Call(first == kCallLocal ? m_local : m_global, depth)) {
@@ -177,7 +179,7 @@ private:
     }
 
     bool Push(std::string_view number) {
-        constexpr std::size_t kMost = 513;
+        const std::size_t most = m_bSecond ? 513 : 48;
         const std::uint32_t first = ByteAt(number, 0);
         const auto second = number.size() > 1 ? static_cast<std::int32_t>(ByteAt(number, 1)) : 0;
         const auto start = static_cast<std::int32_t>(first);
@@ -186,7 +188,7 @@ private:
                           : first <= 250 ? (start - 247) * 256 + second + 108
                           : first <= 254 ? -(start - 251) * 256 - second - 108
                                          : static_cast<std::int32_t>(Word32At(number, 1)) >> 16);
-        return m_stack.size() <= kMost;
+        return m_stack.size() <= most;
     }
 
     bool Call(const CIndex& routines, int depth) {
@@ -201,25 +203,65 @@ private:
                Step(routines.At(static_cast<std::size_t>(number)), depth + 1);
     }
 
+    /// Whether the stack has the numbers that a move, line or curve takes. Where some are left over, and which of them
+    /// then count, is as font engines have it.
+    bool HasNumbersFor(std::uint32_t operation) const {
+        const std::size_t count = m_stack.size();
+        switch (operation) {
+        case 4: // a move in one direction
+        case 22:
+            return count >= 1;
+        case 21:
+            return count >= 2;
+        case 5: // lines
+            return count % 2 == 0;
+        case 24: // curves and a line
+            return count % 6 >= 2;
+        case 25: // lines and a curve
+            return count == 0 || (count >= 6 && count % 2 == 0);
+        case 26: // curves that begin, or end, in one direction
+        case 27:
+            return count != 1 && count != 3;
+        case 30: // curves whose directions take turns
+        case 31:
+            return count != 1 && count % 4 != 3;
+        default:
+            return true;
+        }
+    }
+
     /// `place` is behind the operator, and moves behind what belongs to it.
     bool Operate(std::uint32_t operation, std::string_view code, std::size_t& place) {
+        if (!HasNumbersFor(operation)) {
+            return false;
+        }
         switch (operation) {
         case 1: // hints
         case 3:
         case 18:
         case 23:
-            m_nHints += m_stack.size() / 2;
+            m_nHints += m_bHintsDone ? 0 : m_stack.size() / 2;
             break;
         case 19: // masks of hints; what is left on the stack are hints, too
         case 20: {
+            constexpr std::size_t kMostHints = 96;
+            if (m_bHintsDone && m_stack.size() > 1) {
+                break; // too late for hints: font engines pass over the operator
+            }
             m_nHints += m_stack.size() / 2;
+            m_bHintsDone = true;
             const std::size_t size = (m_nHints + 7) / 8;
-            if (!Holds(code, place, size)) {
+            if (m_nHints > kMostHints || !Holds(code, place, size)) {
                 return false;
             }
             place += size;
             break;
         }
+        case 4: // moves
+        case 21:
+        case 22:
+            m_bHintsDone = true;
+            break;
         case 5: // lines and curves
         case 6:
         case 7:
@@ -232,9 +274,10 @@ private:
         case 31:
             m_bDraws = true;
             break;
-        case 14: // the end; with four numbers it puts two other characters together
-            m_bEnded = !m_bSecond;
-            m_bDraws = m_bDraws || m_stack.size() >= 4;
+        case 14:
+            if (!m_bSecond && !End()) {
+                return false;
+            }
             break;
         case 15: // which variations count
             break;
@@ -246,10 +289,22 @@ private:
         case kEscape:
             return Escape(code, place);
         default:
-            break; // moves, and what means nothing
+            break; // what means nothing
         }
         m_stack.clear();
         return true;
+    }
+
+    /// The end of a glyph. With numbers left it is put together from two characters, whose codes come last.
+    bool End() {
+        m_bEnded = true;
+        if (m_stack.size() <= 1) {
+            return true;
+        }
+        constexpr int kLastCode = 255;
+        m_bDraws = true;
+        return m_stack.size() >= 4 &&
+               std::all_of(m_stack.end() - 2, m_stack.end(), [](int code) { return code >= 0 && code <= kLastCode; });
     }
 
     /// Each number that stays has a difference for each region; the regions are not read here, so what is below is
@@ -269,7 +324,12 @@ private:
             return false;
         }
         const std::uint32_t second = ByteAt(code, place++);
-        if (second >= 34 && second <= 37) { // flexes
+        constexpr std::size_t kFlexes[] = {7, 12, 9, 11}; // and how many numbers they take
+        constexpr std::uint32_t kFirstFlex = 34;
+        if (second >= kFirstFlex && second - kFirstFlex < std::size(kFlexes)) {
+            if (m_stack.size() < kFlexes[second - kFirstFlex]) {
+                return false;
+            }
             m_bDraws = true;
             m_stack.clear();
         }
@@ -285,6 +345,7 @@ private:
     bool m_bSecond;
     bool m_bEnded = false;
     bool m_bDraws = false;
+    bool m_bHintsDone = false; // by a mask or a move
     std::size_t m_nHints = 0;
     std::vector<std::int32_t> m_stack;
 };

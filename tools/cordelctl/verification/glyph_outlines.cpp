@@ -16,6 +16,7 @@ constexpr std::uint32_t kYIsSame = 0x20;
 
 // Flags of a part.
 constexpr std::uint32_t kArgumentsAreWords = 0x0001;
+constexpr std::uint32_t kArgumentsAreOffsets = 0x0002;
 constexpr std::uint32_t kHasScale = 0x0008;
 constexpr std::uint32_t kMoreParts = 0x0020;
 constexpr std::uint32_t kHasTwoScales = 0x0040;
@@ -23,12 +24,13 @@ constexpr std::uint32_t kHasMatrix = 0x0080;
 
 constexpr std::size_t kGlyphHead = 10;
 
-bool IsSimpleGlyphWhole(std::string_view glyph, std::uint32_t contours) {
+/// `points` becomes how many it has.
+bool IsSimpleGlyphWhole(std::string_view glyph, std::uint32_t contours, std::uint32_t& points) {
     std::size_t place = kGlyphHead;
     if (!Holds(glyph, place, contours * 2 + 2)) {
         return false;
     }
-    std::uint32_t points = 0;
+    points = 0;
     for (std::uint32_t i = 0; i < contours; ++i, place += 2) {
         const std::uint32_t end = Word16At(glyph, place) + 1;
         if (end < points || (end == points && i > 0)) {
@@ -73,7 +75,8 @@ bool IsSimpleGlyphWhole(std::string_view glyph, std::uint32_t contours) {
 /// Glyphs that are put together from others.
 class CCompositeGlyphs {
 public:
-    explicit CCompositeGlyphs(const CGlyphPlaces& places) : m_places(places), m_states(places.Count()) {}
+    explicit CCompositeGlyphs(const CGlyphPlaces& places)
+        : m_places(places), m_states(places.Count()), m_points(places.Count()) {}
 
     bool IsWhole(std::uint32_t glyph) {
         State& state = m_states[glyph];
@@ -98,7 +101,7 @@ private:
         }
         const std::uint32_t contours = Word16At(glyph, 0);
         if (contours < 0x8000) {
-            return contours == 0 || IsSimpleGlyphWhole(glyph, contours);
+            return contours == 0 || IsSimpleGlyphWhole(glyph, contours, m_points[number]);
         }
         std::uint32_t flags = kMoreParts;
         for (std::size_t place = kGlyphHead; (flags & kMoreParts) != 0;) {
@@ -107,6 +110,7 @@ private:
             }
             flags = Word16At(glyph, place);
             const std::uint32_t part = Word16At(glyph, place + 2);
+            const std::size_t arguments = place + 4;
             place += 4 + ((flags & kArgumentsAreWords) != 0 ? 4 : 2) +
                      ((flags & kHasScale) != 0       ? 2
                       : (flags & kHasTwoScales) != 0 ? 4
@@ -115,6 +119,16 @@ private:
             if (place > glyph.size() || part >= m_places.Count() || !IsPartWhole(part)) {
                 return false;
             }
+            // A part that is put where one of its points falls on one of the glyph's.
+            if ((flags & kArgumentsAreOffsets) == 0) {
+                const bool words = (flags & kArgumentsAreWords) != 0;
+                const std::uint32_t own = words ? Word16At(glyph, arguments) : ByteAt(glyph, arguments);
+                const std::uint32_t other = words ? Word16At(glyph, arguments + 2) : ByteAt(glyph, arguments + 1);
+                if (own >= m_points[number] || other >= m_points[part]) {
+                    return false;
+                }
+            }
+            m_points[number] += m_points[part];
         }
         return true;
     }
@@ -132,6 +146,7 @@ private:
 
     const CGlyphPlaces& m_places;
     std::vector<State> m_states;
+    std::vector<std::uint32_t> m_points;
     int m_nDepth = 0;
 };
 
