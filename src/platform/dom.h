@@ -7,6 +7,7 @@
 #pragma once
 
 #include "dom_types.h" // per target: DomChar, DomText, DomNode
+#include "platform/last_look.h"
 #include "platform/reason.h"
 
 #include <cstdint>
@@ -79,9 +80,10 @@ public:
     /// document.
     bool Load(const char* path, CReason* reason = nullptr, DomPositions positions = DomPositions::Forgotten);
 
-    /// Replaces the file, which exists, by the whole document, in one step (see the target's save). The DomError of a
-    /// failure says why.
-    void Save(const char* path);
+    /// Replaces the file, which exists, by the whole document, in one step (see the target's save). `isAsLoaded`, where
+    /// it is given, is asked immediately before that step, when the new contents lie on the disk: when it says no, the
+    /// file stays as it is. The DomError of a failure says why.
+    void Save(const char* path, const LastLook& isAsLoaded = {});
 
     /// Empty only before the load.
     DomNode DocumentElement();

@@ -14,6 +14,7 @@ enum class ReasonKind : std::uint8_t {
     NotRegular,   // a folder, a pipe, a device
     NotPermitted, // the rights do not allow it
     InUse,        // another program holds the file
+    Overtaken,    // another program wrote the file meanwhile
     CallFailed,   // a call of the system's failed for another reason
     OutOfMemory,
     NoPath,    // the path cannot be had or is too long

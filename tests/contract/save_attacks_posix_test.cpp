@@ -229,10 +229,12 @@ TEST_F(SaveAttacks, ASocketAFifoOrAFolderHoldsNoSaveUp) {
     for (const std::string& name : PlantedNames()) {
         sockaddr_un address{};
         address.sun_family = AF_UNIX;
-        const std::string path = fs::relative(Beside(name));
+        const int nFolder = ::open(Folder().c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC); // however long its path is
+        const std::string path = "/proc/self/fd/" + std::to_string(nFolder) + "/" + name;
         const int nSocket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
         path.copy(address.sun_path, sizeof address.sun_path - 1);
         ASSERT_EQ(::bind(nSocket, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0) << path;
+        ::close(nFolder);
         Change();
         EXPECT_EQ(SavedItems("Info"), kAfter) << "a socket " << name;
         ::close(nSocket);

@@ -233,11 +233,31 @@ TEST_F(FilesAdd, FoldersAreAddedWithAllFontsAndProfilesInThem) {
                 HasSubstr("0 files added, 3 passed over"));
 }
 
-TEST_F(FilesAdd, OneRefusedFileDoesNotKeepOutTheOthers) {
+TEST_F(FilesAdd, WhereOneFileIsRefusedNothingIsChanged) {
+    const std::string before = ReadBytes(UserPath());
     const ToolRun run = Run({"files", "add", kSans, "/nowhere.ttf", kMono});
+    EXPECT_EQ(run.status, kRefused);
+    EXPECT_EQ(run.output, "0 files added, 1 refused\n");
+    EXPECT_THAT(run.errors, HasSubstr("/nowhere.ttf was not added: it cannot be found"));
+    EXPECT_THAT(run.errors, HasSubstr("nothing was changed, since 1 of 3 files cannot be added; to take the others: "
+                                      "--keep-going"));
+    EXPECT_EQ(ReadBytes(UserPath()), before);
+    EXPECT_EQ(Run({"files", "add", kSans, "/nowhere.ttf", "--dry-run"}).output, "0 files added, 1 refused\n");
+    const auto rows = Run({"--json", "files", "add", kSans, "/nowhere.ttf"}).Json();
+    EXPECT_EQ(rows[0]["added"], false);
+    EXPECT_EQ(rows[0]["reason"], "others were refused");
+    EXPECT_EQ(Run({"batch"}, "job add 1 One\nfiles add " + kSans + " /nowhere.ttf\n").status, kRefused);
+    EXPECT_EQ(ReadBytes(UserPath()), before);
+}
+
+TEST_F(FilesAdd, OneRefusedFileDoesNotKeepOutTheOthersWhenToldToKeepGoing) {
+    const ToolRun run = Run({"files", "add", "--keep-going", kSans, "/nowhere.ttf", kMono});
     EXPECT_EQ(run.status, kRefused);
     EXPECT_THAT(run.output, HasSubstr("2 files added, 1 refused"));
     EXPECT_EQ(Saved("Files").size(), 2u);
+    EXPECT_EQ(Run({"batch"}, "job add 1 One\nfiles add --keep-going " + kSansBold + " /nowhere.ttf\n").status,
+              kRefused);
+    EXPECT_EQ(Saved("Files").size(), 3u);
 }
 
 TEST_F(FilesAdd, ALongNameIsCutAtACharacterAndSaidSo) {
@@ -288,7 +308,7 @@ TEST_F(FilesAdd, ThePlaceOnThePrinterCanBeChosen) {
 }
 
 TEST_F(FilesAdd, ReportsInJson) {
-    const ToolRun run = Run({"--json", "files", "add", kSans, "/nowhere.ttf"});
+    const ToolRun run = Run({"--json", "files", "add", "--keep-going", kSans, "/nowhere.ttf"});
     EXPECT_EQ(run.status, kRefused);
     const auto rows = run.Json();
     EXPECT_EQ(rows[0]["added"], true);

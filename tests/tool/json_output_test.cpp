@@ -35,7 +35,7 @@ TEST_F(JsonOutput, OfEveryVerbIsAsDescribed) {
         {"printer", "add", "Lab"},
         {"printer", "rename", "Lab", "Office"},
         {"printer", "list"},
-        {"files", "add", kSans, kSansBold, kRgbProfile, "/nowhere"},
+        {"files", "add", "--keep-going", kSans, kSansBold, kRgbProfile, "/nowhere"},
         {"files", "verify"},
         {"files", "renew", "--all"},
         {"files", "list"},

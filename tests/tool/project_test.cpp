@@ -76,6 +76,18 @@ TEST_F(Project, RefusesWhatNoRecordHolds) {
     EXPECT_EQ(Saved("Files").size(), 3u);
 }
 
+TEST_F(Project, WhereOneFileIsRefusedNothingIsChangedUnlessToldToKeepGoing) {
+    const std::string before = ReadBytes(UserPath());
+    const std::string list =
+        UserFile("list.json", R"({"files": [{"LocalPath": "/a.mac", "Type": "2"}, {"LocalPath": "/b", "Type": "7"}]})");
+    const ToolRun run = Run({"import", list});
+    EXPECT_EQ(run.status, kRefused);
+    EXPECT_THAT(run.errors, HasSubstr("nothing was changed, since 1 of 2 files cannot be imported"));
+    EXPECT_EQ(ReadBytes(UserPath()), before);
+    EXPECT_EQ(Run({"import", "--keep-going", list}).status, kRefused);
+    EXPECT_EQ(Saved("Files").size(), 4u);
+}
+
 TEST_F(Project, AListOfAnotherShapeIsRefused) {
     for (const char* const list : {"", "[]", "{\"files\": 1}"}) {
         EXPECT_EQ(Run({"import", UserFile("list.json", list)}).status, kRefused) << list;

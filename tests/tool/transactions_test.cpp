@@ -32,6 +32,20 @@ protected:
         return child;
     }
 
+    /// What another program puts in the document's place while cordelctl flushes the new contents to the disk.
+    std::filesystem::path Overtaking() const { return UserPath().parent_path() / "overtaking"; }
+
+    ToolRun RunOvertaken(const std::vector<std::string>& arguments, const std::string& input = {}) const {
+        ::setenv("LD_PRELOAD", OVERTAKER_PATH, 1);
+        ::setenv("ASAN_OPTIONS", "verify_asan_link_order=0", 1);
+        ::setenv("OVERTAKEN", UserPath().c_str(), 1);
+        ::setenv("OVERTAKING", Overtaking().c_str(), 1);
+        ToolRun run = Run(arguments, input);
+        ::unsetenv("LD_PRELOAD");
+        ::unsetenv("ASAN_OPTIONS");
+        return run;
+    }
+
     static int End(pid_t child) {
         int status = 0;
         ::waitpid(child, &status, 0);
@@ -112,6 +126,45 @@ TEST_F(Transactions, WhatAnotherProgramWritesMeanwhileIsNotOverwritten) {
     WriteBytes(stop, "");
     EXPECT_EQ(End(writer), 0);
     ReadSavedDocument(ReadBytes(UserPath())); // whole
+}
+
+TEST_F(Transactions, WhatAnotherProgramWritesAtTheLastMomentIsNotOverwritten) {
+    std::string other = ReadBytes(UserPath());
+    other.replace(other.find("Untitled"), 8, "Another");
+    for (const std::vector<std::string>& command :
+         std::vector<std::vector<std::string>>{{"job", "add", "1", "Job"}, {"batch"}}) {
+        WriteBytes(Overtaking(), other);
+        const ToolRun run = RunOvertaken(command, "job add 2 Here\njob add 3 There --printer Atrium\n");
+        EXPECT_EQ(run.status, kDone) << run.errors;
+        EXPECT_FALSE(std::filesystem::exists(Overtaking()));
+        EXPECT_EQ(Output({"get", "Project", "Name"}), "Another\n");
+        EXPECT_EQ(Saved("Jobs").size(), 1u);
+    }
+    EXPECT_EQ(Output({"--printer", "Atrium", "get", "Jobs", "Name", "--where", "ID=3"}), "There\n"); // once
+}
+
+TEST_F(Transactions, WhatAnotherProgramWritesWhileACommandIsUndoneIsNotOverwritten) {
+    Output({"job", "add", "1", "Job"});
+    std::string other = ReadBytes(UserPath());
+    other.replace(other.find("Untitled"), 8, "Another");
+    WriteBytes(Overtaking(), other);
+    const ToolRun run = RunOvertaken({"undo"});
+    EXPECT_EQ(run.status, kNotKept);
+    EXPECT_THAT(run.errors, HasSubstr("nothing was undone: "));
+    EXPECT_THAT(run.errors, HasSubstr("another program wrote the file meanwhile"));
+    EXPECT_EQ(ReadBytes(UserPath()), other);
+    EXPECT_EQ(Run({"redo"}).status, kMissing);
+}
+
+TEST_F(Transactions, WhatFailsTakesNothingFromWhatWasUndone) {
+    Output({"job", "add", "1", "Job"});
+    Output({"undo"});
+    std::filesystem::permissions(UserPath().parent_path(), std::filesystem::perms::owner_all);
+    const auto limited = "ulimit -f 0; trap '' XFSZ; XDG_CONFIG_HOME='" + UserFolder().string() + "' '" +
+                         (InstallFolder() / "cordelctl").string() + "' job add 2 Job >/dev/null 2>&1";
+    EXPECT_EQ(WEXITSTATUS(std::system(limited.c_str())), kNotKept);
+    Output({"redo"});
+    EXPECT_EQ(Saved("Jobs").size(), 1u);
 }
 
 TEST_F(Transactions, ADryRunPrintsTheDifferenceAndChangesNoByte) {

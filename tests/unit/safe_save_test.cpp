@@ -98,6 +98,37 @@ TEST_F(SafeSave, KeepsTheOldContentsWhenTheNewOnesShallNotBeWritten) {
     EXPECT_EQ(Read(longName), old);
 }
 
+TEST_F(SafeSave, LooksOnceMoreImmediatelyBeforeItReplacesTheFile) {
+    const fs::path other = m_folder / "other";
+    std::ofstream(other) << "another program's";
+    std::string found;
+    CReason reason;
+    EXPECT_FALSE(platform::ReplaceContents(m_file.c_str(), InPieces("new"), &reason, [&] {
+        for (const std::string& name : Names()) {
+            found = name != "a.xml" && name != "other" ? Read(m_folder / name) : found;
+        }
+        fs::rename(other, m_file);
+        return false;
+    }));
+    EXPECT_EQ(found, "new"); // it was whole already
+    EXPECT_EQ(reason.m_kind, ReasonKind::Overtaken);
+    EXPECT_EQ(Read(m_file), "another program's");
+    EXPECT_EQ(Names(), std::set<std::string>{"a.xml"});
+    EXPECT_TRUE(platform::ReplaceContents(m_file.c_str(), InPieces("new"), &reason, [] { return true; }));
+    EXPECT_EQ(Read(m_file), "new");
+}
+
+TEST_F(SafeSave, LooksOnceMoreBeforeTheFirstByteInPlace) {
+    const fs::path longName = m_folder / (std::string(250, 'n') + ".xml"); // a temporary name would be too long
+    fs::rename(m_file, longName);
+    CReason reason;
+    EXPECT_FALSE(platform::ReplaceContents(longName.c_str(), InPieces("new"), &reason, [] { return false; }));
+    EXPECT_EQ(reason.m_kind, ReasonKind::Overtaken);
+    EXPECT_EQ(Read(longName), "old");
+    EXPECT_TRUE(platform::ReplaceContents(longName.c_str(), InPieces("new"), &reason, [] { return true; }));
+    EXPECT_EQ(Read(longName), "new");
+}
+
 TEST_F(SafeSave, MakesANewFileOfThatName) {
     const ino_t before = FileNumber(m_file);
     Replace("new");

@@ -38,5 +38,6 @@ struct Result {
     std::vector<std::string> said;  // what was done, for a person; printed before a table or record
     std::vector<std::string> notes; // what deserves attention, for standard error
     ExitCode status = ExitCode::Done;
-    bool silent = false; // everything was printed on the way
+    bool partial = false; // with a status that says so: something failed, and what did not is to be kept all the same
+    bool silent = false;  // everything was printed on the way
 };

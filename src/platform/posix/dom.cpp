@@ -23,7 +23,7 @@ struct DomDocument::Native {
 
     void CheckNew(pugi::xml_node element);
     void Remove(pugi::xml_node parent, pugi::xml_node child) noexcept;
-    bool Write(const char* path, unsigned format, CReason& reason) const;
+    bool Write(const char* path, unsigned format, CReason& reason, const LastLook& isAsLoaded) const;
 };
 
 namespace {
@@ -259,7 +259,7 @@ bool DomDocument::Load(const char* path, CReason* reason, DomPositions positions
 }
 
 /// Saves the tree in this format.
-bool DomDocument::Native::Write(const char* path, unsigned format, CReason& reason) const {
+bool DomDocument::Native::Write(const char* path, unsigned format, CReason& reason, const LastLook& isAsLoaded) const {
     COutsideNamespace declarations;
     declarations.Declare(m_outsideNamespace);
     std::string piece;
@@ -272,18 +272,19 @@ bool DomDocument::Native::Write(const char* path, unsigned format, CReason& reas
         bTooLarge = writer.IsTooLarge();
         return !bTooLarge;
     };
-    const bool bSaved = platform::ReplaceContents(path, writeTree, &reason);
+    const bool bSaved = platform::ReplaceContents(path, writeTree, &reason, isAsLoaded);
     if (bTooLarge) {
         reason = CReason::Of(ReasonKind::TooLarge);
     }
     return bSaved;
 }
 
-void DomDocument::Save(const char* path) {
+void DomDocument::Save(const char* path, const LastLook& isAsLoaded) {
     CReason reason;
-    bool bSaved = m_pNative->Write(path, pugi::format_indent, reason);
+    bool bSaved = m_pNative->Write(path, pugi::format_indent, reason, isAsLoaded);
     if (!bSaved && reason.m_kind == ReasonKind::TooLarge) {
-        bSaved = m_pNative->Write(path, pugi::format_raw, reason); // blanks may be most of a document that is deep
+        bSaved = m_pNative->Write(path, pugi::format_raw, reason,
+                                  isAsLoaded); // blanks may be most of a document that is deep
     }
     if (!bSaved) {
         throw DomError("the document could not be saved", std::move(reason));

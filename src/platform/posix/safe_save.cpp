@@ -104,7 +104,8 @@ private:
     bool m_bHeld = false;
 };
 
-bool WriteInPlace(const CFile& file, const ContentsProducer& produceContents, CReason* reason) noexcept {
+bool WriteInPlace(const CFile& file, const ContentsProducer& produceContents, CReason* reason,
+                  const LastLook& isAsLoaded) noexcept {
     const CPlaceLock lock(file);
     if (!lock.IsHeld()) {
         return Failed("fcntl", reason);
@@ -114,7 +115,7 @@ bool WriteInPlace(const CFile& file, const ContentsProducer& produceContents, CR
         return Failed("fstat", reason);
     }
     std::size_t bytes = 0;
-    if (!FindSize(produceContents, bytes)) {
+    if (!FindSize(produceContents, bytes) || !IsStillWanted(isAsLoaded, reason)) {
         return false;
     }
     const auto size = static_cast<off_t>(bytes);
@@ -145,13 +146,15 @@ bool CannotBeReplaced(int error) noexcept { return error == EBUSY || error == EA
 enum class Replaced { Yes, No, OnlyInPlace };
 
 Replaced ReplaceByRename(const CFileOpener& opener, const CFile& folder, const char* name, const CFile& original,
-                         const ContentsProducer& produceContents, CReason* reason) noexcept {
+                         const ContentsProducer& produceContents, CReason* reason,
+                         const LastLook& isAsLoaded) noexcept {
     CTemporaryFile temporary(folder);
     const CTemporaryFile::Made made = temporary.Make(opener, reason);
     if (made == CTemporaryFile::Made::FolderTakesNone) {
         return Replaced::OnlyInPlace;
     }
-    if (made == CTemporaryFile::Made::Failed || !FillTemporary(temporary.File(), original, produceContents, reason)) {
+    if (made == CTemporaryFile::Made::Failed || !FillTemporary(temporary.File(), original, produceContents, reason) ||
+        !IsStillWanted(isAsLoaded, reason)) {
         return Replaced::No;
     }
     if (!temporary.RenameTo(name)) {
@@ -163,7 +166,8 @@ Replaced ReplaceByRename(const CFileOpener& opener, const CFile& folder, const c
     return Replaced::Yes;
 }
 
-bool ReplaceTarget(const std::string& target, const ContentsProducer& produceContents, CReason* reason) {
+bool ReplaceTarget(const std::string& target, const ContentsProducer& produceContents, CReason* reason,
+                   const LastLook& isAsLoaded) {
     const std::size_t separator = target.rfind('/');
     const std::string folderPath = target.substr(0, separator + 1);
     const char* const name = target.c_str() + separator + 1;
@@ -187,20 +191,21 @@ bool ReplaceTarget(const std::string& target, const ContentsProducer& produceCon
     }
     RemoveLeftovers(opener, folder, status.st_uid);
     const CNoSizeSignal noSizeSignal;
-    const Replaced replaced = ReplaceByRename(opener, folder, name, original, produceContents, reason);
+    const Replaced replaced = ReplaceByRename(opener, folder, name, original, produceContents, reason, isAsLoaded);
     return replaced == Replaced::Yes ||
-           (replaced == Replaced::OnlyInPlace && WriteInPlace(original, produceContents, reason));
+           (replaced == Replaced::OnlyInPlace && WriteInPlace(original, produceContents, reason, isAsLoaded));
 }
 
 } // namespace
 
-bool ReplaceContents(const char* path, const ContentsProducer& produceContents, CReason* reason) noexcept {
+bool ReplaceContents(const char* path, const ContentsProducer& produceContents, CReason* reason,
+                     const LastLook& isAsLoaded) noexcept {
     const std::unique_ptr<char, void (*)(void*)> target(realpath(path, nullptr), std::free);
     if (target == nullptr) {
         return Failed("realpath", reason);
     }
     try {
-        return ReplaceTarget(target.get(), produceContents, reason);
+        return ReplaceTarget(target.get(), produceContents, reason, isAsLoaded);
     } catch (const std::bad_alloc&) {
         GiveReason(reason, CReason::Of(ReasonKind::OutOfMemory));
         return false;

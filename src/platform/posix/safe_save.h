@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include "platform/last_look.h"
 #include "platform/reason.h"
 
 #include <functional>
@@ -24,8 +25,10 @@ using ContentsProducer = std::function<bool(const PieceSink& sink)>;
 /// behind are removed. Only where the folder does not take a new file in the place of the old one is the file written
 /// in place, after its space is reserved. A write beyond the process's limit of file sizes fails without a signal.
 /// Of processes that save the same file at the same time the last one wins; in place they take turns, and one that does
-/// not get its turn within a second fails. False: the file is as it was, unless writing in place failed; `reason`,
-/// where one is wanted, says why.
-bool ReplaceContents(const char* path, const ContentsProducer& produceContents, CReason* reason = nullptr) noexcept;
+/// not get its turn within a second fails. `isAsLoaded` is asked immediately before the rename, or before the first
+/// byte in place. False: the file is as it was, unless writing in place failed; `reason`, where one is wanted, says
+/// why.
+bool ReplaceContents(const char* path, const ContentsProducer& produceContents, CReason* reason = nullptr,
+                     const LastLook& isAsLoaded = {}) noexcept;
 
 } // namespace platform

@@ -450,14 +450,14 @@ bool DomDocument::Load(const char* path, CReason* reason, DomPositions) {
     }
 }
 
-void DomDocument::Save(const char* path) {
+void DomDocument::Save(const char* path, const LastLook& isAsLoaded) {
     CByteStream bytes;
     Write(m_pNative->document.Get(), bytes);
     if (bytes.View().size() > kMaxDocumentBytes) {
         throw DomError("the document could not be loaded again", CReason::Of(ReasonKind::TooLarge));
     }
     CReason reason;
-    if (!platform::ReplaceContents(path, bytes.View(), &reason)) {
+    if (!platform::ReplaceContents(path, bytes.View(), &reason, isAsLoaded)) {
         throw DomError("the document could not be saved", std::move(reason));
     }
 }

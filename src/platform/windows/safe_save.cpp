@@ -244,7 +244,11 @@ bool SetLength(HANDLE file, LARGE_INTEGER length) noexcept {
 
 /// Space that is lacking is asked for before the first byte changes. Fails at once while another program has the file
 /// open.
-bool WriteInPlace(const std::wstring& path, std::string_view contents, CReason* reason) noexcept {
+bool WriteInPlace(const std::wstring& path, std::string_view contents, CReason* reason,
+                  const LastLook& isAsLoaded) noexcept {
+    if (!IsStillWanted(isAsLoaded, reason)) { // before it is held: nobody else can open it then
+        return false;
+    }
     const CFileHandle file(::CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
     if (!file) {
         return Failed("CreateFile", reason);
@@ -277,7 +281,7 @@ bool WriteInPlace(const std::wstring& path, std::string_view contents, CReason* 
     return ::FlushFileBuffers(file.Get()) != FALSE || Failed("FlushFileBuffers", reason);
 }
 
-bool Replace(const std::wstring& path, std::string_view contents, CReason* reason) {
+bool Replace(const std::wstring& path, std::string_view contents, CReason* reason, const LastLook& isAsLoaded) {
     const std::wstring target = FinalPath(path);
     const std::wstring folder = FolderOf(target);
     RemoveLeftovers(folder);
@@ -289,7 +293,7 @@ bool Replace(const std::wstring& path, std::string_view contents, CReason* reaso
             Failed("CreateFile", reason);
             const bool bTakesNoFile =
                 error == ERROR_ACCESS_DENIED || error == ERROR_PATH_NOT_FOUND || error == ERROR_FILENAME_EXCED_RANGE;
-            return bTakesNoFile && WriteInPlace(target, contents, reason);
+            return bTakesNoFile && WriteInPlace(target, contents, reason, isAsLoaded);
         }
         if (!Write(temporary.Handle(), contents).empty()) {
             return Failed("WriteFile", reason);
@@ -298,6 +302,9 @@ bool Replace(const std::wstring& path, std::string_view contents, CReason* reaso
         SetPermissions(temporary.Path(), rights.Permissions());
         if (::FlushFileBuffers(temporary.Handle()) == FALSE) {
             return Failed("FlushFileBuffers", reason);
+        }
+        if (!IsStillWanted(isAsLoaded, reason)) {
+            return false;
         }
         if (temporary.RenameOver(target)) {
             return true;
@@ -309,14 +316,15 @@ bool Replace(const std::wstring& path, std::string_view contents, CReason* reaso
         }
     }
     // A document that may be written and not replaced, or that another program has open: then this fails too.
-    return WriteInPlace(target, contents, reason);
+    return WriteInPlace(target, contents, reason, isAsLoaded);
 }
 
 } // namespace
 
-bool ReplaceContents(const char* path, std::string_view contents, CReason* reason) noexcept {
+bool ReplaceContents(const char* path, std::string_view contents, CReason* reason,
+                     const LastLook& isAsLoaded) noexcept {
     try {
-        return Replace(ToWideText(path), contents, reason);
+        return Replace(ToWideText(path), contents, reason, isAsLoaded);
     } catch (const std::bad_alloc&) {
         GiveReason(reason, CReason::Of(ReasonKind::OutOfMemory));
         return false;

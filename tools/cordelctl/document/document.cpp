@@ -310,10 +310,14 @@ void CDocument::AddContainer(const std::string& name) {
     m_bChanged = true;
 }
 
-void CDocument::SaveOver(const std::filesystem::path& file) {
+bool CDocument::SaveOver(const std::filesystem::path& file, const LastLook& isAsLoaded) {
     try {
-        m_object.m_pDom->Save(LibraryPath(file).c_str());
+        m_object.m_pDom->Save(LibraryPath(file).c_str(), isAsLoaded);
+        return true;
     } catch (const DomError& error) {
+        if (error.Reason().m_kind == ReasonKind::Overtaken) {
+            return false;
+        }
         throw CFailure(ExitCode::NotKept,
                        "nothing was changed: " + host::TextOf(file) + " could not be saved: " + WordsOf(error.Reason()),
                        "see whether the disk is full or the folder read-only, then try again");

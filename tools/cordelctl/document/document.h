@@ -93,8 +93,9 @@ public:
     bool IsChanged() const noexcept { return m_bChanged; }
     void NoteChange() noexcept { m_bChanged = true; }
 
-    /// Saves it over the file. Throws CFailure (NotKept).
-    void SaveOver(const std::filesystem::path& file);
+    /// Saves it over the file. False, and the file stays as it is, when that is no longer `isAsLoaded`, which is asked
+    /// immediately before the file is replaced. Throws CFailure (NotKept).
+    bool SaveOver(const std::filesystem::path& file, const LastLook& isAsLoaded);
 
     /// For the operations of the library. A change that one of them made is noted with NoteChange.
     CXmlObject* Object() noexcept { return &m_object; }

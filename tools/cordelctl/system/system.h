@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "platform/last_look.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -60,9 +62,17 @@ FileStamp StampOf(const std::filesystem::path& path);
 std::string ReadBytes(const std::filesystem::path& path);
 
 /// Makes a file of these bytes, whole or not at all, in the place of one that is there, with its access rights; a new
-/// one can be read and written by its user alone, or as `like` when that is given. On the disk when it returns. Throws
-/// std::filesystem::filesystem_error, and has then left nothing behind.
-void WriteWhole(const std::filesystem::path& path, std::string_view bytes, const std::filesystem::path& like = {});
+/// one can be read and written by its user alone, or as `like` when that is given. `isAsLoaded`, where it is given, is
+/// asked immediately before. On the disk when it returns. Throws std::filesystem::filesystem_error, also when the
+/// answer is no, and has then left nothing behind.
+void WriteWhole(const std::filesystem::path& path, std::string_view bytes, const std::filesystem::path& like = {},
+                const LastLook& isAsLoaded = {});
+
+/// What WriteWhole throws when the answer is no.
+[[noreturn]] inline void FailForOvertaken(const std::filesystem::path& path) {
+    throw std::filesystem::filesystem_error("another program wrote the file meanwhile", path,
+                                            std::make_error_code(std::errc::resource_unavailable_try_again));
+}
 
 /// A lock on a file that all processes of this tool agree on. It ends with the process at the latest.
 class CFileLock {

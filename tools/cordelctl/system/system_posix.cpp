@@ -209,7 +209,8 @@ std::string ReadBytes(const std::filesystem::path& path) {
     return bytes;
 }
 
-void WriteWhole(const std::filesystem::path& path, std::string_view bytes, const std::filesystem::path& like) {
+void WriteWhole(const std::filesystem::path& path, std::string_view bytes, const std::filesystem::path& like,
+                const LastLook& isAsLoaded) {
     std::error_code error;
     const auto linked = std::filesystem::weakly_canonical(path, error);
     const std::filesystem::path target = error ? path : linked; // a link stays one
@@ -227,6 +228,9 @@ void WriteWhole(const std::filesystem::path& path, std::string_view bytes, const
     }
     if (!WriteAll(file.Get(), bytes) || ::fsync(file.Get()) != 0) {
         Fail("cannot write", target);
+    }
+    if (!platform::IsStillWanted(isAsLoaded, nullptr)) {
+        FailForOvertaken(target);
     }
     file.Rename(target);
     const CFile folder(target.parent_path(), O_RDONLY | O_DIRECTORY);

@@ -191,7 +191,8 @@ std::string ReadBytes(const std::filesystem::path& path) {
     return bytes;
 }
 
-void WriteWhole(const std::filesystem::path& path, std::string_view bytes, const std::filesystem::path&) {
+void WriteWhole(const std::filesystem::path& path, std::string_view bytes, const std::filesystem::path&,
+                const LastLook& isAsLoaded) {
     auto name = path;
     name += L".cordelctl-" + std::to_wstring(GetCurrentProcessId());
     CHandle file(CreateFileW(name.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
@@ -201,6 +202,10 @@ void WriteWhole(const std::filesystem::path& path, std::string_view bytes, const
     const bool written = WriteAll(file.Get(), bytes) && FlushFileBuffers(file.Get());
     const DWORD error = GetLastError();
     file.Close();
+    if (written && !platform::IsStillWanted(isAsLoaded, nullptr)) {
+        DeleteFileW(name.c_str());
+        FailForOvertaken(path);
+    }
     // A file that is replaced hands its access rights on; a new one has those of its folder.
     const bool done = written && (GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES
                                       ? ReplaceFileW(path.c_str(), name.c_str(), nullptr, 0, nullptr, nullptr)

@@ -169,21 +169,21 @@ std::optional<HistoryState> CHistory::Keep(const std::string& command) {
         const auto undone = StatesIn(m_undone);
         const unsigned last =
             std::max(states.empty() ? 0 : states.back().number, undone.empty() ? 0 : undone.back().number);
-        HistoryState state = KeepIn(m_folder, last + 1, command);
-        std::for_each(undone.begin(), undone.end(), [this](const HistoryState& old) { Drop(old); });
-        Prune(states);
-        return state;
+        return KeepIn(m_folder, last + 1, command);
     } catch (const std::filesystem::filesystem_error& error) {
         FailToKeep(error);
     }
 }
 
-void CHistory::Prune(const std::vector<HistoryState>& states) const {
-    std::size_t count = 1; // with the newest, which always stays
+void CHistory::ForgetOld() const {
+    const auto undone = StatesIn(m_undone);
+    std::for_each(undone.begin(), undone.end(), [this](const HistoryState& old) { Drop(old); });
+    const auto states = States();
+    std::size_t count = 0;
     std::uint64_t bytes = 0;
     std::for_each(states.rbegin(), states.rend(), [&](const HistoryState& state) {
+        bytes += count > 0 ? state.size : 0; // the newest always stays
         ++count;
-        bytes += state.size;
         if (count > MostStates() || bytes > MostBytes()) {
             Drop(state);
         }
@@ -205,6 +205,10 @@ void CHistory::Drop(const HistoryState& state) const {
     std::filesystem::remove(NotesOf(state), none);
 }
 
+void CHistory::ReplaceDocument(const std::filesystem::path& state, const host::FileStamp& stamp) const {
+    host::WriteWhole(m_document, host::ReadBytes(state), state, [&] { return stamp == host::StampOf(m_document); });
+}
+
 HistoryState CHistory::Undo(bool force) {
     auto states = States();
     if (states.empty()) {
@@ -217,9 +221,10 @@ HistoryState CHistory::Undo(bool force) {
                            "; to undo all the same, with those changes: --force");
     }
     try {
+        const auto stamp = host::StampOf(m_document);
         HistoryState undone = KeepIn(m_undone, newest.number, newest.command);
         try {
-            host::WriteWhole(m_document, host::ReadBytes(newest.file));
+            ReplaceDocument(newest.file, stamp);
         } catch (const std::filesystem::filesystem_error&) {
             Drop(undone);
             throw;
@@ -242,9 +247,10 @@ HistoryState CHistory::Redo() {
     }
     const HistoryState& next = undone.front(); // what was undone last has the lowest number
     try {
+        const auto stamp = host::StampOf(m_document);
         HistoryState state = KeepIn(m_folder, next.number, next.command);
         try {
-            host::WriteWhole(m_document, host::ReadBytes(next.file));
+            ReplaceDocument(next.file, stamp);
         } catch (const std::filesystem::filesystem_error&) {
             Drop(state);
             throw;
@@ -259,14 +265,22 @@ HistoryState CHistory::Redo() {
 
 void CHistory::Restore(const HistoryState& state, const std::string& command) {
     try {
-        const std::string bytes = host::ReadBytes(state.file);
         std::optional<HistoryState> kept;
+        const auto stamp = host::StampOf(m_document);
         if (std::filesystem::is_regular_file(m_document)) {
             kept = Keep(command);
         }
-        host::WriteWhole(m_document, bytes, state.file);
+        try {
+            ReplaceDocument(state.file, stamp);
+        } catch (const std::filesystem::filesystem_error&) {
+            if (kept) {
+                Drop(*kept);
+            }
+            throw;
+        }
         if (kept) {
             NoteDone(*kept);
+            ForgetOld();
         }
     } catch (const std::filesystem::filesystem_error& error) {
         throw CFailure(ExitCode::NotKept, "nothing was restored: " + std::string(error.what()));

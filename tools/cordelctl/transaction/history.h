@@ -36,8 +36,8 @@ public:
     /// Throws CFailure (Missing) when there is no such state.
     HistoryState State(const std::string& number) const;
 
-    /// Keeps the document as it is, before `command` changes it, and forgets what was undone and the oldest states
-    /// beyond the bounds. None when no states are kept. Throws CFailure (NotKept) when it cannot be kept.
+    /// Keeps the document as it is, before `command` changes it. None when no states are kept. Throws CFailure
+    /// (NotKept) when it cannot be kept.
     std::optional<HistoryState> Keep(const std::string& command);
 
     /// Notes that the command is done: the document is now as it left it.
@@ -45,6 +45,9 @@ public:
 
     /// Takes back a state that was kept for a change that did not come about.
     void Drop(const HistoryState& state) const;
+
+    /// After a new change: what was undone cannot be done again, and the oldest states beyond the bounds go.
+    void ForgetOld() const;
 
     /// Puts the newest state in the document's place, and the document among what was undone. Throws CFailure: Missing
     /// when there is none, Refused when another program changed the document since, unless `force`.
@@ -65,7 +68,9 @@ private:
     std::vector<HistoryState> StatesIn(const std::filesystem::path& folder) const;
     HistoryState KeepIn(const std::filesystem::path& folder, unsigned number, const std::string& command) const;
     void Write(const HistoryState& state) const;
-    void Prune(const std::vector<HistoryState>& states) const;
+
+    /// By the bytes of a state, unless another program wrote the document since it had this stamp.
+    void ReplaceDocument(const std::filesystem::path& state, const host::FileStamp& stamp) const;
 
     std::filesystem::path m_document;
     std::filesystem::path m_folder;

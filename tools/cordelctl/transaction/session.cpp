@@ -215,35 +215,47 @@ bool CSession::Save(const std::string& command) {
         return false;
     }
     StopIfInterrupted();
-    struct Done {
+    struct Step {
         CHistory history;
         std::optional<HistoryState> state;
         std::filesystem::path file;
         std::string former;
+        bool saved = false;
     };
-    std::vector<Done> done;
-    for (Opened* const opened : changed) {
-        Done step{CHistory(opened->place), std::nullopt, opened->place.perUser,
-                  changed.size() > 1 ? host::ReadBytes(opened->place.perUser) : std::string()};
-        step.state = step.history.Keep(command);
-        try {
-            opened->document->SaveOver(step.file);
-        } catch (const CFailure&) {
+    std::vector<Step> steps;
+    const auto takeBack = [&steps] { // all or nothing
+        for (const Step& step : steps) {
+            if (step.saved) {
+                host::WriteWhole(step.file, step.former);
+            }
             if (step.state) {
                 step.history.Drop(*step.state);
             }
-            for (const Done& earlier : done) { // all or nothing
-                host::WriteWhole(earlier.file, earlier.former);
-                if (earlier.state) {
-                    earlier.history.Drop(*earlier.state);
-                }
+        }
+    };
+    try {
+        for (Opened* const opened : changed) {
+            const auto& file = opened->place.perUser;
+            Step& step = steps.emplace_back(
+                Step{CHistory(opened->place), {}, file, changed.size() > 1 ? host::ReadBytes(file) : std::string()});
+            step.state = step.history.Keep(command);
+            step.saved = opened->document->SaveOver(file, [&] { return opened->stamp == host::StampOf(file); });
+            if (!step.saved) {
+                takeBack();
+                return false;
             }
-            throw;
+            if (step.state) {
+                step.history.NoteDone(*step.state);
+            }
         }
+    } catch (const CFailure&) {
+        takeBack();
+        throw;
+    }
+    for (const Step& step : steps) {
         if (step.state) {
-            step.history.NoteDone(*step.state);
+            step.history.ForgetOld();
         }
-        done.push_back(std::move(step));
     }
     return true;
 }
@@ -268,6 +280,9 @@ Result RunTransaction(const Globals& globals, const std::string& command,
     for (int run = 0; run < kMostRuns; ++run) {
         CSession session(Access::Change, globals.dryRun, locks);
         Result result = work(session);
+        if (result.status > ExitCode::No && !result.partial) {
+            return result; // all or nothing
+        }
         if (globals.dryRun) {
             Result differences = session.Differences();
             differences.notes = std::move(result.notes);

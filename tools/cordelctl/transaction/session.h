@@ -2,8 +2,9 @@
 // or none at all.
 //
 // A command that changes documents runs in a transaction: it locks each document against other processes of this tool,
-// loads it, changes it in memory, and saves it when everything went well. Before that it looks whether the file is
-// still the one that was loaded: when another program wrote it meanwhile, the command is done again on what that left.
+// loads it, changes it in memory, and saves it when everything went well. Before that, and once more immediately before
+// the new contents take the file's place, it looks whether the file is still the one that was loaded: when another
+// program wrote it meanwhile, the command is done again on what that left.
 
 #pragma once
 
@@ -73,7 +74,7 @@ private:
 };
 
 /// Runs the work in a transaction, again when another program came between. Its result is that of the last run, or with
-/// --dry-run the differences.
+/// --dry-run the differences. One whose status says that something failed changes nothing, unless it is partial.
 Result RunTransaction(const Globals& globals, const std::string& command, const std::function<Result(CSession&)>& work);
 
 /// Throws CFailure (Interrupted) when the user interrupted the command: nothing is changed yet.

@@ -130,6 +130,7 @@ Result Reset(Context& context) {
         MakeCopy(place, bytes);
         if (state) {
             history.NoteDone(*state);
+            history.ForgetOld();
         }
     } catch (const std::filesystem::filesystem_error& error) {
         throw CFailure(ExitCode::NotKept, "the copy was not reset: " + std::string(error.what()),

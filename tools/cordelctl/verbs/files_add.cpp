@@ -14,7 +14,7 @@
 #include "records/file_verification.h"
 #include "records/kept_digests.h"
 #include "records/listed_paths.h"
-#include "verbs/rows.h"
+#include "verbs/intake.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -201,11 +201,7 @@ Result Add(Context& context) {
     CDocument& document = context.Document();
     RequireSound(document, "Files");
     CFileAdder adder(context, document);
-    Result result;
-    result.data = Value::List();
-    std::size_t added = 0;
-    std::size_t refused = 0;
-    std::size_t skipped = 0;
+    CIntake intake(context, "file", "added");
     CProgress progress(candidates.size(), "adding");
     for (std::size_t i = 0; i < candidates.size(); ++i) {
         StopIfInterrupted();
@@ -215,39 +211,31 @@ Result Add(Context& context) {
         try {
             if ((candidates[i].found && IsOfNoKind(context, host::PathOf(name))) ||
                 (context.Has("--skip-listed") && adder.IsListed(host::TextOf(CFileAdder::RealPath(name))))) {
-                ++skipped;
+                intake.PassedOver();
                 continue;
             }
-            Value row = adder.Add(name, result.notes, findings);
-            result.said.push_back("added " + row["FileID"].Text() + ": \"" + row["title"].Text() + "\" with ID " +
-                                  row["ID"].Text() + ", " + row["LocalPath"].Text());
+            std::vector<std::string> notes;
+            Value row = adder.Add(name, notes, findings);
+            std::vector<std::string> said{"added " + row["FileID"].Text() + ": \"" + row["title"].Text() +
+                                          "\" with ID " + row["ID"].Text() + ", " + row["LocalPath"].Text()};
             for (const FileFinding& finding : findings) {
-                result.said.push_back("  " + SpokenFinding(finding) + "; " + TextOf(finding.cause).advice);
+                said.push_back("  " + SpokenFinding(finding) + "; " + TextOf(finding.cause).advice);
             }
             AddFindings(row, findings);
-            result.data.Append(std::move(row));
-            ++added;
+            intake.Took(std::move(row), said, notes);
         } catch (const CFailure& failure) {
             if (failure.Code() != ExitCode::Refused) {
                 throw;
             }
-            ++refused;
-            result.notes.push_back(name + " was not added: " + failure.what() +
-                                   (failure.Advice().empty() ? "" : "; " + failure.Advice()));
-            Value row = Value::Record{{"file", name}, {"added", false}, {"reason", failure.what()}};
-            AddFindings(row, findings);
-            result.data.Append(std::move(row));
+            AddFindings(intake.Refused(name, failure.what(), failure.Advice()), findings);
         } catch (const std::filesystem::filesystem_error& error) {
-            ++refused;
-            result.notes.push_back(name + " was not added: " + error.code().message());
-            result.data.Append(Value::Record{{"file", name}, {"added", false}, {"reason", error.code().message()}});
+            intake.Refused(name, error.code().message());
         }
     }
-    RenewKeptDigests(context.Place(), adder.LocalPaths(), context.Options().dryRun);
-    result.said.push_back(Counted(added, "file") + " added" +
-                          (refused == 0 ? "" : ", " + std::to_string(refused) + " refused") +
-                          (skipped == 0 ? "" : ", " + std::to_string(skipped) + " passed over"));
-    result.status = refused == 0 ? ExitCode::Done : ExitCode::Refused;
+    Result result = intake.Finish();
+    if (result.status == ExitCode::Done || result.partial) {
+        RenewKeptDigests(context.Place(), adder.LocalPaths(), context.Options().dryRun);
+    }
     return result;
 }
 
@@ -275,6 +263,7 @@ std::vector<Verb> FilesAddVerbs() {
            "Add all fonts and profiles of a folder, and of the folders in it; other files are passed over"},
           {Option::Kind::Text, "--covers", "TEXT", "Refuse fonts that lack a character of this text"},
           {Option::Kind::Flag, "--force", "", "Add also what will not work on a printer; what is wrong is said"},
+          KeepGoingOption(),
           {Option::Kind::Flag, "--skip-listed", "", "Pass over files that are listed already, without a word"}},
          {},
          "cordelctl files add /usr/share/fonts/truetype/dejavu/*.ttf\n"

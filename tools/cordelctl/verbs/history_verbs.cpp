@@ -95,8 +95,8 @@ Result Undo(Context& context) {
         }
         return WouldChange(place, states.back().file);
     }
-    locks.Take(place);
     RequireChangeable(place);
+    locks.Take(place);
     const HistoryState state = history.Undo(context.Has("--force"));
     return StateResult(state, "undone: " + state.command + "; to do it again: cordelctl redo");
 }
@@ -104,8 +104,8 @@ Result Undo(Context& context) {
 Result Redo(Context& context) {
     const DocumentPlace place = NamedPlace(context);
     CDocumentLocks locks(context.Options().wait, "redo");
-    locks.Take(place);
     RequireChangeable(place);
+    locks.Take(place);
     const HistoryState state = CHistory(place).Redo();
     return StateResult(state, "done again: " + state.command);
 }
@@ -233,10 +233,11 @@ Result Batch(Context& context) {
             }
             Context inner(*command.verb, command.arguments, command.globals, context.Session());
             const Result part = command.verb->run(inner);
-            if (part.status != ExitCode::Done && part.status != ExitCode::No) {
+            if (part.status > ExitCode::No && !part.partial) {
                 throw CFailure(part.status, part.notes.empty() ? "it failed" : part.notes.front());
             }
             result.status = std::max(result.status, part.status);
+            result.partial = result.partial || part.partial;
             result.data.Append(Value::Record{{"line", number}, {"verb", command.verb->name}, {"result", part.data}});
             result.said.insert(result.said.end(), part.said.begin(), part.said.end());
             for (const std::string& note : part.notes) {

@@ -8,6 +8,7 @@
 #include "records/field_text.h"
 #include "records/file_numbers.h"
 #include "records/listed_paths.h"
+#include "verbs/intake.h"
 #include "verbs/json_input.h"
 #include "verbs/rows.h"
 #include "verbs/verbs.h"
@@ -139,38 +140,28 @@ Result Import(Context& context) {
     CDocument& document = context.Document();
     RequireSound(document, "Files");
     CImporter importer(document);
-    Result result;
-    result.data = Value::List();
-    std::size_t imported = 0;
-    std::size_t refused = 0;
+    CIntake intake(context, "LocalPath", "imported");
     CProgress progress(files.size(), "importing");
     for (std::size_t i = 0; i < files.size(); ++i) {
         StopIfInterrupted();
         progress.Show(i);
         if (context.Has("--skip-listed") && importer.IsListed(files[i])) {
+            intake.PassedOver();
             continue;
         }
         try {
             const Value row = importer.Import(files[i]);
-            result.said.push_back(Described(row));
-            result.data.Append(row);
-            ++imported;
+            intake.Took(row, {Described(row)});
         } catch (const CFailure& failure) {
             if (failure.Code() != ExitCode::Refused) {
                 throw;
             }
-            ++refused;
             const std::string path = files[i]["LocalPath"].Text();
-            const std::string name = path.empty() ? "file " + std::to_string(i + 1) : path;
-            result.notes.push_back(name + " was not imported: " + failure.what());
-            result.data.Append(Value::Record{{"LocalPath", name}, {"imported", false}, {"reason", failure.what()}});
+            intake.Refused(path.empty() ? "file " + std::to_string(i + 1) : path, failure.what());
         }
     }
     importer.TickAll();
-    result.said.push_back(Counted(imported, "file") + " imported" +
-                          (refused == 0 ? "" : ", " + std::to_string(refused) + " refused"));
-    result.status = refused == 0 ? ExitCode::Done : ExitCode::Refused;
-    return result;
+    return intake.Finish();
 }
 
 } // namespace
@@ -190,6 +181,7 @@ std::vector<Verb> ProjectVerbs() {
          Effect::Changes,
          &Import,
          {{Option::Kind::Operand, "FILE", "", "The list; - for standard input", true, Offer::Files},
+          KeepGoingOption(),
           {Option::Kind::Flag, "--skip-listed", "", "Pass over files that are listed already, without a word"}},
          {},
          "cordelctl export | cordelctl import - --printer Workshop"},
