@@ -36,11 +36,15 @@ install(FILES ${pages} DESTINATION ${document_folder}/docs COMPONENT Development
 install(FILES examples/sending_host.cpp DESTINATION ${document_folder}/examples COMPONENT Development)
 install(DIRECTORY samples/Cordelbox DESTINATION ${document_folder}/samples COMPONENT Development)
 
+# The printers of the samples are samples, not printers.
+set(sample_printers PATTERN Atrium.xml EXCLUDE PATTERN Workshop.xml EXCLUDE)
+
 if(WIN32)
     # The library is found beside the tool, and so are the documents.
     install(FILES src/platform/windows/cordelbox.def DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT Development)
     install(TARGETS cordelctl COMPONENT Tool)
-    install(DIRECTORY samples/Cordelbox TYPE BIN COMPONENT Tool)
+    install(DIRECTORY samples/Cordelbox TYPE BIN COMPONENT Tool ${sample_printers})
+    install(FILES samples/storage-report.json DESTINATION samples COMPONENT Tool)
     return()
 endif()
 
@@ -62,10 +66,8 @@ install(CODE "
 install(FILES ${PROJECT_BINARY_DIR}/cordelbox.pc
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT Development)
 
-# The documents lie beside the executable, so the tool has a folder of its own, and a link in the path leads there. The
-# printers of the samples are samples, not printers.
+# The documents lie beside the executable, so the tool has a folder of its own, and a link in the path leads there.
 set(tool_folder lib/cordelctl)
-set(sample_printers PATTERN Atrium.xml EXCLUDE PATTERN Workshop.xml EXCLUDE)
 install(TARGETS cordelctl DESTINATION ${tool_folder} COMPONENT Tool)
 install(DIRECTORY samples/Cordelbox DESTINATION ${tool_folder} COMPONENT Tool ${sample_printers})
 install(FILES samples/Cordelbox/xml/Atrium.xml samples/Cordelbox/xml/Workshop.xml samples/storage-report.json

@@ -16,7 +16,7 @@ std::unique_ptr<DomDocument> DomDocument::Create() noexcept {
 
 bool DomDocument::Load(const char*, CReason*, DomPositions) { throw DomError("the load call fails"); }
 
-void DomDocument::Save(const char*) { std::abort(); }
+void DomDocument::Save(const char*, const LastLook&) { std::abort(); }
 DomNode DomDocument::DocumentElement() { std::abort(); }
 DomNode DomDocument::FirstElementNamed(DomView) { std::abort(); }
 DomKind DomDocument::Kind(const DomNode&) { std::abort(); }
