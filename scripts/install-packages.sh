@@ -28,7 +28,7 @@ packages_of() {
     native)
         packages_of build
         echo git clang-format clang-tidy cppcheck python3 abigail-tools colord-data fonts-tlwg-loma-otf fonts-wqy-microhei \
-            e2fsprogs xfsprogs btrfs-progs mount
+            e2fsprogs xfsprogs btrfs-progs mount zsh
         ;;
     windows)
         echo g++-mingw-w64-x86-64-posix cmake ninja-build googletest libcli11-dev nlohmann-json3-dev libkainjow-mustache-dev wine wine64 \

@@ -225,7 +225,7 @@ std::string CompletionScript(const std::string& shell) {
 
 _cordelctl() {
     local -a candidates
-    candidates=("${(@f)$(cordelctl complete -- "${(@Q)words[2,CURRENT]}" 2>/dev/null)}")
+    candidates=("${(@f)$(cordelctl complete -- "${(@Q)words[2,CURRENT-1]}" "${(Q)PREFIX}" 2>/dev/null)}")
     candidates=(${candidates:#})
     if (( ${#candidates} )); then
         compadd -a candidates
