@@ -244,7 +244,8 @@ Result Add(Context& context) {
 std::vector<Verb> FilesAddVerbs() {
     return {
         {"files add",
-         "Add TrueType fonts and colour profiles, each with what it says of itself and with the next free ID",
+         "Add TrueType fonts, soft fonts and colour profiles, each with what it says of itself and with the next free "
+         "ID",
          Effect::Changes,
          &Add,
          {{Option::Kind::Operands, "FILE", "", "The files, or with --recursive folders", true, Offer::Files},
