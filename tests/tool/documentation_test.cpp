@@ -119,7 +119,8 @@ TEST_F(Documentation, ThePageOfDocumentsSaysWhatTheTableOfTheToolSays) {
 
 TEST_F(Documentation, ThePageOfDocumentsSaysHowLongTheTextsOfAJobMayBe) {
     const std::string page = ReadBytes(std::filesystem::path(DOCS_PATH) / "documents.md");
-    for (const auto& attribute : Run({"--json", "schema", "Jobs"}).Json()[0]["attributes"]) {
+    const auto jobs = Run({"--json", "schema", "Jobs"}).Json()[0];
+    for (const auto& attribute : jobs["attributes"]) {
         EXPECT_THAT(page, HasSubstr("| `" + attribute["attribute"].get<std::string>() + "` | " +
                                     std::to_string(attribute["bytes"].get<int>()) + " |"));
     }
