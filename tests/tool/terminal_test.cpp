@@ -30,6 +30,33 @@ TEST_F(Terminal, ShowsNoColoursWhenTheyAreRefused) {
     EXPECT_THAT(Screen("tree", "NO_COLOR=1"), Not(HasSubstr("\x1b[")));
 }
 
+TEST_F(Terminal, ShowsHowFarAWorkIsThatTakesLongerThanASecond) {
+    Init();
+    std::string files;
+    for (int i = 1; i <= 20; ++i) {
+        files += " '" + UserFile(std::to_string(i) + ".mac", "x") + "'";
+    }
+    const std::string hurried = "LD_PRELOAD='" HURRIED_CLOCK_PATH "' ASAN_OPTIONS=verify_asan_link_order=0";
+    const std::string screen = Screen("files add --type 2" + files, hurried);
+    EXPECT_THAT(screen, HasSubstr("\radding [####----------------] 4 of 20"));
+    EXPECT_THAT(screen, HasSubstr("\r\x1b[K")); // it goes again
+    EXPECT_THAT(Screen("files verify", hurried), HasSubstr("\rverifying ["));
+    EXPECT_THAT(Screen("export '" + (m_folder / "list").string() + "'"), Not(HasSubstr("\r\x1b[K")));
+    EXPECT_THAT(Screen("files remove --all"), HasSubstr("20 files removed"));
+    EXPECT_THAT(Screen("import '" + (m_folder / "list").string() + "'", hurried), HasSubstr("\rimporting ["));
+}
+
+TEST_F(Terminal, AShortWorkAndAFileGetNoProgress) {
+    Init();
+    EXPECT_THAT(Screen("files add --type 2 '" + UserFile("a.mac", "x") + "'"), Not(HasSubstr("adding")));
+    ::setenv("LD_PRELOAD", HURRIED_CLOCK_PATH, 1);
+    ::setenv("ASAN_OPTIONS", "verify_asan_link_order=0", 1);
+    const ToolRun run = Run({"files", "verify"});
+    ::unsetenv("LD_PRELOAD");
+    ::unsetenv("ASAN_OPTIONS");
+    EXPECT_EQ(run.errors, "");
+}
+
 TEST_F(Terminal, AFileGetsNoColours) {
     EXPECT_THAT(Output({"tree"}), Not(HasSubstr("\x1b[")));
     EXPECT_THAT(Run({"doctor"}).output, Not(HasSubstr("\x1b[")));

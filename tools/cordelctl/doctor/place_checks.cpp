@@ -51,25 +51,25 @@ void AddUnusedCopy(const DocumentPlace& place, DocumentKind kind, const char* ch
 }
 
 void CheckPerUser(const DocumentPlace& place, DocumentKind kind, Findings& findings) {
-    switch (host::StateOf(place.perUser)) {
-    case host::FileState::Writable:
+    switch (StateOf(place.perUser)) {
+    case FileState::Writable:
         return;
-    case host::FileState::Absent:
+    case FileState::Absent:
         if (kind != DocumentKind::Strings) {
             findings.push_back(Whole(
                 Level::Warning, "no-per-user-copy", "There is no per-user copy: " + Utf8(place.perUser) + ".",
                 "Changes last only until the document is released; nothing is saved.", "Create it: cordelctl init."));
         }
         return;
-    case host::FileState::NotAFile:
+    case FileState::NotAFile:
         AddUnusedCopy(place, kind, "copy-is-no-file", "is no file, but a folder or a device",
                       "Move it away and run: cordelctl init.", findings);
         return;
-    case host::FileState::NotWritable:
+    case FileState::NotWritable:
         AddUnusedCopy(place, kind, "copy-is-read-only", "may not be read and written",
                       "Give yourself read and write permission for it.", findings);
         return;
-    case host::FileState::InUse:
+    case FileState::InUse:
         AddUnusedCopy(place, kind, "copy-is-locked", "is held by another program",
                       "End that program, or wait until it is done.", findings);
         return;

@@ -3,6 +3,7 @@
 #include "document/document.h"
 
 #include "document/dom_text.h"
+#include "document/file_state.h"
 #include "failure.h"
 #include "platform/reason.h"
 #include "schema/schema.h"
@@ -13,8 +14,6 @@
 namespace {
 
 /// A path as the library takes it.
-std::string LibraryPath(const std::filesystem::path& path) { return host::ToCodePage(host::TextOf(path)); }
-
 std::string WordsOf(const CReason& reason) {
     const std::string words(reason.m_strWords.c_str(), reason.m_strWords.size());
     switch (reason.m_kind) {

@@ -31,9 +31,7 @@ void AddPrinters(const std::filesystem::path& folder, std::set<std::string>& nam
 
 } // namespace
 
-host::FileState DocumentPlace::UserState() const {
-    return perUser.empty() ? host::FileState::Absent : host::StateOf(perUser);
-}
+FileState DocumentPlace::UserState() const { return perUser.empty() ? FileState::Absent : StateOf(perUser); }
 
 bool DocumentPlace::IsWithinReach() const {
     const auto fileName = installed.filename();

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include "document/file_state.h"
 #include "schema/schema.h"
 #include "system/system.h"
 
@@ -16,10 +17,10 @@ struct DocumentPlace {
     std::filesystem::path installed;
     std::filesystem::path perUser; // empty when the user has no folder for application data
 
-    host::FileState UserState() const;
+    FileState UserState() const;
 
     /// True when the library finds the per-user copy, and so loads it and saves to it.
-    bool IsKept() const { return UserState() == host::FileState::Writable; }
+    bool IsKept() const { return UserState() == FileState::Writable; }
 
     /// The file that the library loads.
     const std::filesystem::path& Loaded() const { return IsKept() ? perUser : installed; }

@@ -5,7 +5,6 @@
 
 #include "platform/last_look.h"
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
@@ -42,21 +41,6 @@ const std::string& StandardInput();
 
 /// A variable of the environment; empty when it is not set.
 std::string Variable(const char* name);
-
-enum class FileState {
-    Absent,
-    NotAFile,
-    NotWritable, // not readable and writable for this user
-    InUse,       // held by another program to the exclusion of others
-    Writable
-};
-
-/// What the library finds when it looks for a per-user copy there: only a Writable one counts as present.
-FileState StateOf(const std::filesystem::path& path);
-
-/// Changes whenever the file is written or replaced; all zero when it is absent.
-using FileStamp = std::array<std::uint64_t, 6>;
-FileStamp StampOf(const std::filesystem::path& path);
 
 /// All bytes of a file. Throws std::filesystem::filesystem_error.
 std::string ReadBytes(const std::filesystem::path& path);

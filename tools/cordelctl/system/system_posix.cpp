@@ -147,38 +147,6 @@ std::string Variable(const char* name) {
     return value != nullptr ? value : "";
 }
 
-FileState StateOf(const std::filesystem::path& path) {
-    std::error_code error;
-    const auto status = std::filesystem::status(path, error);
-    if (!std::filesystem::exists(status)) {
-        return status.type() == std::filesystem::file_type::unknown ? FileState::NotWritable : FileState::Absent;
-    }
-    if (!std::filesystem::is_regular_file(status)) {
-        return FileState::NotAFile;
-    }
-    const CFile file(path, O_RDWR);
-    if (file.Get() < 0) {
-        return FileState::NotWritable;
-    }
-    return ::flock(file.Get(), LOCK_SH | LOCK_NB) == 0 ? FileState::Writable : FileState::InUse;
-}
-
-FileStamp StampOf(const std::filesystem::path& path) {
-    struct stat facts;
-    if (::stat(path.c_str(), &facts) != 0) {
-        return {};
-    }
-    const auto nanoseconds = [](const struct timespec& time) {
-        return static_cast<std::uint64_t>(time.tv_sec) * 1'000'000'000U + static_cast<std::uint64_t>(time.tv_nsec);
-    };
-    return {static_cast<std::uint64_t>(facts.st_dev),
-            static_cast<std::uint64_t>(facts.st_ino),
-            nanoseconds(facts.st_mtim),
-            nanoseconds(facts.st_ctim),
-            static_cast<std::uint64_t>(facts.st_size),
-            1};
-}
-
 std::string ReadBytes(const std::filesystem::path& path) {
     const CFile file(path, O_RDONLY);
     struct stat facts;

@@ -134,38 +134,6 @@ std::string Variable(const char* name) {
     return value != nullptr ? Narrow(CP_UTF8, value) : std::string();
 }
 
-FileState StateOf(const std::filesystem::path& path) {
-    const DWORD attributes = GetFileAttributesW(path.c_str());
-    if (attributes == INVALID_FILE_ATTRIBUTES) {
-        return FileState::Absent;
-    }
-    if ((attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
-        return FileState::NotAFile;
-    }
-    const CHandle file(CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING,
-                                   FILE_ATTRIBUTE_NORMAL, nullptr));
-    if (!file.IsOpen()) {
-        return GetLastError() == ERROR_SHARING_VIOLATION ? FileState::InUse : FileState::NotWritable;
-    }
-    return FileState::Writable;
-}
-
-FileStamp StampOf(const std::filesystem::path& path) {
-    const CHandle file(CreateFileW(path.c_str(), FILE_READ_ATTRIBUTES, kShareAll, nullptr, OPEN_EXISTING,
-                                   FILE_ATTRIBUTE_NORMAL, nullptr));
-    BY_HANDLE_FILE_INFORMATION facts;
-    if (!file.IsOpen() || !GetFileInformationByHandle(file.Get(), &facts)) {
-        return {};
-    }
-    const auto join = [](DWORD high, DWORD low) { return (static_cast<std::uint64_t>(high) << 32) | low; };
-    return {facts.dwVolumeSerialNumber,
-            join(facts.nFileIndexHigh, facts.nFileIndexLow),
-            join(facts.ftLastWriteTime.dwHighDateTime, facts.ftLastWriteTime.dwLowDateTime),
-            join(facts.ftCreationTime.dwHighDateTime, facts.ftCreationTime.dwLowDateTime),
-            join(facts.nFileSizeHigh, facts.nFileSizeLow),
-            1};
-}
-
 std::string ReadBytes(const std::filesystem::path& path) {
     const CHandle file(
         CreateFileW(path.c_str(), GENERIC_READ, kShareAll, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));

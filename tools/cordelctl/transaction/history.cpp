@@ -118,9 +118,8 @@ std::vector<HistoryState> CHistory::StatesIn(const std::filesystem::path& folder
             std::istringstream notes(host::ReadBytes(NotesOf(state)));
             std::getline(notes, state.time);
             std::getline(notes, state.command);
-            for (std::uint64_t& part : state.after) {
-                notes >> part;
-            }
+            notes >> state.after.device >> state.after.file >> state.after.size >> state.after.modified >>
+                state.after.changed;
         } catch (const std::filesystem::filesystem_error&) {
             state.command = "?"; // its notes are lost, it is not
         }
@@ -134,10 +133,9 @@ std::vector<HistoryState> CHistory::StatesIn(const std::filesystem::path& folder
 void CHistory::Write(const HistoryState& state) const {
     std::ostringstream notes;
     notes << state.time << '\n' << state.command << '\n';
-    for (const std::uint64_t part : state.after) {
-        notes << part << ' ';
-    }
-    notes << '\n';
+    const platform::FileStamp& after = state.after;
+    notes << after.device << ' ' << after.file << ' ' << after.size << ' ' << after.modified << ' ' << after.changed
+          << '\n';
     host::WriteWhole(NotesOf(state), notes.str());
 }
 
@@ -191,7 +189,7 @@ void CHistory::ForgetOld() const {
 }
 
 void CHistory::NoteDone(HistoryState& state) const {
-    state.after = host::StampOf(m_document);
+    state.after = StampOf(m_document);
     try {
         Write(state);
     } catch (const std::filesystem::filesystem_error&) {
@@ -205,8 +203,8 @@ void CHistory::Drop(const HistoryState& state) const {
     std::filesystem::remove(NotesOf(state), none);
 }
 
-void CHistory::ReplaceDocument(const std::filesystem::path& state, const host::FileStamp& stamp) const {
-    host::WriteWhole(m_document, host::ReadBytes(state), state, [&] { return stamp == host::StampOf(m_document); });
+void CHistory::ReplaceDocument(const std::filesystem::path& state, const platform::FileStamp& stamp) const {
+    host::WriteWhole(m_document, host::ReadBytes(state), state, [&] { return stamp == StampOf(m_document); });
 }
 
 HistoryState CHistory::Undo(bool force) {
@@ -215,13 +213,13 @@ HistoryState CHistory::Undo(bool force) {
         throw CFailure(ExitCode::Missing, "there is nothing to undo");
     }
     HistoryState newest = states.back();
-    if (!force && newest.after != host::StampOf(m_document)) {
+    if (!force && newest.after != StampOf(m_document)) {
         throw CFailure(ExitCode::Refused, "another program changed the document after \"" + newest.command + "\"",
                        "see what: cordelctl diff --state " + std::to_string(newest.number) +
                            "; to undo all the same, with those changes: --force");
     }
     try {
-        const auto stamp = host::StampOf(m_document);
+        const auto stamp = StampOf(m_document);
         HistoryState undone = KeepIn(m_undone, newest.number, newest.command);
         try {
             ReplaceDocument(newest.file, stamp);
@@ -247,7 +245,7 @@ HistoryState CHistory::Redo() {
     }
     const HistoryState& next = undone.front(); // what was undone last has the lowest number
     try {
-        const auto stamp = host::StampOf(m_document);
+        const auto stamp = StampOf(m_document);
         HistoryState state = KeepIn(m_folder, next.number, next.command);
         try {
             ReplaceDocument(next.file, stamp);
@@ -266,7 +264,7 @@ HistoryState CHistory::Redo() {
 void CHistory::Restore(const HistoryState& state, const std::string& command) {
     try {
         std::optional<HistoryState> kept;
-        const auto stamp = host::StampOf(m_document);
+        const auto stamp = StampOf(m_document);
         if (std::filesystem::is_regular_file(m_document)) {
             kept = Keep(command);
         }

@@ -6,7 +6,6 @@
 #pragma once
 
 #include "document/places.h"
-#include "system/system.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -16,10 +15,10 @@
 
 struct HistoryState {
     unsigned number = 0;
-    std::string time;           // when it was kept, in UTC
-    std::string command;        // before which it was
-    std::uint64_t size = 0;     // bytes
-    host::FileStamp after = {}; // of the document, as the command left it
+    std::string time;               // when it was kept, in UTC
+    std::string command;            // before which it was
+    std::uint64_t size = 0;         // bytes
+    platform::FileStamp after = {}; // of the document, as the command left it
     std::filesystem::path file;
 };
 
@@ -70,7 +69,7 @@ private:
     void Write(const HistoryState& state) const;
 
     /// By the bytes of a state, unless another program wrote the document since it had this stamp.
-    void ReplaceDocument(const std::filesystem::path& state, const host::FileStamp& stamp) const;
+    void ReplaceDocument(const std::filesystem::path& state, const platform::FileStamp& stamp) const;
 
     std::filesystem::path m_document;
     std::filesystem::path m_folder;

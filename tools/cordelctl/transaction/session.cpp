@@ -33,16 +33,16 @@ private:
     std::chrono::steady_clock::time_point m_end;
 };
 
-[[noreturn]] void FailForCopy(const DocumentPlace& place, host::FileState state) {
+[[noreturn]] void FailForCopy(const DocumentPlace& place, FileState state) {
     const std::string path = host::TextOf(place.perUser);
     switch (state) {
-    case host::FileState::NotWritable:
+    case FileState::NotWritable:
         throw CFailure(ExitCode::NotKept, "nothing was changed: " + path + " may not be read and written",
                        "give yourself read and write permission for it");
-    case host::FileState::InUse:
+    case FileState::InUse:
         throw CFailure(ExitCode::NotKept, "nothing was changed: another program holds " + path,
                        "try again when that program is done, or wait for it longer: --wait SECONDS");
-    case host::FileState::NotAFile:
+    case FileState::NotAFile:
         throw CFailure(ExitCode::NotKept, "nothing was changed: " + path + " is not a file",
                        "move it away, then run: cordelctl init");
     default:
@@ -55,20 +55,20 @@ private:
 }
 
 /// Of what only reads: the installed document must not stand in for a copy that is there and cannot be used.
-void RequireReadable(const DocumentPlace& place, host::FileState state) {
+void RequireReadable(const DocumentPlace& place, FileState state) {
     const std::string path = host::TextOf(place.perUser);
     const auto fail = [&](const std::string& what, const std::string& advice) {
         throw CFailure(ExitCode::NoDocument, "your copy of " + place.title + " " + what + ": " + path, advice);
     };
-    if (state == host::FileState::InUse) {
+    if (state == FileState::InUse) {
         fail("is held by another program",
              "try again when that program is done, or wait for it longer: --wait SECONDS");
     }
-    if (state == host::FileState::NotWritable) {
+    if (state == FileState::NotWritable) {
         fail("may not be read and written, so that hosts load the installed document in its place",
              "give yourself read and write permission for it");
     }
-    if (state == host::FileState::NotAFile) {
+    if (state == FileState::NotAFile) {
         fail("is no file", "move it away, then run: cordelctl init");
     }
 }
@@ -152,7 +152,7 @@ void CDocumentLocks::Take(const DocumentPlace& place) {
 
 bool CDocumentLocks::WaitUntilFree(const DocumentPlace& place) const {
     const CDeadline deadline(m_nSeconds);
-    while (place.UserState() == host::FileState::InUse) {
+    while (place.UserState() == FileState::InUse) {
         StopIfInterrupted();
         if (deadline.IsOver()) {
             return false;
@@ -171,8 +171,8 @@ CDocument& CSession::Open(const DocumentPlace& place, Access access) {
     }
     RequirePlace(place);
     if (changes && !m_bDryRun) {
-        const host::FileState state = place.UserState();
-        if (state == host::FileState::Absent) {
+        const FileState state = place.UserState();
+        if (state == FileState::Absent) {
             if (place.kind != DocumentKind::Main) {
                 RequireThere(place);
             }
@@ -184,17 +184,16 @@ CDocument& CSession::Open(const DocumentPlace& place, Access access) {
     Opened opened;
     opened.place = place;
     opened.changes = changes;
-    opened.stamp = host::StampOf(place.perUser);
-    const host::FileState state = place.UserState();
-    if (changes && !m_bDryRun && state != host::FileState::Writable) {
+    opened.stamp = StampOf(place.perUser);
+    const FileState state = place.UserState();
+    if (changes && !m_bDryRun && state != FileState::Writable) {
         FailForCopy(place, state);
     }
     RequireReadable(place, state);
-    if (state == host::FileState::Absent) {
+    if (state == FileState::Absent) {
         RequireThere(place);
     }
-    opened.document =
-        CDocument::Load(state == host::FileState::Writable ? place.perUser : place.installed, place.title);
+    opened.document = CDocument::Load(state == FileState::Writable ? place.perUser : place.installed, place.title);
     if (m_bDryRun && changes) {
         opened.before = opened.document->Tree();
     }
@@ -209,7 +208,7 @@ bool CSession::Save(const std::string& command) {
         }
     }
     const bool same = std::all_of(m_documents.begin(), m_documents.end(), [](const auto& entry) {
-        return entry.second.stamp == host::StampOf(entry.first) || !entry.second.changes;
+        return entry.second.stamp == StampOf(entry.first) || !entry.second.changes;
     });
     if (!same) {
         return false;
@@ -239,7 +238,7 @@ bool CSession::Save(const std::string& command) {
             Step& step = steps.emplace_back(
                 Step{CHistory(opened->place), {}, file, changed.size() > 1 ? host::ReadBytes(file) : std::string()});
             step.state = step.history.Keep(command);
-            step.saved = opened->document->SaveOver(file, [&] { return opened->stamp == host::StampOf(file); });
+            step.saved = opened->document->SaveOver(file, [&] { return opened->stamp == StampOf(file); });
             if (!step.saved) {
                 takeBack();
                 return false;

@@ -62,7 +62,7 @@ private:
     struct Opened {
         DocumentPlace place;
         std::unique_ptr<CDocument> document;
-        host::FileStamp stamp = {};
+        platform::FileStamp stamp = {};
         DocumentNode before; // of a dry run
         bool changes = false;
     };

@@ -33,17 +33,17 @@ void RequireYes(const Context& context, const std::string& question) {
     throw CFailure(ExitCode::Usage, "nothing was changed", "to do it without being asked: --yes");
 }
 
-std::string StateName(host::FileState state) {
+std::string StateName(FileState state) {
     switch (state) {
-    case host::FileState::Absent:
+    case FileState::Absent:
         return "absent";
-    case host::FileState::NotAFile:
+    case FileState::NotAFile:
         return "no file";
-    case host::FileState::NotWritable:
+    case FileState::NotWritable:
         return "not writable";
-    case host::FileState::InUse:
+    case FileState::InUse:
         return "in use";
-    case host::FileState::Writable:
+    case FileState::Writable:
         return "writable";
     }
     return {};
@@ -146,7 +146,7 @@ Result Reset(Context& context) {
 }
 
 Value PathData(const DocumentPlace& place) {
-    const host::FileState state = place.UserState();
+    const FileState state = place.UserState();
     const bool installed = std::filesystem::is_regular_file(place.installed);
     const bool reach = !place.perUser.empty() && place.IsWithinReach();
     std::string why;
@@ -156,15 +156,15 @@ Value PathData(const DocumentPlace& place) {
         why = "you have no folder for application data: hosts open nothing";
     } else if (!reach) {
         why = "the path is too long for the library: hosts open nothing";
-    } else if (state == host::FileState::Writable) {
+    } else if (state == FileState::Writable) {
         read = written = host::TextOf(place.perUser);
         why = "your copy is there and may be read and written";
     } else {
         read = installed ? Value(host::TextOf(place.installed)) : Value();
-        why = state == host::FileState::Absent     ? "you have no copy: changes are not kept"
-              : state == host::FileState::InUse    ? "another program holds your copy: it counts as absent"
-              : state == host::FileState::NotAFile ? "your copy is no file: it counts as absent"
-                                                   : "your copy may not be read and written: it counts as absent";
+        why = state == FileState::Absent     ? "you have no copy: changes are not kept"
+              : state == FileState::InUse    ? "another program holds your copy: it counts as absent"
+              : state == FileState::NotAFile ? "your copy is no file: it counts as absent"
+                                             : "your copy may not be read and written: it counts as absent";
         why += installed ? "" : ", and there is no installed document";
     }
     return Value::Record{{"document", place.name},
@@ -270,7 +270,7 @@ Result RemovePrinter(Context& context) {
         throw CFailure(ExitCode::Missing, "there is no printer " + place.name + DidYouMean(place.name, known),
                        "printers that there are: " + Joined(known, ", "));
     }
-    if (place.UserState() == host::FileState::Absent) {
+    if (place.UserState() == FileState::Absent) {
         throw CFailure(ExitCode::Refused, place.title + " is an installed one, of which you have no copy",
                        "who installed it can remove it: " + host::TextOf(place.installed));
     }
@@ -306,7 +306,7 @@ Result RemovePrinter(Context& context) {
 Result RenamePrinter(Context& context) {
     const DocumentPlace from = PrinterPlace(context, "NAME");
     const DocumentPlace to = PrinterPlace(context, "NEW-NAME");
-    if (from.UserState() == host::FileState::Absent) {
+    if (from.UserState() == FileState::Absent) {
         throw CFailure(ExitCode::Missing,
                        "you have no document of a printer " + from.name + DidYouMean(from.name, PrinterFileNames()),
                        "an installed one keeps its name; to make one like it: cordelctl printer add NEW-NAME --like " +

@@ -61,16 +61,16 @@ Result WouldChange(const DocumentPlace& place, const std::filesystem::path& file
 }
 
 void RequireChangeable(const DocumentPlace& place) {
-    const host::FileState state = place.UserState();
-    if (state == host::FileState::InUse) {
+    const FileState state = place.UserState();
+    if (state == FileState::InUse) {
         throw CFailure(ExitCode::NotKept, "nothing was changed: another program holds " + host::TextOf(place.perUser),
                        "try again when that program is done");
     }
-    if (state == host::FileState::Absent) {
+    if (state == FileState::Absent) {
         throw CFailure(ExitCode::NotKept, "nothing was changed: there is no per-user copy of " + place.title,
                        "to bring a former state back: cordelctl restore STATE");
     }
-    if (state == host::FileState::NotWritable) {
+    if (state == FileState::NotWritable) {
         throw CFailure(ExitCode::NotKept,
                        "nothing was changed: " + host::TextOf(place.perUser) + " may not be read and written",
                        "give yourself read and write permission for it");
@@ -119,7 +119,7 @@ Result Restore(Context& context) {
         return WouldChange(place, state.file);
     }
     locks.Take(place);
-    if (place.UserState() != host::FileState::Absent) {
+    if (place.UserState() != FileState::Absent) {
         RequireChangeable(place);
     }
     history.Restore(state, "restore " + std::to_string(state.number));
@@ -175,14 +175,14 @@ Result Watch(Context& context) {
         throw CFailure(ExitCode::Usage, "--count takes no \"" + context.Text("--count") + "\"", "give a number");
     }
     host::NoteInterruptions();
-    auto stamp = host::StampOf(place.Loaded());
+    auto stamp = StampOf(place.Loaded());
     DocumentNode before = CDocument::Load(place.Loaded(), place.title)->Tree();
     if (!context.Options().quiet) {
         Note("watching " + host::TextOf(place.Loaded()) + "; end with Ctrl-C");
     }
     for (std::int64_t seen = 0; !host::IsInterrupted() && (*most == 0 || seen < *most);) {
         std::this_thread::sleep_for(std::chrono::milliseconds(100));
-        const auto now = host::StampOf(place.Loaded());
+        const auto now = StampOf(place.Loaded());
         if (now == stamp) {
             continue;
         }

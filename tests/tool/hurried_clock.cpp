@@ -1,0 +1,21 @@
+// Loaded into cordelctl before its libraries: a clock by which everything takes long. Each look at it is 300 ms later.
+
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <ctime>
+
+extern "C" __attribute__((visibility("default"))) int clock_gettime(clockid_t clock, struct timespec* time) noexcept {
+    static long looks = 0;
+    const int status = static_cast<int>(::syscall(SYS_clock_gettime, clock, time));
+    if (status == 0 && clock == CLOCK_MONOTONIC) {
+        const long milliseconds = ++looks * 300;
+        time->tv_sec += milliseconds / 1000;
+        time->tv_nsec += milliseconds % 1000 * 1'000'000;
+        if (time->tv_nsec >= 1'000'000'000) {
+            ++time->tv_sec;
+            time->tv_nsec -= 1'000'000'000;
+        }
+    }
+    return status;
+}
