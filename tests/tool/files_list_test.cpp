@@ -64,7 +64,7 @@ TEST_F(FilesList, ACommentAmongTheFilesIsSaidAndNoNumberIsGivenThatMayBeWrong) {
     WriteBytes(UserPath(), text);
     const ToolRun list = Run({"--json", "files", "list"});
     EXPECT_EQ(list.Json().size(), 3u);
-    EXPECT_THAT(list.errors, HasSubstr("hosts read only the first 1 items of Files"));
+    EXPECT_THAT(list.errors, HasSubstr("behind item 1, and hosts read no further"));
     for (const auto& command : {std::vector<std::string>{"id", "next", "font"},
                                 {"id", "check", "1"},
                                 {"id", "validate"},

@@ -38,7 +38,7 @@ TEST_F(Show, SaysWhenTheLibraryReadsLess) {
     WriteBytes(UserPath(), "<D><Mine><Item A='1'/><!-- x --><Item A='2'/></Mine></D>");
     const ToolRun run = Run({"show", "Mine"});
     EXPECT_EQ(run.output, "A\n1\n2\n");
-    EXPECT_THAT(run.errors, HasSubstr("only the first 1 items"));
+    EXPECT_THAT(run.errors, HasSubstr("behind item 1, and hosts read no further"));
 }
 
 TEST_F(Show, AMalformedDocumentIsReportedWithLineAndColumn) {
@@ -107,4 +107,47 @@ TEST_F(Show, ContainersThatComeAndGoAreDifferences) {
 TEST_F(Show, VolumesAndPartitionsHaveBars) {
     EXPECT_THAT(Output({"--printer", "Atrium", "storage", "list"}), HasSubstr("[######--------------]  28 %"));
     EXPECT_THAT(Output({"--printer", "Atrium", "partition", "list"}), HasSubstr("[##########----------]  50 %"));
+}
+
+TEST_F(Show, EveryVerbThatWorksOnAnErrorSaysSo) {
+    const std::string row = R"(<Item FileID="1" Component="" ID="5" Type="5" Volume="0:" Path="p" LocalPath=")" +
+                            kSans + R"(" Size="1" CreateDate="" checked="0"/>)";
+    const std::string job = R"(<Item Name="a" ID="1" Type="Stored" Copies="1" Stored="" checked="0"/>)";
+    const std::string volume = R"(<Item VolumeNum="1" StorageName="D" Volume="0:" TotalSpace="9" FreeSpace="5"/>)";
+    const std::string partition = R"(<Item Image="1" Partition="P" Size="1" Percent="1"/>)";
+    // A comment before the one, a key that occurs twice in the others.
+    const std::string document = "<D><Files><!-- mine -->" + row + "</Files><Jobs>" + job + job + "</Jobs><Storage>" +
+                                 volume + volume + "</Storage><CurrentDisk>" + partition + partition +
+                                 "</CurrentDisk><DefaultDisk>" + partition + "</DefaultDisk></D>";
+    Init();
+    const std::vector<std::vector<std::string>> commands{{"files", "list"},
+                                                         {"files", "tick", "--all"},
+                                                         {"files", "edit", "--all", "--volume", "1:"},
+                                                         {"files", "verify"},
+                                                         {"files", "renew", "--all"},
+                                                         {"files", "remove", "--all"},
+                                                         {"files", "add", kMono},
+                                                         {"export"},
+                                                         {"id", "next", "font"},
+                                                         {"id", "validate"},
+                                                         {"space"},
+                                                         {"plan"},
+                                                         {"show", "Files"},
+                                                         {"get", "Files", "Path"},
+                                                         {"set", "Files", "Path", "x", "--all"},
+                                                         {"job", "list"},
+                                                         {"job", "add", "2", "b"},
+                                                         {"job", "edit", "--all", "--copies", "2"},
+                                                         {"storage", "list"},
+                                                         {"storage", "add", "1:", "--total-space", "1G"},
+                                                         {"storage", "edit", "--all", "--label", "x"},
+                                                         {"partition", "list"},
+                                                         {"partition", "add", "Q", "--size", "1K"},
+                                                         {"partition", "edit", "--all", "--size", "2K"},
+                                                         {"partition", "copy"}};
+    for (const auto& command : commands) {
+        WriteBytes(UserPath(), document);
+        const ToolRun run = Run(command);
+        EXPECT_THAT(run.errors, HasSubstr(" has an error: ")) << ::testing::PrintToString(command) << run.status;
+    }
 }

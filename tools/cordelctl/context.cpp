@@ -4,8 +4,6 @@
 
 #include "failure.h"
 
-#include <set>
-
 DocumentPlace Context::Place() const {
     return m_globals.printers.empty() ? MainDocument() : PrinterDocument(PrinterFileName(m_globals.printers.front()));
 }
@@ -15,37 +13,11 @@ CDocument& Context::Document() {
 }
 
 void RequireSound(CDocument& document, const std::string& container) {
-    const auto fail = [&](const std::string& what) {
-        throw CFailure(ExitCode::Refused, container + " of " + document.Title() + " has an error: " + what,
+    const auto error = document.ErrorIn(container);
+    if (error) {
+        throw CFailure(ExitCode::Refused, container + " of " + document.Title() + " has an error: " + *error,
                        "what would be worked out of it may be wrong; see: cordelctl doctor");
-    };
-    if (const auto before = document.FirstStrayNode(container)) {
-        fail("something that is no item stands " +
-             (*before == 0 ? "before the first item" : "behind item " + std::to_string(*before)) +
-             ", and hosts read no further");
     }
-    const ContainerSchema* const schema = FindContainerSchema(container);
-    if (schema == nullptr || schema->key.empty()) {
-        return;
-    }
-    const std::string key(schema->key);
-    std::set<std::string> keys;
-    for (const Row& row : document.RowsOrNone(container)) {
-        const std::string* const value = row.Find(key);
-        if (value == nullptr) {
-            fail("item " + std::to_string(row.position) + " has no " + key);
-        } else if (!keys.insert(*value).second) {
-            fail("item " + std::to_string(row.position) + " has the " + key + " \"" + *value + "\" of another");
-        }
-    }
-}
-
-std::string NoteOn(CDocument& document, const std::string& container) {
-    if (const auto before = document.FirstStrayNode(container)) {
-        return "hosts read only the first " + std::to_string(*before) + " items of " + container +
-               ": see cordelctl doctor";
-    }
-    return {};
 }
 
 void RequireDone(const COutcome& outcome, const std::string& what) {

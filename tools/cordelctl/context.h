@@ -48,9 +48,6 @@ private:
 /// it may be wrong: a node that is no item, a key that is missing or used twice.
 void RequireSound(CDocument& document, const std::string& container);
 
-/// What a reader of the container should know; empty when there is nothing.
-std::string NoteOn(CDocument& document, const std::string& container);
-
 /// Throws CFailure when an operation of the library was not done: Missing for a container that is not there, Refused
 /// for what a document cannot hold. A row that is there already counts as done.
 void RequireDone(const COutcome& outcome, const std::string& what);

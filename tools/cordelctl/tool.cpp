@@ -35,7 +35,11 @@ std::string Label(const std::vector<std::string>& words) {
 Result RunOn(const Command& command, const Globals& globals, const std::string& label) {
     const auto run = [&](CSession& session) {
         Context context(*command.verb, command.arguments, globals, session);
-        return command.verb->run(context);
+        Result result = command.verb->run(context);
+        // Also a verb that works out no figure says when it worked on what has an error.
+        const auto errors = session.ErrorsInUse();
+        result.notes.insert(result.notes.end(), errors.begin(), errors.end());
+        return result;
     };
     if (command.verb->effect == Effect::Changes) {
         return RunTransaction(globals, label, run);

@@ -156,6 +156,7 @@ std::unique_ptr<CDocument> CDocument::Load(const std::filesystem::path& file, co
 DocumentNode CDocument::Tree() const { return CopyOf(*m_object.m_pDom, m_object.m_pDom->DocumentElement()); }
 
 CRowTable* CDocument::FindTable(const std::string& container) {
+    m_used.insert(container);
     return m_object.m_pTables->FindTable(ToDomText(container));
 }
 
@@ -208,16 +209,46 @@ std::optional<std::string> CDocument::FirstValue(const std::string& container, s
     return std::nullopt;
 }
 
-std::optional<int> CDocument::FirstStrayNode(const std::string& container) {
+std::optional<std::string> CDocument::ErrorIn(const std::string& container) {
     const CRowTable* const table = FindTable(container);
-    if (table == nullptr || table->FirstBareRow() == kNoRow) {
+    if (table == nullptr) {
         return std::nullopt;
     }
-    int before = 0;
-    for (RowNumber number = 0; number < table->FirstBareRow(); ++number) {
-        before += table->IsLive(number) ? 1 : 0;
+    if (table->FirstBareRow() != kNoRow) {
+        int before = 0;
+        for (RowNumber number = 0; number < table->FirstBareRow(); ++number) {
+            before += table->IsLive(number) ? 1 : 0;
+        }
+        return "something that is no item stands " +
+               (before == 0 ? "before the first item" : "behind item " + std::to_string(before)) +
+               ", and hosts read no further";
     }
-    return before;
+    const ContainerSchema* const schema = FindContainerSchema(container);
+    if (schema == nullptr || schema->key.empty()) {
+        return std::nullopt;
+    }
+    const std::string key(schema->key);
+    std::set<std::string> keys;
+    for (const Row& row : Rows(container)) {
+        const std::string* const value = row.Find(key);
+        if (value == nullptr) {
+            return "item " + std::to_string(row.position) + " has no " + key;
+        }
+        if (!keys.insert(*value).second) {
+            return "item " + std::to_string(row.position) + " has the " + key + " \"" + *value + "\" of another";
+        }
+    }
+    return std::nullopt;
+}
+
+std::vector<std::string> CDocument::ErrorsInUse() {
+    std::vector<std::string> errors;
+    for (const std::string& container : std::set<std::string>(m_used)) {
+        if (const auto error = ErrorIn(container)) {
+            errors.push_back(container + " of " + m_strTitle + " has an error: " + *error + "; see: cordelctl doctor");
+        }
+    }
+    return errors;
 }
 
 void CDocument::SetValue(const std::string& container, Row& row, const std::string& attribute,

@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -67,9 +68,12 @@ public:
     /// The attribute of the first row that carries it.
     std::optional<std::string> FirstValue(const std::string& container, std::string_view attribute);
 
-    /// Which of the container's children is the first that is no element: reads of the library stop there. None when
-    /// all are elements.
-    std::optional<int> FirstStrayNode(const std::string& container);
+    /// What makes hosts read wrong values of the container: a child that is no element, where reads of the library
+    /// stop, a key that is missing or used twice. None when it is sound.
+    std::optional<std::string> ErrorIn(const std::string& container);
+
+    /// The same, of all containers that were asked for so far, each as a sentence.
+    std::vector<std::string> ErrorsInUse();
 
     // Changes. They throw CFailure (Refused) for what a document cannot hold, and have then changed nothing.
 
@@ -108,6 +112,7 @@ private:
 
     std::filesystem::path m_file;
     std::string m_strTitle;
-    mutable CXmlObject m_object; // what the library's operations work on
+    mutable CXmlObject m_object;  // what the library's operations work on
+    std::set<std::string> m_used; // containers
     bool m_bChanged = false;
 };

@@ -259,6 +259,15 @@ bool CSession::Save(const std::string& command) {
     return true;
 }
 
+std::vector<std::string> CSession::ErrorsInUse() const {
+    std::vector<std::string> errors;
+    for (const auto& [path, opened] : m_documents) {
+        const auto more = opened.document->ErrorsInUse();
+        errors.insert(errors.end(), more.begin(), more.end());
+    }
+    return errors;
+}
+
 Result CSession::Differences() const {
     std::vector<RecordChange> changes;
     for (const auto& [path, opened] : m_documents) {

@@ -55,6 +55,9 @@ public:
     /// Throws CFailure (NotKept), and then nothing is changed.
     bool Save(const std::string& command);
 
+    /// What makes hosts read wrong values of what the command used.
+    std::vector<std::string> ErrorsInUse() const;
+
     /// What was changed, as a result to be printed in place of saving it.
     Result Differences() const;
 

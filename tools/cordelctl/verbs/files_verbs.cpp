@@ -111,9 +111,6 @@ Result List(Context& context) {
                       {"Volume", "VOLUME", Format::Text},
                       {"Size", "SIZE", Format::Size},
                       {"LocalPath", "LOCAL PATH", Format::Text}};
-    if (std::string note = NoteOn(document, "Files"); !note.empty()) {
-        result.notes.push_back(std::move(note));
-    }
     return result;
 }
 

@@ -46,9 +46,6 @@ Result List(Context& context) {
                       {"Type", "TYPE", Format::Text},
                       {"Copies", "COPIES", Format::Number},
                       {"Stored", "STORED", Format::Text}};
-    if (std::string note = NoteOn(document, "Jobs"); !note.empty()) {
-        result.notes.push_back(std::move(note));
-    }
     return result;
 }
 

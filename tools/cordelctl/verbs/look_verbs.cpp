@@ -32,9 +32,6 @@ Result Show(Context& context) {
         result.shape = Result::Shape::Said;
         result.said.push_back(container + (context.Has("--where") ? " has no such item" : " is empty"));
     }
-    if (std::string note = NoteOn(document, container); !note.empty()) {
-        result.notes.push_back(std::move(note));
-    }
     return result;
 }
 

@@ -110,9 +110,6 @@ void AppendRows(CDocument& document, const MediumNames& medium, const char* layo
                               : Value());
         result.data.Append(std::move(data));
     }
-    if (std::string note = NoteOn(document, layout); !note.empty()) {
-        result.notes.push_back(std::move(note));
-    }
 }
 
 Result List(Context& context) {

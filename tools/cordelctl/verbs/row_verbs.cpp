@@ -31,10 +31,6 @@ Result Get(Context& context) {
     const Filter filter = FilterOf(context.Texts("--where"));
     CDocument& document = context.Document();
     Result result;
-    const std::string note = NoteOn(document, container);
-    if (!note.empty()) {
-        result.notes.push_back(note);
-    }
     result.shape = context.Has("--all") ? Result::Shape::Lines : Result::Shape::Plain;
     result.data = context.Has("--all") ? Value(Value::List()) : Value();
     bool found = false;

@@ -101,9 +101,6 @@ Result VolumeTable(CDocument& document, const Filter& filter) {
                       {"Label", "LABEL", Format::Text},        {"Location", "LOCATION", Format::Text},
                       {"Status", "STATUS", Format::Text},      {"TotalSpace", "TOTAL", Format::Size},
                       {"FreeSpace", "FREE", Format::Size},     {"used", "USED", Format::Usage}};
-    if (std::string note = NoteOn(document, "Storage"); !note.empty()) {
-        result.notes.push_back(std::move(note));
-    }
     return result;
 }
 

@@ -42,9 +42,6 @@ Result PrintFilter(Context& context) {
     if (result.data.Items().empty()) {
         throw CFailure(ExitCode::Missing, texts.Title() + " has no list " + element);
     }
-    if (std::string note = NoteOn(texts, element); !note.empty()) {
-        result.notes.push_back(std::move(note));
-    }
     return result;
 }
 
