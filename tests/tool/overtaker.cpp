@@ -1,9 +1,10 @@
 // Loaded into cordelctl before its libraries: another program, which puts the file $OVERTAKING in the place of the file
-// $OVERTAKEN while new contents are flushed to the disk.
+// $OVERTAKEN while new contents are flushed to the disk. Or, with $INTERRUPTED_SAVE, somebody who interrupts it then.
 
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 
@@ -12,6 +13,9 @@ extern "C" __attribute__((visibility("default"))) int fsync(int file) {
     const char* const overtaking = std::getenv("OVERTAKING");
     if (overtaken != nullptr && overtaking != nullptr) {
         std::rename(overtaking, overtaken); // where it is there
+    }
+    if (std::getenv("INTERRUPTED_SAVE") != nullptr) {
+        std::raise(SIGINT);
     }
     return static_cast<int>(::syscall(SYS_fsync, file));
 }

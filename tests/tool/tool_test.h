@@ -30,6 +30,7 @@ inline constexpr int kNotKept = 4;
 inline constexpr int kNoDocument = 5;
 inline constexpr int kRefused = 6;
 inline constexpr int kNoOutput = 7;
+inline constexpr int kInterrupted = 130;
 
 class ToolTest : public ::testing::Test {
 protected:
