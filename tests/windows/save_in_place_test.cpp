@@ -1,6 +1,7 @@
 // Where the folder takes no new file, the copy is written in place: only there, since a save in place is not safe from
 // being cut short.
 
+#include "safe_save.h"
 #include "save_fault_test.h"
 
 namespace fs = std::filesystem;
@@ -32,6 +33,20 @@ TEST_F(SaveInPlace, IsDoneWhereTheFolderTakesNoFile) {
         ExpectWholeAfter(0);
         EXPECT_EQ(Names(), kCopyAlone);
     }
+}
+
+TEST_F(SaveInPlace, LooksOnceMoreBeforeTheFirstByte) {
+    const std::string path = UserMainPath().string();
+    CReason reason;
+    bool bReplaced = true;
+    {
+        const CSystemCallWatch watch(
+            [](std::size_t, const SystemCall& call) { return Fate{call.bCreates ? DWORD{ERROR_ACCESS_DENIED} : 0}; });
+        bReplaced = platform::ReplaceContents(path.c_str(), "new", &reason, [] { return false; });
+    }
+    EXPECT_FALSE(bReplaced);
+    EXPECT_EQ(reason.m_kind, ReasonKind::Overtaken);
+    ExpectWholeAfter(1);
 }
 
 TEST_F(SaveInPlace, IsNotDoneForAShortage) {
