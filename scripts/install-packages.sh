@@ -73,8 +73,8 @@ packages_of() {
     esac
 }
 
-is_installed() {
-    [ "$(dpkg-query --show --showformat='${db:Status-Status}' "$1" 2>/dev/null)" = installed ]
+installed() {
+    dpkg-query --show --showformat='${Package} ${db:Status-Status}\n' | sed -n 's/ installed$//p'
 }
 
 has_candidate() {
@@ -108,10 +108,7 @@ for group in "$@"; do
     wanted+=" $(packages_of "$group")" || exit 2
 done
 
-missing=()
-for package in $(tr ' ' '\n' <<<"$wanted" | sort -u); do
-    is_installed "$package" || missing+=("$package")
-done
+mapfile -t missing < <(LC_ALL=C comm -23 <(tr ' ' '\n' <<<"$wanted" | grep . | LC_ALL=C sort -u) <(installed | LC_ALL=C sort -u))
 [ ${#missing[@]} -gt 0 ] || exit 0
 
 echo "installing: ${missing[*]}"
