@@ -1,7 +1,7 @@
 // What others may prepare for a save in a folder that they can write to, and what a host may have done to itself.
 
 #include "access_list.h"
-#include "host_test.h"
+#include "saved_info.h"
 #include "unprivileged_posix.h"
 
 #include <fcntl.h>
@@ -26,10 +26,6 @@ namespace fs = std::filesystem;
 using namespace std::chrono_literals;
 
 namespace {
-
-const char* const kInfo = "<Info><Item Name=\"before\"/></Info>";
-const Records kBefore{Record{{"Name", "before"}}};
-const Records kAfter{Record{{"Name", "after"}}};
 
 constexpr uid_t kOtherUser = 1234;
 constexpr gid_t kOtherGroup = 4321;

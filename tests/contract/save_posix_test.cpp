@@ -1,6 +1,6 @@
 // Links, permissions and open files as a save leaves them: Windows has its own, other ways with each.
 
-#include "host_test.h"
+#include "saved_info.h"
 #include "unprivileged_posix.h"
 
 #include <gmock/gmock.h>
@@ -16,8 +16,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-const char* const kInfo = "<Info><Item Name=\"before\"/></Info>";
-
 std::set<std::string> NamesIn(const fs::path& folder) {
     std::set<std::string> names;
     for (const auto& entry : fs::directory_iterator(folder)) {
@@ -25,8 +23,6 @@ std::set<std::string> NamesIn(const fs::path& folder) {
     }
     return names;
 }
-
-const Records kAfter{Record{{"Name", "after"}}};
 
 } // namespace
 

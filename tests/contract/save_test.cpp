@@ -1,5 +1,6 @@
 // What a save writes, where, and when it writes nothing.
 
+#include "saved_info.h"
 #include "saving_host_test.h"
 
 #include <set>
@@ -8,8 +9,6 @@
 namespace fs = std::filesystem;
 
 namespace {
-
-const char* const kInfo = "<Info><Item Name=\"before\"/></Info>";
 
 std::set<std::string> FilesBelow(const fs::path& folder) {
     std::set<std::string> files;

@@ -1,5 +1,7 @@
 #include "random_case.h"
 
+#include "reference_text.h"
+
 #include <algorithm>
 #include <cstdio>
 #include <iterator>
@@ -22,11 +24,6 @@ const int32_t kOddCounts[] = {-1, -2, std::numeric_limits<int32_t>::min(), std::
 const std::size_t kLargeRanges[] = {4, 12, 100};
 
 using Pairs = std::vector<std::pair<std::string, std::string>>;
-
-std::string BaseName(const std::string& name) {
-    const std::size_t colon = name.find(':');
-    return colon != std::string::npos ? name.substr(colon + 1) : name;
-}
 
 class CMaker {
 public:

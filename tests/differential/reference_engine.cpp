@@ -25,11 +25,6 @@ private:
     std::size_t m_nIndex = 0;
 };
 
-std::string BaseName(const std::string& name) {
-    const std::size_t colon = name.find(':');
-    return colon != std::string::npos ? name.substr(colon + 1) : name;
-}
-
 /// The first element of that name in document order below `node`.
 RefNode* FindBelow(RefNode& node, const std::string& name) {
     for (RefNode& child : node.children) {

@@ -87,3 +87,8 @@ bool IsDocumentName(const std::string& text) {
     }
     return true;
 }
+
+std::string BaseName(const std::string& name) {
+    const std::size_t colon = name.find(':');
+    return colon != std::string::npos ? name.substr(colon + 1) : name;
+}

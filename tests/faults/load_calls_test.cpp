@@ -22,9 +22,9 @@ namespace fs = std::filesystem;
 
 namespace {
 
-const int kErrors[] = {EIO, EINTR, EACCES, EPERM, ENOENT, ENOLCK, EWOULDBLOCK, ENOMEM, EMFILE, EILSEQ};
+const int kLoadErrors[] = {EIO, EINTR, EACCES, EPERM, ENOENT, ENOLCK, EWOULDBLOCK, ENOMEM, EMFILE, EILSEQ};
 
-constexpr const char* kName = "Cordelbox\\xml\\Loads.xml";
+constexpr const char* kLoadedName = "Cordelbox\\xml\\Loads.xml";
 
 /// A document that is parsed in several pieces, with a document type declaration.
 std::string LargeDocument(const std::string& encoding, const std::string& text) {
@@ -62,11 +62,11 @@ protected:
         CXmlObject* document = nullptr;
         {
             CSystemCallWatch watch(judge);
-            document = OpenDocument(&m_owner, kName);
+            document = OpenDocument(&m_owner, kLoadedName);
         }
         if (document != nullptr) {
             EXPECT_EQ(Contents(*document), m_contents[document->m_file.m_nLoadState]);
-            EXPECT_EQ(ReleaseDocument(&m_owner, kName), 0);
+            EXPECT_EQ(ReleaseDocument(&m_owner, kLoadedName), 0);
         }
         EXPECT_EQ(m_owner.head, nullptr);
         int value = -1;
@@ -77,17 +77,17 @@ protected:
 
     std::vector<SystemCall> CallsOfALoad() {
         CSystemCallWatch watch;
-        EXPECT_NE(OpenDocument(&m_owner, kName), nullptr);
+        EXPECT_NE(OpenDocument(&m_owner, kLoadedName), nullptr);
         std::vector<SystemCall> calls = watch.Calls();
-        ReleaseDocument(&m_owner, kName);
+        ReleaseDocument(&m_owner, kLoadedName);
         return calls;
     }
 
     void ExpectNextLoadToWork() {
-        CXmlObject* const document = OpenDocument(&m_owner, kName);
+        CXmlObject* const document = OpenDocument(&m_owner, kLoadedName);
         ASSERT_NE(document, nullptr);
         EXPECT_EQ(document->m_file.m_nLoadState, LoadState::FromUserCopy);
-        ReleaseDocument(&m_owner, kName);
+        ReleaseDocument(&m_owner, kLoadedName);
     }
 
     PoolOwner m_owner{};
@@ -103,12 +103,12 @@ protected:
 
 private:
     std::string ContentsOf(LoadState state) {
-        CXmlObject* const document = OpenDocument(&m_owner, kName);
+        CXmlObject* const document = OpenDocument(&m_owner, kLoadedName);
         if (document == nullptr || document->m_file.m_nLoadState != state) {
             throw std::runtime_error("the document does not load");
         }
         std::string contents = Contents(*document);
-        ReleaseDocument(&m_owner, kName);
+        ReleaseDocument(&m_owner, kLoadedName);
         return contents;
     }
 
@@ -142,7 +142,7 @@ TEST_P(LoadCalls, FailingOneByOneLeaveAWholeDocumentOrNone) {
     const std::size_t count = CallsOfALoad().size();
     int failures = 0;
     int refused = 0;
-    for (const int error : kErrors) {
+    for (const int error : kLoadErrors) {
         for (std::size_t failing = 0; failing < count; ++failing, ++failures) {
             std::string failed;
             const bool bLoaded = LoadsWholeOrNotAtAll([&](std::size_t number, const SystemCall& call) {
@@ -234,7 +234,7 @@ TEST_P(LoadCalls, DuringWhichTheFileIsRewrittenGiveOneWholeReadingOrNone) {
         CXmlObject* document = nullptr;
         {
             CSystemCallWatch watch(rewrite);
-            document = OpenDocument(&m_owner, kName);
+            document = OpenDocument(&m_owner, kLoadedName);
         }
         EXPECT_EQ(document != nullptr, rewritten == 1);
         if (document != nullptr) {
@@ -243,7 +243,7 @@ TEST_P(LoadCalls, DuringWhichTheFileIsRewrittenGiveOneWholeReadingOrNone) {
                 expected.replace(at, 6, "COPIED");
             }
             EXPECT_EQ(Contents(*document), expected);
-            EXPECT_EQ(ReleaseDocument(&m_owner, kName), 0);
+            EXPECT_EQ(ReleaseDocument(&m_owner, kLoadedName), 0);
         }
     }
     std::ofstream(m_copy) << before;

@@ -20,7 +20,7 @@ namespace {
 
 constexpr std::size_t kPieceBytes = std::size_t{1} << 20; // which a save writes at once
 
-const int kErrors[] = {ENOSPC, EIO, EDQUOT, EROFS, EINTR, EACCES, ENOLCK, ENOMEM, EMFILE};
+const int kSaveErrors[] = {ENOSPC, EIO, EDQUOT, EROFS, EINTR, EACCES, ENOLCK, ENOMEM, EMFILE};
 
 } // namespace
 
@@ -134,7 +134,7 @@ TEST_P(EachSaveCall, FailingOneByOneLeaveAWholeDocumentAndNothingBesideIt) {
     int failures = 0;
     for (const std::size_t nAtMost : {std::size_t(-1), m_strNew.size() / 4}) {
         const std::size_t count = CallsOfASave(nAtMost).size();
-        for (const int error : kErrors) {
+        for (const int error : kSaveErrors) {
             for (std::size_t failing = 0; failing < count; ++failing) {
                 RestoreCopy();
                 int32_t status = -1;
@@ -167,7 +167,7 @@ TEST_P(EachSaveCall, FailingFromOneOnLeaveAWholeDocument) {
     // A disk that died: the temporary file cannot even be removed. The next save uses it up.
     const std::size_t count = CallsOfASave(std::size_t(-1)).size();
     int failures = 0;
-    for (const int error : kErrors) {
+    for (const int error : kSaveErrors) {
         if (error == EINTR) {
             continue; // a call that was interrupted is made again, for ever here
         }

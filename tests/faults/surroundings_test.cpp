@@ -6,13 +6,13 @@
 #include "platform/code_page.h"
 #include "platform/folders.h"
 #include "platform/semaphore.h"
+#include "real_function.h"
 #include "store/document_pool.h"
 #include "store/module_state.h"
 #include "store/node_readers.h"
 #include "store/xml_object.h"
 #include "system_calls.h"
 
-#include <dlfcn.h>
 #include <locale.h>
 #include <semaphore.h>
 
@@ -25,11 +25,6 @@ int g_nNewSemaphoreError = 0;
 int g_nWaitError = 0;
 int g_nWaitsFailing = 0;
 bool g_bNoLocale = false;
-
-template <class Function>
-Function Real(const char* name) {
-    return reinterpret_cast<Function>(::dlsym(RTLD_NEXT, name));
-}
 
 } // namespace
 

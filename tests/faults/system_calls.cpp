@@ -1,7 +1,8 @@
 #include "system_calls.h"
 
+#include "real_function.h"
+
 #include <dirent.h>
-#include <dlfcn.h>
 #include <fcntl.h>
 #include <iconv.h>
 #include <signal.h>
@@ -18,11 +19,6 @@
 #include <utility>
 
 namespace {
-
-template <class Function>
-Function Real(const char* name) {
-    return reinterpret_cast<Function>(::dlsym(RTLD_NEXT, name));
-}
 
 std::string PathOf(int file) {
     char link[64];

@@ -8,8 +8,8 @@
 
 namespace {
 
-constexpr int kThreads = 6;
-constexpr int kRounds = 200;
+constexpr int kOpeners = 6;
+constexpr int kOpenings = 200;
 
 AnsiString Relative(int number) { return ("Cordelbox\\xml\\P" + std::to_string(number) + ".xml").c_str(); }
 
@@ -28,14 +28,14 @@ protected:
 TEST_F(PoolThreads, ShareOneDocumentAndCountEveryReference) {
     CXmlObject* const document = OpenDocument(&m_owner, Relative(0));
     ASSERT_NE(document, nullptr);
-    RunInThreads(kThreads, [&](int) {
-        for (int round = 0; round < kRounds; ++round) {
+    RunInThreads(kOpeners, [&](int) {
+        for (int round = 0; round < kOpenings; ++round) {
             ASSERT_EQ(OpenDocument(&m_owner, Relative(0)), document);
         }
     });
-    EXPECT_EQ(document->m_nReferences, 1 + kThreads * kRounds);
-    RunInThreads(kThreads, [&](int) {
-        for (int round = 0; round < kRounds; ++round) {
+    EXPECT_EQ(document->m_nReferences, 1 + kOpeners * kOpenings);
+    RunInThreads(kOpeners, [&](int) {
+        for (int round = 0; round < kOpenings; ++round) {
             ASSERT_EQ(ReleaseDocument(&m_owner, Relative(0)), 0);
         }
     });
@@ -45,8 +45,8 @@ TEST_F(PoolThreads, ShareOneDocumentAndCountEveryReference) {
 }
 
 TEST_F(PoolThreads, OpenUseAndCloseDocumentsThatComeAndGo) {
-    RunInThreads(kThreads, [&](int thread) {
-        for (int round = 0; round < kRounds; ++round) {
+    RunInThreads(kOpeners, [&](int thread) {
+        for (int round = 0; round < kOpenings; ++round) {
             const int number = (thread + round) % 3;
             CXmlObject* const document = OpenDocument(&m_owner, Relative(number));
             ASSERT_NE(document, nullptr);
@@ -60,8 +60,8 @@ TEST_F(PoolThreads, OpenUseAndCloseDocumentsThatComeAndGo) {
 }
 
 TEST_F(PoolThreads, TryDocumentsThatDoNotExistWithoutHarm) {
-    RunInThreads(kThreads, [&](int thread) {
-        for (int round = 0; round < kRounds; ++round) {
+    RunInThreads(kOpeners, [&](int thread) {
+        for (int round = 0; round < kOpenings; ++round) {
             EXPECT_EQ(OpenDocument(&m_owner, Relative(10 + thread % 2)), nullptr);
             CXmlObject* const document = OpenDocument(&m_owner, Relative(1));
             ASSERT_NE(document, nullptr);

@@ -64,7 +64,7 @@ protected:
     const fs::path m_file = m_folder.Path() / "document.xml";
 };
 
-int32_t Overwrite(const char* container, const char* attribute, const std::string& text) {
+int32_t ChangeAll(const char* container, const char* attribute, const std::string& text) {
     const CRequest query(container, attribute, text.c_str());
     return WriteAttribute(State().currentDocument, &query);
 }
@@ -78,10 +78,10 @@ int32_t AppendWith(const char* container, const char* attribute, const char* tex
 
 TEST_F(LoadAgain, AValueWhoseEscapesAreTooLargeKeepsTheOldCopy) {
     CEngineDocument document("<r><List><i a=''/></List></r>");
-    ASSERT_EQ(Overwrite("List", "a", std::string(45 << 20, '"')), 0);
+    ASSERT_EQ(ChangeAll("List", "a", std::string(45 << 20, '"')), 0);
     EXPECT_EQ(Save(document).m_kind, ReasonKind::TooLarge);
     EXPECT_TRUE(OldCopyStays());
-    ASSERT_EQ(Overwrite("List", "a", "small again"), 0);
+    ASSERT_EQ(ChangeAll("List", "a", "small again"), 0);
     EXPECT_FALSE(Save(document));
     EXPECT_EQ(SavedText("List", "a"), "small again");
 }
@@ -90,16 +90,16 @@ TEST_F(LoadAgain, TheLargestDocumentLoadsAndOneByteMoreKeepsTheOldCopy) {
     CEngineDocument document("<r><List><i a=''/></List></r>");
     ASSERT_FALSE(Save(document));
     const std::size_t rest = fs::file_size(m_file);
-    ASSERT_EQ(Overwrite("List", "a", std::string(kMaxDocumentBytes - rest, 'v')), 0);
+    ASSERT_EQ(ChangeAll("List", "a", std::string(kMaxDocumentBytes - rest, 'v')), 0);
     ASSERT_FALSE(Save(document));
     EXPECT_EQ(fs::file_size(m_file), kMaxDocumentBytes);
     EXPECT_EQ(SavedText("List", "a").size(), kMaxDocumentBytes - rest);
     // One byte more fits without the indentation, which then goes.
-    ASSERT_EQ(Overwrite("List", "a", std::string(kMaxDocumentBytes - rest + 1, 'v')), 0);
+    ASSERT_EQ(ChangeAll("List", "a", std::string(kMaxDocumentBytes - rest + 1, 'v')), 0);
     EXPECT_FALSE(Save(document));
     EXPECT_LT(fs::file_size(m_file), kMaxDocumentBytes);
     std::ofstream(m_file) << "<old/>";
-    ASSERT_EQ(Overwrite("List", "a", std::string(kMaxDocumentBytes, 'v')), 0);
+    ASSERT_EQ(ChangeAll("List", "a", std::string(kMaxDocumentBytes, 'v')), 0);
     EXPECT_EQ(Save(document).m_kind, ReasonKind::TooLarge);
     EXPECT_TRUE(OldCopyStays());
 }
@@ -109,7 +109,7 @@ TEST_F(LoadAgain, ADeepDocumentThatBlanksWouldMakeTooLargeIsSavedWithoutThem) {
     const std::string row = "<i/>";
     CEngineDocument document("<r>" + Repeated("<a>", depth) + Repeated(row, 140000) + "<List><i b=''/></List>" +
                              Repeated("</a>", depth) + "</r>");
-    ASSERT_EQ(Overwrite("List", "b", "kept"), 0);
+    ASSERT_EQ(ChangeAll("List", "b", "kept"), 0);
     EXPECT_FALSE(Save(document));
     EXPECT_LT(fs::file_size(m_file), std::size_t{1} << 20);
     EXPECT_EQ(SavedText("List", "b"), "kept");
@@ -130,11 +130,11 @@ TEST_F(LoadAgain, BlanksThatAReaderCutsFromTokensAreRefused) {
         CEngineDocument document("<!DOCTYPE r [<!ATTLIST i a " + std::string(type) +
                                  " #IMPLIED><!ATTLIST Item a NMTOKENS #IMPLIED>]><r><List><i a=' x  y '/></List></r>");
         for (const char* const text : {" x", "x ", "x  y", " ", "  "}) {
-            EXPECT_EQ(Overwrite("List", "a", text), 1) << type << " \"" << text << '"';
+            EXPECT_EQ(ChangeAll("List", "a", text), 1) << type << " \"" << text << '"';
             EXPECT_EQ(AppendWith("List", "a", text), 1) << type << " \"" << text << '"';
         }
         for (const char* const text : {"", "x y z", "x\ty", "x\n", "\t\t"}) {
-            EXPECT_EQ(Overwrite("List", "a", text), 0) << type << " \"" << text << '"';
+            EXPECT_EQ(ChangeAll("List", "a", text), 0) << type << " \"" << text << '"';
             EXPECT_FALSE(Save(document));
             EXPECT_EQ(SavedText("List", "a"), text) << type;
         }
@@ -145,7 +145,7 @@ TEST_F(LoadAgain, BlanksOfOtherAttributesStay) {
     CEngineDocument document("<!DOCTYPE r [<!ATTLIST i a CDATA #IMPLIED b NMTOKENS #IMPLIED>"
                              "<!ATTLIST i a NMTOKENS #IMPLIED>]><r><List><i a='' c=''/></List></r>");
     for (const char* const attribute : {"a", "c"}) {
-        EXPECT_EQ(Overwrite("List", attribute, "  x  y "), 0);
+        EXPECT_EQ(ChangeAll("List", attribute, "  x  y "), 0);
         EXPECT_FALSE(Save(document));
         EXPECT_EQ(SavedText("List", attribute), "  x  y ");
     }
@@ -170,9 +170,9 @@ TEST_F(LoadAgain, AChangedNamespaceDeclarationIsRefusedWhereNamesBreak) {
     CEngineDocument document(
         "<r xmlns:q='v'><List><i xmlns:p='u' p:a='1' q:a='2'><b><c p:d='' q:d=''/></b></i></List></r>");
     for (const char* const text : {"", "v", "http://www.w3.org/2000/xmlns/", "http://www.w3.org/XML/1998/namespace"}) {
-        EXPECT_EQ(Overwrite("List", "p", text), 1) << text;
+        EXPECT_EQ(ChangeAll("List", "p", text), 1) << text;
     }
-    EXPECT_EQ(Overwrite("List", "p", "w"), 0);
+    EXPECT_EQ(ChangeAll("List", "p", "w"), 0);
     EXPECT_FALSE(Save(document));
     EXPECT_EQ(SavedText("List", "p"), "w");
 }

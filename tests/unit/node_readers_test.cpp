@@ -3,16 +3,12 @@
 #include "store/node_readers.h"
 
 #include "engine_document.h"
+#include "extreme_counts.h"
 #include "store/module_state.h"
 
 #include <gtest/gtest.h>
 
-#include <limits>
-
 namespace {
-
-constexpr int32_t kMost = std::numeric_limits<int32_t>::max();
-constexpr int32_t kLeast = std::numeric_limits<int32_t>::min();
 
 const char* const kTwoRows = "<r><List><i A=\"1\" B=\"2\" C=\"first\"/><i A=\"1\" B=\"3\" C=\"second\"/></List></r>";
 

@@ -3,17 +3,13 @@
 #include "nodes/node_writers.h"
 
 #include "engine_document.h"
+#include "extreme_counts.h"
 #include "store/module_state.h"
 #include "store/node_readers.h"
 
 #include <gtest/gtest.h>
 
-#include <limits>
-
 namespace {
-
-constexpr int32_t kMost = std::numeric_limits<int32_t>::max();
-constexpr int32_t kLeast = std::numeric_limits<int32_t>::min();
 
 const char* const kThreeRows = "<List><i A=\"1\" B=\"1\"/><i A=\"2\" B=\"1\"/><i A=\"3\" B=\"1\"/></List>";
 

@@ -2,18 +2,13 @@
 
 #include "profile_facts.h"
 
+#include "lcms_handles.h"
 #include "platform/utf8.h"
-
-#include <lcms2.h>
 
 #include <memory>
 #include <stdexcept>
 
 namespace {
-
-struct CloseProfile {
-    void operator()(void* profile) const noexcept { cmsCloseProfile(profile); }
-};
 
 /// The four letters of a signature, without the blanks that fill it up.
 std::string Letters(cmsUInt32Number signature) {
@@ -43,7 +38,7 @@ std::string Information(cmsHPROFILE profile, cmsInfoType type) {
 } // namespace
 
 ProfileFacts ReadProfileFacts(const std::filesystem::path& path) {
-    const std::unique_ptr<void, CloseProfile> profile(cmsOpenProfileFromFile(path.string().c_str(), "r"));
+    const ProfileHandle profile(cmsOpenProfileFromFile(path.string().c_str(), "r"));
     if (profile == nullptr) {
         throw std::runtime_error("it is damaged, or is no ICC profile");
     }

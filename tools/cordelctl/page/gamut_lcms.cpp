@@ -6,7 +6,7 @@
 
 #include "page/gamut.h"
 
-#include <lcms2.h>
+#include "facts/lcms_handles.h"
 
 #include <cmath>
 #include <memory>
@@ -19,15 +19,6 @@ namespace {
 constexpr int kHues = 360;
 constexpr int kGridSteps = 24;
 constexpr cmsUInt32Number kMostChannels = 8;
-
-struct CloseProfile {
-    void operator()(void* profile) const noexcept { cmsCloseProfile(profile); }
-};
-using ProfileHandle = std::unique_ptr<void, CloseProfile>;
-
-struct DeleteTransform {
-    void operator()(void* transform) const noexcept { cmsDeleteTransform(transform); }
-};
 
 double Cross(const AbPoint& left, const AbPoint& right) noexcept { return left.a * right.b - left.b * right.a; }
 
@@ -130,7 +121,7 @@ public:
 private:
     cmsUInt32Number m_nChannels;
     double m_full = 1;
-    std::unique_ptr<std::remove_pointer_t<cmsHTRANSFORM>, DeleteTransform> m_transform;
+    TransformHandle m_transform;
 };
 
 /// One face of the cube: two channels vary, the others are empty or full as the bits of `corner` say.

@@ -26,13 +26,6 @@ private:
     const AttributeValues& m_values;
 };
 
-template <class Detail>
-std::vector<char> BytesOf(const Detail& detail) {
-    std::vector<char> bytes(sizeof detail);
-    std::memcpy(bytes.data(), &detail, sizeof detail);
-    return bytes;
-}
-
 std::vector<char> TrueTypeFont(const CFieldFiller& fill) {
     TrueTypeDetail detail{};
     fill(detail.fontFamilyName, "FontFamilyName");

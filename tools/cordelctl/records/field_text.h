@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -31,4 +32,12 @@ void CopyText(char (&field)[size], const std::string& text) {
 template <std::size_t size>
 void FillExactly(char (&field)[size], const std::string& utf8, const std::string& what) {
     CopyText(field, RequireFit(utf8, size - 1, what));
+}
+
+/// The bytes of a detail record.
+template <class Detail>
+std::vector<char> BytesOf(const Detail& detail) {
+    std::vector<char> bytes(sizeof detail);
+    std::memcpy(bytes.data(), &detail, sizeof detail);
+    return bytes;
 }

@@ -39,13 +39,6 @@ private:
     FitNotes m_notes;
 };
 
-template <class Detail>
-std::vector<char> BytesOf(const Detail& detail) {
-    std::vector<char> bytes(sizeof detail);
-    std::memcpy(bytes.data(), &detail, sizeof detail);
-    return bytes;
-}
-
 FileDetails TrueTypeFont(const std::filesystem::path& path) {
     const TrueTypeFacts facts = ReadTrueTypeFacts(path);
     CDetailTexts texts(path);

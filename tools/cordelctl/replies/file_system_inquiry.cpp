@@ -1,14 +1,14 @@
 #include "file_system_inquiry.h"
 
+#include "reply_lines.h"
+
 #include <algorithm>
 #include <stdexcept>
 
 namespace {
 
-constexpr const char* kUniversalExit = "\x1B%-12345X";
-
 /// As printers spell it: "0:\fonts".
-std::string PrinterPath(const std::string& folder) {
+std::string PathForPrinter(const std::string& folder) {
     const std::size_t colon = folder.find(':');
     if (colon == std::string::npos || colon == 0) {
         throw std::invalid_argument("\"" + folder + "\" names no volume: give it as VOLUME:FOLDER");
@@ -28,7 +28,7 @@ std::string PrinterPath(const std::string& folder) {
 std::string FileSystemInquiry(const std::vector<std::string>& folders) {
     std::string inquiry = std::string(kUniversalExit) + "@PJL\r\n@PJL INFO FILESYS\r\n";
     for (const std::string& folder : folders) {
-        inquiry += "@PJL FSDIRLIST NAME=\"" + PrinterPath(folder) + "\" ENTRY=1 COUNT=65535\r\n";
+        inquiry += "@PJL FSDIRLIST NAME=\"" + PathForPrinter(folder) + "\" ENTRY=1 COUNT=65535\r\n";
     }
-    return inquiry + kUniversalExit;
+    return inquiry.append(kUniversalExit);
 }

@@ -8,7 +8,6 @@
 
 namespace {
 
-constexpr std::string_view kUniversalExit = "\x1B%-12345X";
 constexpr char kTab = '\t';
 constexpr char kFormFeed = '\f';
 

@@ -6,6 +6,9 @@
 #include <string_view>
 #include <vector>
 
+/// Ends one job and lets the next say its language.
+inline constexpr std::string_view kUniversalExit = "\x1B%-12345X";
+
 struct ReplyLine {
     unsigned int number; // of the line in the capture, from 1
     std::string text;    // UTF-8, without the blanks at its end

@@ -60,21 +60,24 @@ std::string DidYouMean(std::string_view word, const std::vector<std::string>& kn
     if (word.empty() || word.size() > kLongestWord) {
         return {};
     }
-    std::vector<std::pair<std::size_t, std::string>> near;
+    std::vector<std::pair<std::size_t, std::string>> closest;
     for (const std::string& other : known) {
         const std::size_t distance = other.size() <= kLongestWord ? DistanceOf(word, other) : kLongestWord;
         const std::size_t bound = std::max<std::size_t>(1, std::min(word.size(), other.size()) / 3);
         const bool begins =
             word.size() > 1 && other.size() > word.size() && DistanceOf(word, other.substr(0, word.size())) == 0;
         if (distance <= bound || begins) {
-            near.emplace_back(distance, other);
+            closest.emplace_back(distance, other);
         }
     }
-    std::sort(near.begin(), near.end());
-    near.erase(std::unique(near.begin(), near.end()), near.end());
+    std::sort(closest.begin(), closest.end());
+    closest.erase(std::unique(closest.begin(), closest.end()), closest.end());
     std::string text;
-    for (std::size_t i = 0; i < std::min(near.size(), kMost); ++i) {
-        text += (i == 0 ? "; did you mean " : i + 1 == std::min(near.size(), kMost) ? " or " : ", ") + near[i].second;
+    for (std::size_t i = 0; i < std::min(closest.size(), kMost); ++i) {
+        text += (i == 0                                     ? "; did you mean "
+                 : i + 1 == std::min(closest.size(), kMost) ? " or "
+                                                            : ", ") +
+                closest[i].second;
     }
     return text.empty() ? text : text + "?";
 }

@@ -87,7 +87,7 @@ std::map<std::string, std::string> KindNames(Context& context) {
     return names;
 }
 
-Result List(Context& context) {
+Result ListFiles(Context& context) {
     CDocument& document = context.Document();
     const auto names = KindNames(context);
     Result result;
@@ -135,7 +135,7 @@ Result Tick(Context& context, const char* value, const char* done) {
 Result TickFiles(Context& context) { return Tick(context, "1", "ticked"); }
 Result UntickFiles(Context& context) { return Tick(context, "0", "unticked"); }
 
-Result Edit(Context& context) {
+Result EditFiles(Context& context) {
     CDocument& document = context.Document();
     const bool next = context.Text("--id") == "next";
     Arguments arguments = context.Args();
@@ -182,7 +182,7 @@ Result Edit(Context& context) {
     return result;
 }
 
-Result Remove(Context& context) {
+Result RemoveFiles(Context& context) {
     CDocument& document = context.Document();
     const std::vector<Row> rows = ChosenFiles(context, document);
     document.RemoveRows("Files", rows);
@@ -211,7 +211,7 @@ std::vector<Verb> FilesVerbs() {
         {{"files list",
           "List the files; those ticked for sending are marked with x",
           Effect::Reads,
-          &List,
+          &ListFiles,
           {{Option::Kind::Flag, "--ticked", "", "Only the ticked files"},
            where,
            {Option::Kind::Flag, "--all", "", "All files, which is what is listed without an option"}},
@@ -220,14 +220,14 @@ std::vector<Verb> FilesVerbs() {
          {"files edit",
           "Change files in the list; a new ID is checked, and with a clash the exit status is 1",
           Effect::Changes,
-          &Edit,
+          &EditFiles,
           std::move(edit),
           {},
           "cordelctl files edit 3 --volume 1: --id next\ncordelctl files edit --where Volume=0: --volume 1:"},
          {"files remove",
           "Remove files from the list; the files themselves stay where they are",
           Effect::Changes,
-          &Remove,
+          &RemoveFiles,
           {files, where, all},
           {},
           "cordelctl files remove 3 4"},

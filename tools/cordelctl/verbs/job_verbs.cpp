@@ -8,7 +8,7 @@ namespace {
 
 const ContainerSchema& Jobs() { return Schema("Jobs"); }
 
-Result Add(Context& context) {
+Result AddJob(Context& context) {
     const auto value = [&](const char* option, const char* fallback) {
         return context.Has(option) ? context.Text(option) : std::string(fallback);
     };
@@ -38,7 +38,7 @@ Result Add(Context& context) {
     return result;
 }
 
-Result List(Context& context) {
+Result ListJobs(Context& context) {
     CDocument& document = context.Document();
     Result result = TableOf(document.RowsWhere("Jobs", FilterOf(context.Texts("--where"))));
     result.columns = {{"ID", "ID", Format::Number},
@@ -49,7 +49,7 @@ Result List(Context& context) {
     return result;
 }
 
-Result Edit(Context& context) {
+Result EditJobs(Context& context) {
     const std::vector<Pair> values = GivenValues(context.Args(), Jobs());
     if (values.empty()) {
         throw CFailure(ExitCode::Usage, "nothing is to be changed", "see what can be: cordelctl job edit --help");
@@ -63,7 +63,7 @@ Result Edit(Context& context) {
     return result;
 }
 
-Result Remove(Context& context) {
+Result RemoveJobs(Context& context) {
     CDocument& document = context.Document();
     const std::vector<Row> rows = ChosenRows(context, document, Jobs(), "ID");
     document.RemoveRows("Jobs", rows);
@@ -85,7 +85,7 @@ std::vector<Verb> JobVerbs() {
         {"job add",
          "Record a job",
          Effect::Changes,
-         &Add,
+         &AddJob,
          {{Option::Kind::Operand, "ID", "", "Number of the job, at most 9 characters", true},
           {Option::Kind::Operand, "NAME", "", "Name of the job, at most 99 bytes", true},
           {Option::Kind::Text, "--type", "TYPE", "Type of the job; without, Stored"},
@@ -93,18 +93,18 @@ std::vector<Verb> JobVerbs() {
           {Option::Kind::Text, "--stored", "TEXT", "Where it is stored: a volume, say"}},
          {},
          "cordelctl job add 7 \"Spring menu\" --copies 3 --stored 0: --printer Atrium"},
-        {"job list", "List the jobs", Effect::Reads, &List, {where}, {}, "cordelctl job list --all-printers"},
+        {"job list", "List the jobs", Effect::Reads, &ListJobs, {where}, {}, "cordelctl job list --all-printers"},
         {"job edit",
          "Change jobs",
          Effect::Changes,
-         &Edit,
+         &EditJobs,
          std::move(edit),
          {},
          "cordelctl job edit 7 --copies 5 --printer Atrium"},
         {"job remove",
          "Remove jobs",
          Effect::Changes,
-         &Remove,
+         &RemoveJobs,
          {ids, where, all},
          {},
          "cordelctl job remove 7 8 --printer Atrium\ncordelctl job remove --where Type=Proof --printer Atrium"},

@@ -47,7 +47,7 @@ int32_t NumberOf(const Context& context, const char* option, int64_t largest) {
     return static_cast<int32_t>(*number);
 }
 
-Result Add(Context& context) {
+Result AddPartition(Context& context) {
     // The library stops hosts that record a size in KiB with more than 14 digits.
     constexpr int64_t kLargestSize = 99'999'999'999'999 * 1024;
     const MediumNames& medium = MediumOf(context);
@@ -112,7 +112,7 @@ void AppendRows(CDocument& document, const MediumNames& medium, const char* layo
     }
 }
 
-Result List(Context& context) {
+Result ListPartitions(Context& context) {
     CDocument& document = context.Document();
     const Filter filter = FilterOf(context.Texts("--where"));
     Result result;
@@ -136,7 +136,7 @@ Result List(Context& context) {
     return result;
 }
 
-Result Edit(Context& context) {
+Result EditPartitions(Context& context) {
     const ContainerSchema& schema = Schema(MediumOf(context).current);
     const std::vector<Pair> values = GivenValues(context.Args(), schema);
     if (values.empty()) {
@@ -160,7 +160,7 @@ Result Edit(Context& context) {
     return result;
 }
 
-Result Remove(Context& context) {
+Result RemovePartitions(Context& context) {
     CDocument& document = context.Document();
     Result result;
     result.data = Value::List();
@@ -189,7 +189,7 @@ void RequireValue(const Row& row, const char* attribute) {
     }
 }
 
-Result Copy(Context& context) {
+Result CopyPartitions(Context& context) {
     CDocument& document = context.Document();
     RequireSound(document, kDisk.current);
     RequireSound(document, kDisk.standard);
@@ -249,7 +249,7 @@ std::vector<Verb> PartitionVerbs() {
         {"partition add",
          "Record a partition in the current and in the default layout",
          Effect::Changes,
-         &Add,
+         &AddPartition,
          {{Option::Kind::Operand, "NAME", "", "Name of the partition", true},
           {Option::Kind::Text, "--size", "SIZE", "Size in bytes, or with a unit: 4G", true},
           {Option::Kind::Text, "--percent", "NUMBER", "Share of the disk, 0 to 100"},
@@ -260,28 +260,28 @@ std::vector<Verb> PartitionVerbs() {
         {"partition list",
          "List the partitions",
          Effect::Reads,
-         &List,
+         &ListPartitions,
          {where},
          {},
          "cordelctl partition list --printer Atrium"},
         {"partition edit",
          "Change partitions",
          Effect::Changes,
-         &Edit,
+         &EditPartitions,
          std::move(edit),
          {},
          "cordelctl partition edit Fonts --size 6G --percent 40 --printer Atrium"},
         {"partition remove",
          "Remove partitions",
          Effect::Changes,
-         &Remove,
+         &RemovePartitions,
          {names, where, all, flash, layout},
          {},
          "cordelctl partition remove Fonts --printer Atrium"},
         {"partition copy",
          "Carry sizes and percentages of the current disk partitions into the default layout",
          Effect::Changes,
-         &Copy,
+         &CopyPartitions,
          {{Option::Kind::Text, "--image", "NAME", "Carry the image of this partition instead", false,
            Offer::PartitionKeys}}},
     };

@@ -25,7 +25,7 @@ std::string WhereText(const Context& context) {
     return context.Has("--where") ? " with " + Joined(context.Texts("--where"), ", ") : std::string();
 }
 
-Result Get(Context& context) {
+Result GetRows(Context& context) {
     const std::string container = Named(context, "CONTAINER");
     const std::string attribute = Named(context, "ATTRIBUTE");
     const Filter filter = FilterOf(context.Texts("--where"));
@@ -63,7 +63,7 @@ std::string CheckedValue(const std::string& container, const std::string& attrib
     return value;
 }
 
-Result Set(Context& context) {
+Result SetRows(Context& context) {
     const std::string container = Named(context, "CONTAINER");
     const std::string attribute = Named(context, "ATTRIBUTE");
     const std::string value = CheckedValue(container, attribute, context.Text("VALUE"));
@@ -103,7 +103,7 @@ Result Set(Context& context) {
     return result;
 }
 
-Result Add(Context& context) {
+Result AddRow(Context& context) {
     const std::string container = Named(context, "CONTAINER");
     std::vector<Pair> values;
     for (const std::string& text : context.Texts("NAME=VALUE")) {
@@ -153,7 +153,7 @@ Result Add(Context& context) {
     return result;
 }
 
-Result Remove(Context& context) {
+Result RemoveRows(Context& context) {
     const std::string container = Named(context, "CONTAINER");
     const Filter filter = FilterOf(context.Texts("--where"));
     if (filter.empty()) {
@@ -173,7 +173,7 @@ Result Remove(Context& context) {
     return result;
 }
 
-Result Clear(Context& context) {
+Result ClearRows(Context& context) {
     const std::string container = Named(context, "CONTAINER");
     CDocument& document = context.Document();
     const std::size_t count = document.RemoveAllChildren(container);
@@ -253,7 +253,7 @@ std::vector<Verb> RowVerbs() {
         {"get",
          "Print a value",
          Effect::Reads,
-         &Get,
+         &GetRows,
          {kContainer, kAttribute,
           WhereOption("The item to use; several must all match. Without, the first that has the attribute"), all},
          {},
@@ -261,7 +261,7 @@ std::vector<Verb> RowVerbs() {
         {"set",
          "Overwrite a value",
          Effect::Changes,
-         &Set,
+         &SetRows,
          {kContainer,
           kAttribute,
           {Option::Kind::Operand, "VALUE", "", "The new value; sizes may have a unit, as 4G", true},
@@ -274,18 +274,18 @@ std::vector<Verb> RowVerbs() {
         {"add",
          "Add an item to a container",
          Effect::Changes,
-         &Add,
+         &AddRow,
          {kContainer, {Option::Kind::Operands, "NAME=VALUE", "", "The values of the item", true, Offer::Attributes}},
          {},
          "cordelctl add ProjectFilter ID=9 Value=Other"},
         {"remove",
          "Remove items of a container",
          Effect::Changes,
-         &Remove,
+         &RemoveRows,
          {kContainer, WhereOption("The items to remove; several must all match")},
          {},
          "cordelctl remove Jobs --where Type=Proof --printer Atrium"},
-        {"clear", "Remove all that a container holds", Effect::Changes, &Clear, {kContainer}},
+        {"clear", "Remove all that a container holds", Effect::Changes, &ClearRows, {kContainer}},
         {"copy property",
          "Copy one attribute, from the first item that has it to the first that has it",
          Effect::Changes,

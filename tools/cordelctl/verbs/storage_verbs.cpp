@@ -172,7 +172,7 @@ Result List(Context& context) {
     return result;
 }
 
-Result Add(Context& context) {
+Result AddVolume(Context& context) {
     std::vector<Pair> values = GivenValues(context.Args(), Storage());
     const auto given = [&](std::string_view name) -> std::string {
         for (const auto& [attribute, value] : values) {
@@ -207,7 +207,7 @@ Result Add(Context& context) {
     return result;
 }
 
-Result Edit(Context& context) {
+Result EditVolumes(Context& context) {
     const std::vector<Pair> values = GivenValues(context.Args(), Storage());
     if (values.empty()) {
         throw CFailure(ExitCode::Usage, "nothing is to be changed", "see what can be: cordelctl storage edit --help");
@@ -221,7 +221,7 @@ Result Edit(Context& context) {
     return result;
 }
 
-Result Remove(Context& context) {
+Result RemoveVolumes(Context& context) {
     CDocument& document = context.Document();
     const std::vector<Row> rows = ChosenRows(context, document, Storage(), "VOLUME");
     document.RemoveRows("Storage", rows);
@@ -334,25 +334,25 @@ std::vector<Verb> StorageVerbs() {
         {"storage list",
          "List the volumes",
          Effect::Reads,
-         &List,
+         &ListVolumes,
          {where},
          {},
          "cordelctl storage list --all-printers"},
         {"storage add",
          "Record a volume",
          Effect::Changes,
-         &Add,
+         &AddVolume,
          std::move(add),
          {},
          "cordelctl storage add 3: --storage-name \"Memory card\" --total-space 4G --free-space 4G --printer Atrium"},
         {"storage edit",
          "Change volumes",
          Effect::Changes,
-         &Edit,
+         &EditVolumes,
          std::move(edit),
          {},
          "cordelctl storage edit 0: --free-space 1.5G --printer Atrium"},
-        {"storage remove", "Remove volumes", Effect::Changes, &Remove, {volumes, where, all}},
+        {"storage remove", "Remove volumes", Effect::Changes, &RemoveVolumes, {volumes, where, all}},
         {"space",
          "Work out, record and show what sending the ticked files leaves free",
          Effect::Changes,

@@ -6,8 +6,8 @@
 
 namespace {
 
-constexpr std::size_t kHead = 4;
-constexpr std::size_t kEntrySize = 8;
+constexpr std::size_t kMapHead = 4;
+constexpr std::size_t kCharacterEntry = 8;
 
 /// How welcome a map is: of all characters, of the first plane, of a symbol font; 0 for others.
 int RankOf(std::uint32_t platform, std::uint32_t encoding) {
@@ -96,13 +96,13 @@ CCharacterMap::CCharacterMap(const CFontTables& font, FileFindings& findings) {
     if (table.empty()) {
         return;
     }
-    if (!Holds(table, 0, kHead) || !Holds(table, kHead, std::size_t{Word16At(table, 2)} * kEntrySize)) {
+    if (!Holds(table, 0, kMapHead) || !Holds(table, kMapHead, std::size_t{Word16At(table, 2)} * kCharacterEntry)) {
         findings.push_back({Cause::TableMalformed, "table \"cmap\" is too short for its list of maps"});
         return;
     }
     int best = 0;
     for (std::uint32_t i = 0, count = Word16At(table, 2); i < count; ++i) {
-        const std::size_t entry = kHead + i * kEntrySize;
+        const std::size_t entry = kMapHead + i * kCharacterEntry;
         const std::uint32_t platform = Word16At(table, entry);
         const std::uint32_t encoding = Word16At(table, entry + 2);
         const std::size_t offset = Word32At(table, entry + 4);

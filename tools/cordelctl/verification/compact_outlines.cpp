@@ -74,12 +74,12 @@ private:
     std::string_view m_strTexts;
 };
 
-constexpr int kEscape = 12; // operators of two bytes are 12 * 256 + the second
+constexpr int kEscapeOperator = 12; // operators of two bytes are 12 * 256 + the second
 constexpr int kCharStrings = 17;
 constexpr int kPrivate = 18;
 constexpr int kSubroutines = 19;
-constexpr int kFontArray = kEscape * 256 + 36;
-constexpr int kFontSelect = kEscape * 256 + 37;
+constexpr int kFontArray = kEscapeOperator * 256 + 36;
+constexpr int kFontSelect = kEscapeOperator * 256 + 37;
 
 /// Operators with their operands. Real numbers count as 0: no place is one.
 std::map<int, std::vector<std::int64_t>> ReadDictionary(std::string_view bytes) {
@@ -90,8 +90,8 @@ std::map<int, std::vector<std::int64_t>> ReadDictionary(std::string_view bytes) 
         if (first <= 27 && first != 22 && first != 23) {
             int key = static_cast<int>(first);
             ++i;
-            if (key == kEscape) {
-                key = kEscape * 256 + static_cast<int>(ByteAt(PartOf(bytes, i, 1), 0));
+            if (key == kEscapeOperator) {
+                key = kEscapeOperator * 256 + static_cast<int>(ByteAt(PartOf(bytes, i, 1), 0));
                 ++i;
             }
             dictionary[key] = operands;
@@ -286,7 +286,7 @@ private:
                 return Blend();
             }
             break;
-        case kEscape:
+        case kEscapeOperator:
             return Escape(code, place);
         default:
             break; // what means nothing

@@ -8,7 +8,7 @@
 namespace {
 
 constexpr std::size_t kDirectoryHead = 12;
-constexpr std::size_t kEntrySize = 16;
+constexpr std::size_t kDirectoryEntry = 16;
 constexpr std::size_t kMostMembers = 1000;
 
 bool IsFont(std::string_view version) {
@@ -19,15 +19,13 @@ bool IsTag(std::string_view tag) {
     return std::all_of(tag.begin(), tag.end(), [](char letter) { return letter >= 0x20 && letter < 0x7F; });
 }
 
-std::string Quoted(const std::string& tag) { return "\"" + tag + "\""; }
-
 /// How many tables the head's own search numbers say there are, at most and at least.
 bool FitsSearchNumbers(std::string_view head, std::uint32_t count) {
     const std::uint32_t range = Word16At(head, 6);
     if (range == 0) {
         return true; // some makers leave them out
     }
-    const std::uint32_t largestPower = range / kEntrySize;
+    const std::uint32_t largestPower = range / kDirectoryEntry;
     return count >= largestPower && count < 2 * largestPower;
 }
 
@@ -112,13 +110,13 @@ void CFontTables::Read(std::size_t start, FileFindings& findings) {
         findings.push_back({Cause::DirectoryDamaged, "its list of tables says that it has " + std::to_string(count)});
         return;
     }
-    for (std::size_t i = 0, place = start + kDirectoryHead; i < count; ++i, place += kEntrySize) {
-        if (!Holds(m_strFile, place, kEntrySize)) {
+    for (std::size_t i = 0, place = start + kDirectoryHead; i < count; ++i, place += kDirectoryEntry) {
+        if (!Holds(m_strFile, place, kDirectoryEntry)) {
             findings.push_back({Cause::Truncated, "it ends within its list of tables"});
             m_tables.clear();
             return;
         }
-        const std::string_view entry = m_strFile.substr(place, kEntrySize);
+        const std::string_view entry = m_strFile.substr(place, kDirectoryEntry);
         const std::string tag(entry.substr(0, 4));
         if (!IsTag(tag) || Lists(tag)) {
             findings.push_back(
@@ -213,7 +211,7 @@ void CheckSums(const CFontTables& font, bool isCollection, FileFindings& finding
     if (isCollection || differs || !complete || HasError(findings) || !Holds(head, kAdjustment, 4)) {
         return;
     }
-    const std::size_t directory = kDirectoryHead + font.All().size() * kEntrySize;
+    const std::size_t directory = kDirectoryHead + font.All().size() * kDirectoryEntry;
     whole += TableSum(font.File().substr(0, directory));
     if (Word32At(head, kAdjustment) != kWholeSum - whole) {
         findings.push_back({Cause::FontChecksum, "the sum of the whole font"});

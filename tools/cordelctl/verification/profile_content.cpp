@@ -10,12 +10,6 @@ namespace {
 
 constexpr std::size_t kTypeHead = 8; // the type, and four bytes of nothing
 
-double Fixed(std::string_view bytes, std::size_t offset) {
-    return static_cast<std::int32_t>(Word32At(bytes, offset)) / 65536.0;
-}
-
-std::string Quoted(const std::string& name) { return "\"" + name + "\""; }
-
 bool HasAll(const CProfileTags& profile, std::initializer_list<const char*> names) {
     return std::all_of(names.begin(), names.end(), [&](const char* name) { return profile.Lists(name); });
 }
@@ -174,9 +168,9 @@ bool IsTable(const CProfileTags& profile, const std::string& name, std::string_v
 }
 
 void CheckWhitePoint(std::string_view tag, FileFindings& findings) {
-    const double x = Fixed(tag, kTypeHead);
-    const double y = Fixed(tag, kTypeHead + 4);
-    const double z = Fixed(tag, kTypeHead + 8);
+    const double x = FixedAt(tag, kTypeHead);
+    const double y = FixedAt(tag, kTypeHead + 4);
+    const double z = FixedAt(tag, kTypeHead + 8);
     // Papers and screens: from grey to a little more than the reference, from candle light to blue sky.
     const bool sane = y >= 0.2 && y <= 1.5 && x >= 0.5 * y && x <= 1.5 * y && z >= 0.1 * y && z <= 2.0 * y;
     if (!sane) {
@@ -195,7 +189,7 @@ void CheckColorants(const CProfileTags& profile, FileFindings& findings) {
             return;
         }
         for (std::size_t row = 0; row < 3; ++row) {
-            m[row][column] = Fixed(tag, kTypeHead + row * 4);
+            m[row][column] = FixedAt(tag, kTypeHead + row * 4);
         }
     }
     const double determinant = m[0][0] * (m[1][1] * m[2][2] - m[1][2] * m[2][1]) -

@@ -10,7 +10,7 @@
 namespace {
 
 constexpr std::size_t kHeaderSize = 128;
-constexpr std::size_t kEntrySize = 12;
+constexpr std::size_t kTagEntry = 12;
 constexpr std::size_t kList = kHeaderSize + 4;
 constexpr std::uint32_t kMostTags = 100;
 constexpr std::size_t kSignature = 36;
@@ -26,18 +26,6 @@ constexpr Space kSpaces[] = {{"XYZ ", 3},  {"Lab ", 3},  {"Luv ", 3},  {"YCbr", 
                              {"CMY ", 3},  {"2CLR", 2},  {"3CLR", 3},  {"4CLR", 4},  {"5CLR", 5},
                              {"6CLR", 6},  {"7CLR", 7},  {"8CLR", 8},  {"9CLR", 9},  {"ACLR", 10},
                              {"BCLR", 11}, {"CCLR", 12}, {"DCLR", 13}, {"ECLR", 14}, {"FCLR", 15}};
-
-std::string Quoted(std::string_view letters) {
-    std::string text = "\"";
-    for (const char letter : letters) {
-        text += letter >= 0x20 && letter < 0x7F ? letter : '?';
-    }
-    return text + "\"";
-}
-
-double Fixed(std::string_view bytes, std::size_t offset) {
-    return static_cast<std::int32_t>(Word32At(bytes, offset)) / 65536.0;
-}
 
 } // namespace
 
@@ -87,12 +75,12 @@ void CProfileTags::ReadList(FileFindings& findings) {
         findings.push_back({Cause::TagTableDamaged, "its list of tags says that it has " + std::to_string(count)});
         return;
     }
-    if (!Holds(m_strFile, kList, count * kEntrySize)) {
+    if (!Holds(m_strFile, kList, count * kTagEntry)) {
         findings.push_back({Cause::Truncated, "it ends within its list of tags"});
         return;
     }
     for (std::size_t i = 0; i < count; ++i) {
-        const std::string_view entry = m_strFile.substr(kList + i * kEntrySize, kEntrySize);
+        const std::string_view entry = m_strFile.substr(kList + i * kTagEntry, kTagEntry);
         const std::string name(entry.substr(0, 4));
         const std::size_t offset = Word32At(entry, 4);
         if (!std::all_of(name.begin(), name.end(), [](char letter) { return letter >= 0x20 && letter < 0x7F; })) {
@@ -110,7 +98,7 @@ void CProfileTags::ReadList(FileFindings& findings) {
 
 void CProfileTags::CheckPlaces(FileFindings& findings) const {
     const std::size_t size = Word32At(m_strFile, 0);
-    const std::size_t listEnd = kList + m_tags.size() * kEntrySize;
+    const std::size_t listEnd = kList + m_tags.size() * kTagEntry;
     std::size_t end = listEnd;
     bool astray = false;
     for (const ProfileTag& tag : m_tags) {
@@ -165,7 +153,7 @@ void CProfileTags::CheckHeader(FileFindings& findings) const {
     constexpr std::array<double, 3> kD50{0.9642, 1.0, 0.8249};
     constexpr double kTolerance = 0.005;
     for (std::size_t i = 0; i < kD50.size(); ++i) {
-        if (std::abs(Fixed(m_strFile, 68 + i * 4) - kD50[i]) > kTolerance) {
+        if (std::abs(FixedAt(m_strFile, 68 + i * 4) - kD50[i]) > kTolerance) {
             findings.push_back({Cause::Illuminant, "the illuminant in its header is not D50"});
             break;
         }

@@ -2,25 +2,15 @@
 
 #include "profile_transforms.h"
 
-#include <lcms2.h>
-
-#include <memory>
+#include "facts/lcms_handles.h"
 
 namespace {
-
-struct CloseProfile {
-    void operator()(void* profile) const noexcept { cmsCloseProfile(profile); }
-};
-struct DeleteTransform {
-    void operator()(void* transform) const noexcept { cmsDeleteTransform(transform); }
-};
-using Profile = std::unique_ptr<void, CloseProfile>;
 
 constexpr const char* kIntents[] = {"perceptual", "relative colorimetric", "saturation", "absolute colorimetric"};
 
 bool CanTransform(cmsHPROFILE from, cmsUInt32Number fromFormat, cmsHPROFILE to, cmsUInt32Number toFormat,
                   cmsUInt32Number intent) {
-    const std::unique_ptr<void, DeleteTransform> transform(
+    const TransformHandle transform(
         cmsCreateTransform(from, fromFormat, to, toFormat, intent, cmsFLAGS_NOOPTIMIZE | cmsFLAGS_NOCACHE));
     return transform != nullptr;
 }
@@ -28,7 +18,7 @@ bool CanTransform(cmsHPROFILE from, cmsUInt32Number fromFormat, cmsHPROFILE to, 
 } // namespace
 
 std::string FailingTransform(std::string_view file) {
-    const Profile profile(cmsOpenProfileFromMem(file.data(), static_cast<cmsUInt32Number>(file.size())));
+    const ProfileHandle profile(cmsOpenProfileFromMem(file.data(), static_cast<cmsUInt32Number>(file.size())));
     if (profile == nullptr) {
         return "the colour engine cannot open it";
     }
@@ -41,7 +31,7 @@ std::string FailingTransform(std::string_view file) {
         const cmsUInt32Number target = cmsFormatterForPCSOfProfile(profile.get(), 2, FALSE);
         return CanTransform(profile.get(), device, nullptr, target, INTENT_PERCEPTUAL) ? "" : "from device to device";
     }
-    const Profile lab(cmsCreateLab4Profile(nullptr));
+    const ProfileHandle lab(cmsCreateLab4Profile(nullptr));
     for (cmsUInt32Number intent = 0; intent < std::size(kIntents); ++intent) {
         if (!CanTransform(profile.get(), device, lab.get(), TYPE_Lab_16, intent)) {
             return std::string("from the device's colours, ") + kIntents[intent];

@@ -2,7 +2,9 @@
 
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 inline std::uint32_t ByteAt(std::string_view bytes, std::size_t offset) noexcept {
@@ -19,6 +21,19 @@ inline std::uint32_t Word32At(std::string_view bytes, std::size_t offset) noexce
     const auto* const at = reinterpret_cast<const unsigned char*>(bytes.data() + offset);
     return static_cast<std::uint32_t>(at[0]) << 24 | static_cast<std::uint32_t>(at[1]) << 16 |
            static_cast<std::uint32_t>(at[2]) << 8 | at[3];
+}
+
+inline double FixedAt(std::string_view bytes, std::size_t offset) noexcept {
+    return static_cast<std::int32_t>(Word32At(bytes, offset)) / 65536.0;
+}
+
+/// The letters of a table's name or of a signature, for a finding.
+inline std::string Quoted(std::string_view letters) {
+    std::string text = "\"";
+    for (const char letter : letters) {
+        text += letter >= 0x20 && letter < 0x7F ? letter : '?';
+    }
+    return text + "\"";
 }
 
 /// Whether so many bytes lie there.

@@ -1,3 +1,0 @@
-// Carries the headers that are compiled once for the tests.
-
-int main() {}
