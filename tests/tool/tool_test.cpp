@@ -40,9 +40,9 @@ std::string VerbOf(const std::vector<std::string>& arguments) {
 /// Whatever a run prints as data is what the schema of its verb says.
 void CheckData(const std::vector<std::string>& arguments, const std::string& output) {
     const auto end = std::find(arguments.begin(), arguments.end(), "--");
-    const bool json = std::find(arguments.begin(), end, "--json") != end;
+    const bool asked = std::find(arguments.begin(), end, "--json") != end;
     const std::string verb = VerbOf(arguments);
-    if (!json || verb == "watch") {
+    if (!asked || verb == "watch") {
         return;
     }
     const auto data = nlohmann::json::parse(output, nullptr, false);

@@ -9,8 +9,8 @@
 namespace {
 
 const std::string kFonts = "/usr/share/fonts/truetype/";
-const std::string kSans = kFonts + "dejavu/DejaVuSans.ttf";
-const std::string kMono = kFonts + "dejavu/DejaVuSansMono-Bold.ttf";
+const std::string kSansFont = kFonts + "dejavu/DejaVuSans.ttf";
+const std::string kMonoFont = kFonts + "dejavu/DejaVuSansMono-Bold.ttf";
 const std::string kCollection = kFonts + "wqy/wqy-microhei.ttc";
 const std::string kCompact = "/usr/share/fonts/opentype/tlwg/Loma.otf";
 const std::string kProfiles = "/usr/share/color/icc/";
@@ -148,7 +148,7 @@ private:
 class CDamages {
 public:
     std::vector<Damage> Make() {
-        for (const std::string& font : {kSans, kMono}) {
+        for (const std::string& font : {kSansFont, kMonoFont}) {
             Begin(font, FileKind::Font);
             DamageWholeFont();
             DamageDirectory();
@@ -602,7 +602,7 @@ private:
 } // namespace
 
 const std::vector<std::string>& UndamagedFonts() {
-    static const std::vector<std::string> fonts{kSans, kMono, kCollection, kCompact};
+    static const std::vector<std::string> fonts{kSansFont, kMonoFont, kCollection, kCompact};
     return fonts;
 }
 

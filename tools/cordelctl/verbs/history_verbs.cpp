@@ -20,7 +20,7 @@
 
 namespace {
 
-DocumentPlace NamedPlace(const Context& context) {
+DocumentPlace CopyPlace(const Context& context) {
     RequireInstalledDocuments();
     DocumentPlace place = context.Has("--texts") ? StringsDocument(context.Options().language) : context.Place();
     if (place.perUser.empty()) {
@@ -31,7 +31,7 @@ DocumentPlace NamedPlace(const Context& context) {
 }
 
 Result History(Context& context) {
-    const CHistory history(NamedPlace(context));
+    const CHistory history(CopyPlace(context));
     Result result;
     result.shape = Result::Shape::Table;
     result.data = Value::List();
@@ -85,7 +85,7 @@ Result StateResult(const HistoryState& state, const std::string& said) {
 }
 
 Result Undo(Context& context) {
-    const DocumentPlace place = NamedPlace(context);
+    const DocumentPlace place = CopyPlace(context);
     CDocumentLocks locks(context.Options().wait, "undo");
     CHistory history(place);
     if (context.Options().dryRun) {
@@ -102,7 +102,7 @@ Result Undo(Context& context) {
 }
 
 Result Redo(Context& context) {
-    const DocumentPlace place = NamedPlace(context);
+    const DocumentPlace place = CopyPlace(context);
     CDocumentLocks locks(context.Options().wait, "redo");
     RequireChangeable(place);
     locks.Take(place);
@@ -111,7 +111,7 @@ Result Redo(Context& context) {
 }
 
 Result Restore(Context& context) {
-    const DocumentPlace place = NamedPlace(context);
+    const DocumentPlace place = CopyPlace(context);
     CDocumentLocks locks(context.Options().wait, "restore");
     CHistory history(place);
     const HistoryState state = history.State(context.Text("STATE"));
@@ -144,7 +144,7 @@ std::pair<Side, Side> Sides(Context& context) {
                        names.size() == 1 ? "one document cannot be compared" : "two documents are compared, not more",
                        "name two, or none to compare the installed document with your copy");
     }
-    const DocumentPlace place = NamedPlace(context);
+    const DocumentPlace place = CopyPlace(context);
     if (!std::filesystem::is_regular_file(place.perUser)) {
         throw CFailure(ExitCode::NoDocument, "there is no per-user copy of " + place.title,
                        "name two documents to compare those");
@@ -169,7 +169,7 @@ Result Diff(Context& context) {
 /// Prints what others change in the document, as long as it runs. It is looked at by its name, so that a file that is
 /// replaced is followed.
 Result Watch(Context& context) {
-    const DocumentPlace place = NamedPlace(context);
+    const DocumentPlace place = CopyPlace(context);
     const auto most = ParseSize(context.Has("--count") ? context.Text("--count") : "0");
     if (!most) {
         throw CFailure(ExitCode::Usage, "--count takes no \"" + context.Text("--count") + "\"", "give a number");

@@ -2,6 +2,7 @@
 
 #include "failure.h"
 #include "planning/send_plan.h"
+#include "text/nearest.h"
 #include "text/number_text.h"
 #include "verbs/reply_input.h"
 #include "verbs/rows.h"
@@ -122,25 +123,17 @@ Value DataOf(const VolumePlan& plan) {
                          {"inNoProject", std::move(others)}};
 }
 
-std::string Joined(const std::vector<std::string>& fileIDs) {
-    std::string text;
-    for (const std::string& fileID : fileIDs) {
-        text += (text.empty() ? "" : ", ") + fileID;
-    }
-    return text;
-}
-
 std::string TextOf(const PlanClash& clash) {
     switch (clash.kind) {
     case PlanClash::Kind::SentTogether:
-        return "files " + Joined(clash.fileIDs) + " (" + clash.group + ") all have the ID " + clash.id;
+        return "files " + Joined(clash.fileIDs, ", ") + " (" + clash.group + ") all have the ID " + clash.id;
     case PlanClash::Kind::WithPrinter:
-        return "files " + Joined(clash.fileIDs) + " (" + clash.group + ") have the ID " + clash.id +
+        return "files " + Joined(clash.fileIDs, ", ") + " (" + clash.group + ") have the ID " + clash.id +
                ", and the last of them is on the printer";
     case PlanClash::Kind::OnePath:
         break;
     }
-    return "files " + Joined(clash.fileIDs) + " all go to " + clash.group + clash.id;
+    return "files " + Joined(clash.fileIDs, ", ") + " all go to " + clash.group + clash.id;
 }
 
 Value DataOf(const PlanClash& clash) {

@@ -104,7 +104,7 @@ Result VolumeTable(CDocument& document, const Filter& filter) {
     return result;
 }
 
-Result Report(Context& context) {
+Result ReportVolumes(Context& context) {
     const std::string file = context.Text("FILE");
     const CReport report(IsJson(ReadInput(file, "the report")) ? ReadJsonInput(file, "the report", kReportShape)
                                                                : ReportOf(ReadReply(file, "the report")));
@@ -139,7 +139,7 @@ Result Inquiry(Context& context) {
 }
 
 /// What the printer holds, as it told.
-Result Listing(Context& context) {
+Result ReadListing(Context& context) {
     const PrinterReply reply = ReadReply(context.Text("FILE"), "the listing");
     Result result;
     result.shape = Result::Shape::Table;
@@ -164,7 +164,7 @@ Result Listing(Context& context) {
     return result;
 }
 
-Result List(Context& context) {
+Result ListVolumes(Context& context) {
     Result result = VolumeTable(context.Document(), FilterOf(context.Texts("--where")));
     if (result.data.Items().empty()) {
         result.notes.emplace_back("no volumes are recorded");
@@ -309,7 +309,7 @@ std::vector<Verb> StorageVerbs() {
         {"storage report",
          "Record what a printer reports, in place of what it reported before",
          Effect::Changes,
-         &Report,
+         &ReportVolumes,
          {{Option::Kind::Operand, "FILE", "",
            "The captured reply of the printer, or a report in JSON with sizes in bytes; - for standard input", true,
            Offer::Files},
@@ -326,7 +326,7 @@ std::vector<Verb> StorageVerbs() {
         {"storage listing",
          "Show what a printer's folders hold, as it told",
          Effect::None,
-         &Listing,
+         &ReadListing,
          {{Option::Kind::Operand, "FILE", "", "The captured reply of the printer; - for standard input", true,
            Offer::Files}},
          {},
