@@ -1,4 +1,4 @@
-// The one mutant of a build that a process runs with. Every source of such a build includes this first.
+// The one mutant of a build that a process runs with. Every source that has mutants includes this first.
 
 #pragma once
 
