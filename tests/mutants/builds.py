@@ -4,10 +4,12 @@ import concurrent.futures
 import dataclasses
 import hashlib
 import json
+import os
 import pathlib
 import pickle
 import re
 import shlex
+import shutil
 import subprocess
 import sys
 
@@ -35,7 +37,7 @@ class Target:
     name: str
     sources: tuple           # folders of src/ whose sources are changed, from the root on
     excluded: tuple          # but not these
-    cmake_options: tuple
+    preset: str
     parser_options: tuple    # what clang must be told to read it
     test_folders: tuple      # whose programs are asked
 
@@ -95,7 +97,8 @@ class Build:
         self.target = target
         self.folder = folder            # of everything about this target
         self.tree = folder / "tree"     # the changed project
-        self.binaries = folder / "build"
+        # Where a build of the project has it: compiled tests are the same there and here, and found in a cache.
+        self.binaries = self.tree / "build" / target.preset
         self.sources = sorted(path.relative_to(ROOT).as_posix() for name in target.sources
                               for path in (ROOT / name).rglob("*")
                               if path.suffix in (".cpp", ".h") and
@@ -117,13 +120,17 @@ class Build:
         listed = subprocess.run(["git", "ls-files", "-z", "--cached", "--others", "--exclude-standard"], cwd=ROOT,
                                 capture_output=True, text=True, check=True).stdout.split("\0")
         kept = {path for path in listed if path and (ROOT / path).is_file() and not (ROOT / path).is_symlink()}
-        for path in self.tree.rglob("*"):
-            if path.is_file() and path.relative_to(self.tree).as_posix() not in kept:
-                path.unlink()
+        copied = {path for path in self.tree.rglob("*")
+                  if path.is_file() and not path.is_relative_to(self.tree / "build")}
+        for path in copied - {self.tree / path for path in kept}:
+            path.unlink()
         for path in kept - set(self.sources):
             content = (ROOT / path).read_bytes()
             if path == "src/CMakeLists.txt":
-                content += f'\ntarget_sources(cordelbox_core PRIVATE "{HERE}/chosen.cpp")\n'.encode()
+                content += f"""
+target_sources(cordelbox_core PRIVATE "{HERE}/chosen.cpp")
+target_compile_options(cordelbox_core PRIVATE -w -O1 -g0 -D_GLIBCXX_ASSERTIONS)
+""".encode()
             _write_if_changed(self.tree / path, content)
             (self.tree / path).chmod((ROOT / path).stat().st_mode)
         for path in self.sources:
@@ -131,9 +138,9 @@ class Build:
                 _write_if_changed(self.tree / path, self.contents[path])
 
     def configure(self):
-        subprocess.run(["cmake", "-S", self.tree, "-B", self.binaries, "-G", "Ninja",
-                        f"-DCMAKE_CXX_FLAGS=-w -D_GLIBCXX_ASSERTIONS -include {HERE}/chosen.h",
-                        *self.target.cmake_options], check=True, stdout=subprocess.DEVNULL)
+        environment = os.environ | ({"CMAKE_CXX_COMPILER_LAUNCHER": "ccache"} if shutil.which("ccache") else {})
+        subprocess.run(["cmake", "--preset", self.target.preset], cwd=self.tree, env=environment, check=True,
+                       stdout=subprocess.DEVNULL)
 
     # The places
 
@@ -188,7 +195,11 @@ class Build:
                 number = str(self.first_numbers[path] + line)
                 edits |= {dataclasses.replace(edit, before=edit.before.replace("NUMBER", number))
                           for edit in place.edits}
-            _write_if_changed(self.tree / path, _apply(self.contents[path], edits))
+            content = _apply(self.contents[path], edits)
+            if edits:  # and no warnings of a header in the tests that include it
+                pragma = "#pragma GCC system_header\n" if path.endswith(".h") else ""
+                content = f'{pragma}#include "{HERE}/chosen.h"\n#line 1\n'.encode() + content
+            _write_if_changed(self.tree / path, content)
 
     def _refuse(self, log, chosen):
         """Takes back what the compiler complains of. False when that is nothing of what was changed."""
