@@ -218,9 +218,29 @@ target_compile_options(cordelbox_core PRIVATE -w -O1 -g0 -D_GLIBCXX_ASSERTIONS)
                 if hit:
                     taken |= {self._refusal(relative, place) for place in hit}
                     break
+            else:
+                taken |= self._constants_of(block, chosen)
         self.refused |= taken
         self.refused_path.write_text(json.dumps(sorted(self.refused)), encoding="utf-8")
         return bool(taken)
+
+    def _constants_of(self, block, chosen):
+        """What the complaint's first line needs as a constant, and a place elsewhere makes a variable."""
+        path, line = re.match(r"(\S+?):(\d+):", block).groups()
+        path = (self.binaries / path).resolve()
+        lines = path.read_text(encoding="utf-8").splitlines() if path.is_relative_to(self.tree) else []
+        if path.is_relative_to(self.tree / "src"):
+            lines = (ROOT / path.relative_to(self.tree)).read_text(encoding="utf-8").splitlines()
+        if int(line) > len(lines):
+            return set()
+        words = set(re.findall(r"\w+", lines[int(line) - 1]))
+        return {self._refusal(relative, place) for relative, by_line in chosen.items() for place in by_line.values()
+                if not all(edit.kept for edit in place.edits) and words & self._declared(relative, place)}
+
+    def _declared(self, path, place):
+        """The names of the constants that a place makes variables."""
+        rests = (self.contents[path][edit.end:] for edit in place.edits if not edit.kept)
+        return {word for rest in rests for word in re.findall(r"\w+", re.split(rb"[={(;[]", rest)[0].decode())[-1:]}
 
     def _touches(self, path, place, line):
         content = self.contents[path]
