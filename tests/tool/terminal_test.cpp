@@ -1,5 +1,6 @@
 // What a person at a terminal gets, and a file does not: colour and progress.
 
+#include "preloaded.h"
 #include "tool_test.h"
 
 #include <cstdlib>
@@ -36,7 +37,8 @@ TEST_F(Terminal, ShowsHowFarAWorkIsThatTakesLongerThanASecond) {
     for (int i = 1; i <= 20; ++i) {
         files += " '" + UserFile(std::to_string(i) + ".mac", "x") + "'";
     }
-    const std::string hurried = "LD_PRELOAD='" HURRIED_CLOCK_PATH "' ASAN_OPTIONS=verify_asan_link_order=0";
+    const CPreloadable clock(HURRIED_CLOCK_PATH);
+    const std::string hurried = clock.Environment();
     const std::string screen = Screen("files add --type 2" + files, hurried);
     EXPECT_THAT(screen, HasSubstr("\radding [####----------------] 4 of 20"));
     EXPECT_THAT(screen, HasSubstr("\r\x1b[K")); // it goes again
@@ -49,12 +51,8 @@ TEST_F(Terminal, ShowsHowFarAWorkIsThatTakesLongerThanASecond) {
 TEST_F(Terminal, AShortWorkAndAFileGetNoProgress) {
     Init();
     EXPECT_THAT(Screen("files add --type 2 '" + UserFile("a.mac", "x") + "'"), Not(HasSubstr("adding")));
-    ::setenv("LD_PRELOAD", HURRIED_CLOCK_PATH, 1);
-    ::setenv("ASAN_OPTIONS", "verify_asan_link_order=0", 1);
-    const ToolRun run = Run({"files", "verify"});
-    ::unsetenv("LD_PRELOAD");
-    ::unsetenv("ASAN_OPTIONS");
-    EXPECT_EQ(run.errors, "");
+    const CPreloaded hurried(HURRIED_CLOCK_PATH);
+    EXPECT_EQ(Run({"files", "verify"}).errors, "");
 }
 
 TEST_F(Terminal, AFileGetsNoColours) {

@@ -1,5 +1,6 @@
 // A command is one transaction: all or nothing, one save, and nothing lost between two people.
 
+#include "preloaded.h"
 #include "tool_test.h"
 
 #include <fcntl.h>
@@ -44,12 +45,8 @@ protected:
     /// A run into which a library is loaded before its own.
     ToolRun RunWith(const char* library, const std::vector<std::string>& arguments,
                     const std::string& input = {}) const {
-        ::setenv("LD_PRELOAD", library, 1);
-        ::setenv("ASAN_OPTIONS", "verify_asan_link_order=0", 1);
-        ToolRun run = Run(arguments, input);
-        ::unsetenv("LD_PRELOAD");
-        ::unsetenv("ASAN_OPTIONS");
-        return run;
+        const CPreloaded preloaded(library);
+        return Run(arguments, input);
     }
 
     static int End(pid_t child) {
