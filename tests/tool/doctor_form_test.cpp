@@ -49,6 +49,27 @@ TEST_F(DoctorForm, TheOffendingLineIsShownWithAMark) {
     EXPECT_THAT(output, HasSubstr("      |   <A B='1 & 2'/>\n      |           ^\n"));
 }
 
+TEST_F(DoctorForm, OfALongLineThePieceIsShownThatIsMeant) {
+    std::string document = "<D><Files>";
+    for (int i = 1; i <= 5000; ++i) {
+        document += "<Item FileID='" + std::to_string(i) + "' Volume='\xC3\xA4'/>";
+    }
+    const std::string output = Run({"doctor", UserFile("x.xml", document + "<B C='1 & 2'/></Files></D>")}).output;
+    EXPECT_THAT(output, HasSubstr("      |  FileID='5000' Volume='\xC3\xA4'/><B C='1 & 2'/></Files></D>\n"
+                                  "      | " +
+                                  std::string(35, ' ') + "^\n"));
+}
+
+TEST_F(DoctorForm, ManyFindingsInOneLongLineAreSaidAtOnce) {
+    std::string rows;
+    for (int i = 1; i <= 20000; ++i) {
+        rows += "<Item FileID='" + std::to_string(i) + "' ID='x' Type='9'/>";
+    }
+    const std::string file = UserFile("x.xml", "<D><Files>" + rows + "</Files></D>");
+    const std::string output = Run({"doctor", file}).output;
+    EXPECT_THAT(output, HasSubstr("Item FileID='20000'"));
+}
+
 TEST_F(DoctorForm, ADocumentOfAnotherProgramIsSaidToBe) {
     ExpectIn(FindingsIn("<html><body><p/></body></html>"), "other-document", "warning", "");
 }

@@ -3,6 +3,7 @@
 #include "doctor/examination.h"
 
 #include "doctor/document_encoding.h"
+#include "doctor/source_lines.h"
 #include "document/tree_view.h"
 #include "failure.h"
 #include "system/system.h"
@@ -20,20 +21,6 @@ std::string BytesOf(const std::filesystem::path& file) {
     } catch (const std::filesystem::filesystem_error&) {
         return {};
     }
-}
-
-/// The line of the file at that place.
-std::string LineAt(std::string_view bytes, const SourcePlace& place) {
-    std::size_t begin = 0;
-    for (long line = 1; line < place.line; ++line) {
-        const std::size_t end = bytes.find('\n', begin);
-        if (end == std::string_view::npos) {
-            return {};
-        }
-        begin = end + 1;
-    }
-    const std::string_view line = bytes.substr(begin, bytes.find('\n', begin) - begin);
-    return place.line > 0 ? std::string(line.substr(0, line.find('\r'))) : std::string();
 }
 
 /// The kind of a file by itself, from what it holds.
@@ -104,8 +91,9 @@ Examination Examine(const Patient& patient) {
         const DocumentNode root = document->Tree();
         CheckContent(root, patient.place ? patient.kind : KindOf(root), result.findings);
     }
+    CSourceLines lines(bytes);
     for (Finding& finding : result.findings) {
-        finding.line = LineAt(bytes, finding.place);
+        finding.source = lines.At(finding.place);
     }
     // The worst first, otherwise in the order in which they were found.
     std::vector<Finding> findings;

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include "doctor/source_lines.h"
 #include "document/document_tree.h"
 
 #include <string>
@@ -16,14 +17,14 @@ enum class Level {
 /// All texts are UTF-8.
 struct Finding {
     Level level;
-    std::string check;       // the same for every finding of its kind, for scripts
-    std::string container;   // empty when it concerns the whole document
-    std::string item;        // which of the container's items; empty when it concerns the whole container
-    SourcePlace place;       // in the file
-    std::string what;        // what is so
-    std::string consequence; // for a host
-    std::string mend;        // what to do
-    std::string line = {};   // the line of the file at that place; empty when it is not known
+    std::string check;         // the same for every finding of its kind, for scripts
+    std::string container;     // empty when it concerns the whole document
+    std::string item;          // which of the container's items; empty when it concerns the whole container
+    SourcePlace place;         // in the file
+    std::string what;          // what is so
+    std::string consequence;   // for a host
+    std::string mend;          // what to do
+    SourceExcerpt source = {}; // of the file at that place; empty when it is not known
 };
 
 using Findings = std::vector<Finding>;

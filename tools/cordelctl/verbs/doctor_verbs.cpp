@@ -68,21 +68,19 @@ std::string PlaceText(const Finding& finding) {
 /// The line of the file, or the part of it around the place, with a mark under the place.
 void AddSource(const Finding& finding, std::vector<std::string>& lines) {
     constexpr std::size_t kWidth = 70;
-    if (finding.line.empty() || finding.place.column < 1) {
+    if (finding.source.Empty()) {
         return;
     }
-    std::size_t offset = 0; // of the place, in bytes
-    char32_t codePoint = 0;
-    for (long column = 1; column < finding.place.column && offset < finding.line.size(); ++column) {
-        DecodeUtf8(finding.line, offset, codePoint);
+    std::string_view before = finding.source.before;
+    while (DisplayWidth(Printable(before)) > kWidth / 2) {
+        std::size_t first = 0;
+        char32_t codePoint = 0;
+        DecodeUtf8(before, first, codePoint);
+        before.remove_prefix(first);
     }
-    std::size_t begin = 0;
-    while (DisplayWidth(Printable(std::string_view(finding.line).substr(begin, offset - begin))) > kWidth / 2) {
-        DecodeUtf8(finding.line, begin, codePoint);
-    }
-    const std::string before = Printable(std::string_view(finding.line).substr(begin, offset - begin));
-    lines.push_back("      | " + FitWidth(before + Printable(std::string_view(finding.line).substr(offset)), kWidth));
-    lines.push_back("      | " + std::string(DisplayWidth(before), ' ') + "^");
+    const std::string shown = Printable(before);
+    lines.push_back("      | " + FitWidth(shown + Printable(finding.source.behind), kWidth));
+    lines.push_back("      | " + std::string(DisplayWidth(shown), ' ') + "^");
 }
 
 void AddLines(const Examination& examination, std::vector<std::string>& lines) {
