@@ -1,10 +1,8 @@
-# Tests and analyses as targets: what has passed runs again only when something it depends on has been built since.
+# Tests as targets: what has passed runs again only when something it depends on has been built since.
 #
 #   tested          all tests; tested_NAME: one of them
-#   tidied          clang-tidy on every source, a file at a time
 
 add_custom_target(tested)
-add_custom_target(tidied)
 
 # A test for ctest and for the target `tested`. NEEDS are targets and files that it uses besides its command. The log and
 # the mark that it passed lie in tested/NAME of the build.
@@ -44,42 +42,4 @@ function(look_for_unchecked_tests)
             endif()
         endforeach()
     endwhile()
-endfunction()
-
-# clang-tidy for the sources of a target, whenever one was compiled, and for further files that this system does not
-# compile.
-function(tidy_sources target)
-    cmake_parse_arguments(PARSE_ARGV 1 tidy "" "" "ALSO")
-    if(CMAKE_CROSSCOMPILING)
-        return()
-    endif()
-    get_target_property(sources ${target} SOURCES)
-    foreach(source IN LISTS sources tidy_ALSO)
-        get_filename_component(file ${source} ABSOLUTE)
-        file(RELATIVE_PATH name ${PROJECT_SOURCE_DIR} ${file})
-        if(name MATCHES "\\.\\./|^build/|^tests/" OR NOT name MATCHES "\\.cpp$")
-            continue()
-        endif()
-        get_property(tidied GLOBAL PROPERTY cordelbox_tidied_sources)
-        if(name IN_LIST tidied) # compiled for another target too
-            continue()
-        endif()
-        set_property(GLOBAL APPEND PROPERTY cordelbox_tidied_sources ${name})
-        set(depends ${file} ${PROJECT_SOURCE_DIR}/.clang-tidy)
-        if(NOT source IN_LIST tidy_ALSO)
-            string(REPLACE "../" "__/" object ${source})
-            list(APPEND depends ${CMAKE_CURRENT_BINARY_DIR}/CMakeFiles/${target}.dir/${object}.o)
-        endif()
-        set(mark ${CMAKE_BINARY_DIR}/tidied/${name})
-        get_filename_component(folder ${mark} DIRECTORY)
-        file(MAKE_DIRECTORY ${folder})
-        add_custom_command(OUTPUT ${mark}
-            COMMAND ${PROJECT_SOURCE_DIR}/scripts/tidy ${CMAKE_BINARY_DIR} ${file} ${mark}
-            DEPENDS ${depends}
-            COMMENT "Analysing ${name}"
-            VERBATIM)
-        list(APPEND marks ${mark})
-    endforeach()
-    add_custom_target(tidied_${target} DEPENDS ${marks})
-    add_dependencies(tidied tidied_${target})
 endfunction()
