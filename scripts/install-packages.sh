@@ -12,7 +12,7 @@
 #   coverage   to measure which lines the tests reach
 #   mutants    to change the sources and see whether the tests notice
 #   packages   to make the packages, the installer for Windows and the API pages
-#   pictures   to make the pictures of the documentation
+#   pictures   to look at the page of cordelctl report, and to make the pictures of the documentation
 #   bare       to make a bare machine (scripts/on-bare-machine)
 #
 # Does nothing, and asks for nothing, when all are there.
@@ -50,7 +50,7 @@ packages_of() {
         ;;
     pictures)
         packages_of build
-        echo chromium pngquant
+        echo argyll chromium colord-data pngquant poppler-utils
         ;;
     coverage)
         packages_of native

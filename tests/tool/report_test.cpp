@@ -4,8 +4,11 @@
 
 #include <expat.h>
 
+#include <array>
 #include <cmath>
+#include <map>
 #include <regex>
+#include <set>
 
 using ::testing::AllOf;
 using ::testing::HasSubstr;
@@ -45,6 +48,52 @@ std::size_t CountOf(const std::string& text, const std::string& part) {
         ++count;
     }
     return count;
+}
+
+using Colours = std::map<std::string, std::array<double, 3>>;
+
+/// The colours by name of each block of the style sheet that defines them.
+std::vector<Colours> SchemesOf(const std::string& style) {
+    std::vector<Colours> schemes;
+    const std::regex block(":root \\{([^}]*)\\}");
+    const std::regex definition("--([a-z]+): #([0-9a-f]{6}|[0-9a-f]{3});");
+    for (std::sregex_iterator it(style.begin(), style.end(), block), end; it != end; ++it) {
+        const std::string definitions = (*it)[1];
+        Colours& colours = schemes.emplace_back();
+        for (std::sregex_iterator each(definitions.begin(), definitions.end(), definition); each != end; ++each) {
+            const std::string digits = (*each)[2];
+            const std::size_t width = digits.size() / 3;
+            for (std::size_t i = 0; i < 3; ++i) {
+                const std::string part = digits.substr(i * width, width);
+                colours[(*each)[1]][i] = std::stoi(width == 1 ? part + part : part, nullptr, 16) / 255.0;
+            }
+        }
+    }
+    return schemes;
+}
+
+/// The names of the colours that texts have.
+std::set<std::string> ColoursOfTexts(const std::string& style) {
+    std::set<std::string> names;
+    const std::regex use("[{; ]color: var\\(--([a-z]+)\\)");
+    for (std::sregex_iterator it(style.begin(), style.end(), use), end; it != end; ++it) {
+        names.insert((*it)[1]);
+    }
+    EXPECT_GE(names.size(), 5U);
+    return names;
+}
+
+/// As the guidelines for accessible pages define it: from 1 to 21.
+double Contrast(const std::array<double, 3>& one, const std::array<double, 3>& other) {
+    const auto luminance = [](const std::array<double, 3>& colour) {
+        const auto linear = [](double part) {
+            return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+        };
+        return 0.2126 * linear(colour[0]) + 0.7152 * linear(colour[1]) + 0.0722 * linear(colour[2]);
+    };
+    const double first = luminance(one);
+    const double second = luminance(other);
+    return (std::max(first, second) + 0.05) / (std::min(first, second) + 0.05);
 }
 
 } // namespace
@@ -151,6 +200,51 @@ TEST_F(Report, FilesThatShareAnIdAreMarkedWithTheReason) {
     EXPECT_EQ(CountOf(page, "<span class=\"bad\">0</span>"), 2U);
     EXPECT_THAT(page, HasSubstr("2 fonts have the ID 0."));
     EXPECT_THAT(page, HasSubstr("<a href=\"#document-1-Files-1\">"));
+}
+
+TEST_F(Report, ProfilesThatShareASlotAreMarkedAndSoIsTheSlot) {
+    Output({"files", "add", kRgbProfile, kProfileFolder + "compatibleWithAdobeRGB1998.icc"});
+    EXPECT_THAT(Page(), AllOf(Not(HasSubstr("class=\"clashing\"")), Not(HasSubstr("Another profile has slot"))));
+    Run({"files", "edit", "2", "--id", "2"});
+    const std::string page = Page();
+    EXPECT_EQ(CountOf(page, "<li class=\"clashing\">2 clashing: sRGB, "), 1U);
+    EXPECT_EQ(CountOf(page, "<span class=\"bad\">2</span>"), 2U);
+    EXPECT_EQ(CountOf(page, "<span class=\"bad\">Another profile has slot 2 too.</span>"), 2U);
+}
+
+TEST_F(Report, FindingsAboutJobsLinkToTheirRows) {
+    WriteBytes(UserPath("Workshop.xml"), "<R><Jobs><Item ID=\"1\" Name=\"a\"/></Jobs></R>");
+    EXPECT_THAT(Page({"--printer", "Workshop"}),
+                AllOf(HasSubstr("<a href=\"#document-2-Jobs-1\">"), HasSubstr("<tr id=\"document-2-Jobs-1\">")));
+}
+
+TEST_F(Report, EveryTextHasTheContrastThatTheAccessibilityGuidelinesAsk) {
+    const std::string page = Page();
+    const std::string style = page.substr(page.find("<style>"), page.find("</style>") - page.find("<style>"));
+    const std::vector<Colours> schemes = SchemesOf(style);
+    ASSERT_EQ(schemes.size(), 3U); // light, dark, print
+    for (const Colours& scheme : schemes) {
+        for (const std::string& text : ColoursOfTexts(style)) {
+            EXPECT_GE(Contrast(scheme.at(text), scheme.at("ground")), 4.5) << text;
+        }
+        for (const char* const text : {"ink", "bad"}) { // of slots
+            EXPECT_GE(Contrast(scheme.at(text), scheme.at("panel")), 4.5) << text;
+        }
+        for (const char* const block : {"used", "quiet"}) { // of maps, with their names in the colour of the ground
+            EXPECT_GE(Contrast(scheme.at("ground"), scheme.at(block)), 4.5) << block;
+        }
+        for (const char* const bar : {"used", "added", "bad"}) {
+            EXPECT_GE(Contrast(scheme.at(bar), scheme.at("rest")), 3) << bar;
+        }
+    }
+}
+
+TEST_F(Report, NoColourStandsOutsideTheSchemes) {
+    const std::string page = Page();
+    const std::string style = page.substr(page.find("<style>"), page.find("</style>") - page.find("<style>"));
+    const std::string rest = std::regex_replace(style, std::regex(":root \\{[^}]*\\}"), "");
+    EXPECT_LT(rest.size(), style.size());
+    EXPECT_FALSE(std::regex_search(rest, std::regex("#[0-9a-fA-F]{3}|rgb\\(|hsl\\(")));
 }
 
 TEST_F(Report, MarkupAndControlCharactersOfADocumentAreText) {

@@ -35,7 +35,7 @@ void CheckLocal(const Item& item, Findings& findings) {
         Add(Level::Warning, "local-file-changed", item,
             "The file has " + std::to_string(size) + " bytes, and " + std::to_string(*recorded) + " are recorded.",
             "What sending takes is worked out wrongly, and what is recorded of the file may be another's.",
-            "Record it anew: cordelctl files remove FILE, cordelctl files add PATH.", findings);
+            "When it is as it should be, record it anew: cordelctl files renew FILE.", findings);
     }
 }
 

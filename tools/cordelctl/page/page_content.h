@@ -30,9 +30,7 @@ struct PageBar {
 struct PageVolume {
     std::string anchor;
     std::string name;
-    std::string label;
-    std::string location;
-    std::string status;
+    std::string description; // label, location and status
     std::string total;
     std::string free;
     std::optional<PageBar> bar; // none when the sizes are no numbers
@@ -95,11 +93,16 @@ struct PageSlotGrid {
     std::vector<PageSlot> slots;
 };
 
+struct PageRow {
+    std::string anchor; // empty for none
+    std::vector<std::string> cells;
+};
+
 /// A table without pictures: jobs, settings.
 struct PageTable {
     std::string title;
     std::vector<std::string> headings;
-    std::vector<std::vector<std::string>> rows;
+    std::vector<PageRow> rows;
 };
 
 /// One document.

@@ -90,6 +90,7 @@ public:
 
     void Gather(PageSection& section, const Findings& findings, const TickedSizes& projectSizes) {
         NoteClashes(findings);
+        NoteSlots();
         AddDevices(section);
         AddPartitions(section);
         AddSending(section, projectSizes);
@@ -118,7 +119,7 @@ private:
 
     void NoteClashes(const Findings& findings) {
         for (const Finding& finding : findings) {
-            if (finding.check != "id-clash" && finding.check != "slot-taken-twice") {
+            if (finding.check != "id-clash") {
                 continue;
             }
             std::string_view items = finding.item;
@@ -130,6 +131,21 @@ private:
         }
     }
 
+    void NoteSlots() {
+        for (const Item& row : ItemsOf(m_root, "Files")) {
+            const auto slot = ParseSize(ValueIn(*row.node, "ID"));
+            if (slot && ValueIn(*row.node, "Type") == "6") {
+                m_slots[{ValueIn(*row.node, "ProfileType"), *slot}].push_back(TitleOf(row, "6"));
+            }
+        }
+    }
+
+    /// The titles of the profiles with this slot.
+    std::vector<std::string> OwnersOf(const std::string& profileType, std::int64_t slot) const {
+        const auto found = m_slots.find({profileType, slot});
+        return found != m_slots.end() ? found->second : std::vector<std::string>();
+    }
+
     void AddDevices(PageSection& section) {
         for (const Item& row : ItemsOf(m_root, "Storage")) {
             const std::string device = ValueIn(*row.node, "StorageName");
@@ -138,10 +154,14 @@ private:
             }
             const std::string total = ValueIn(*row.node, "TotalSpace");
             const std::string free = ValueIn(*row.node, "FreeSpace");
+            std::string description;
+            for (const char* const attribute : {"Label", "Location", "Status"}) {
+                const std::string value = ValueIn(*row.node, attribute);
+                description += (description.empty() || value.empty() ? "" : ", ") + value;
+            }
             section.devices.back().volumes.push_back({Anchor("Storage", row, "Volume"), ValueIn(*row.node, "Volume"),
-                                                      ValueIn(*row.node, "Label"), ValueIn(*row.node, "Location"),
-                                                      ValueIn(*row.node, "Status"), ReadableSize(total),
-                                                      ReadableSize(free), UsageOf(total, free)});
+                                                      description, ReadableSize(total), ReadableSize(free),
+                                                      UsageOf(total, free)});
         }
     }
 
@@ -242,6 +262,11 @@ private:
         file.isTicked = ValueIn(*row.node, "checked") == "1";
         const auto clash = m_clashes.find(NameOfItem(row, "FileID"));
         file.clash = clash != m_clashes.end() ? clash->second : std::string();
+        const auto slot = ParseSize(file.id);
+        if (file.clash.empty() && type == "6" && slot &&
+            OwnersOf(ValueIn(*row.node, "ProfileType"), *slot).size() > 1) {
+            file.clash = "Another profile has slot " + file.id + " too.";
+        }
         if (type == "1" || type == "5" || type == "6") {
             AddPicture(file, type, ValueIn(*row.node, "LocalPath"));
         }
@@ -287,16 +312,9 @@ private:
             if (slots.empty()) {
                 continue;
             }
-            std::map<std::size_t, std::vector<std::string>> owners;
-            for (const Item& row : ItemsOf(m_root, "Files")) {
-                const auto slot = ParseSize(ValueIn(*row.node, "ID"));
-                if (ValueIn(*row.node, "ProfileType") == kind.profileType && slot) {
-                    owners[static_cast<std::size_t>(*slot)].push_back(TitleOf(row, "6"));
-                }
-            }
             PageSlotGrid grid{kind.title, {}};
             for (std::size_t slot = 1; slot <= slots.size(); ++slot) {
-                const std::vector<std::string>& names = owners[slot];
+                const std::vector<std::string> names = OwnersOf(kind.profileType, static_cast<std::int64_t>(slot));
                 std::string owner;
                 for (const std::string& name : names) {
                     owner += (owner.empty() ? "" : ", ") + name;
@@ -315,9 +333,10 @@ private:
     void AddJobs(PageSection& section) {
         PageTable table{"Stored jobs", {"ID", "Name", "Type", "Copies", "Stored on", "Ticked"}, {}};
         for (const Item& row : ItemsOf(m_root, "Jobs")) {
-            table.rows.push_back({ValueIn(*row.node, "ID"), ValueIn(*row.node, "Name"), ValueIn(*row.node, "Type"),
-                                  ValueIn(*row.node, "Copies"), ValueIn(*row.node, "Stored"),
-                                  ValueIn(*row.node, "checked") == "1" ? "yes" : "no"});
+            table.rows.push_back({Anchor("Jobs", row, "ID"),
+                                  {ValueIn(*row.node, "ID"), ValueIn(*row.node, "Name"), ValueIn(*row.node, "Type"),
+                                   ValueIn(*row.node, "Copies"), ValueIn(*row.node, "Stored"),
+                                   ValueIn(*row.node, "checked") == "1" ? "yes" : "no"}});
         }
         if (!table.rows.empty()) {
             section.tables.push_back(std::move(table));
@@ -328,7 +347,7 @@ private:
         PageTable table{"Settings of the PCL filter", {"Setting", "Value"}, {}};
         for (const char* const setting : kPclSettings) {
             if (const auto value = m_document.FirstValue(kPclSettingsElement, setting)) {
-                table.rows.push_back({setting, *value});
+                table.rows.push_back({{}, {setting, *value}});
             }
         }
         if (!table.rows.empty()) {
@@ -343,6 +362,7 @@ private:
     int& m_nPictures;
     std::map<std::pair<std::string, std::string>, std::string> m_anchors; // by container and name of the row
     std::map<std::string, std::string, std::less<>> m_clashes;            // why, by name of the file's row
+    std::map<std::pair<std::string, std::int64_t>, std::vector<std::string>> m_slots; // who has them, by ProfileType
 };
 
 const char* SeverityOf(Level level) {

@@ -16,12 +16,29 @@ using kainjow::mustache::mustache;
 using kainjow::mustache::partial;
 
 constexpr double kBarWidth = 1000;
+constexpr double kMapWidth = 100;        // percent
+constexpr std::size_t kWordOfColumn = 6; // bytes; a longer word may be broken where a table would not fit
 
 /// A text as the page shows it: no control character reaches it, no mark that turns the text around it, and nothing
 /// that XML cannot hold. Markup is escaped where the text is put in.
 std::string Shown(const std::string& text) { return Printable(text); }
 
 std::string Rounded(double number) { return std::to_string(std::lround(number)); }
+
+std::string WithTenths(double number) {
+    const long tenths = std::lround(number * 10);
+    return std::to_string(tenths / 10) + '.' + std::to_string(tenths % 10);
+}
+
+std::size_t LongestWord(std::string_view text) {
+    std::size_t longest = 0;
+    while (!text.empty()) {
+        const std::size_t length = std::min(text.find(' '), text.size());
+        longest = std::max(longest, length);
+        text.remove_prefix(std::min(length + 1, text.size()));
+    }
+    return longest;
+}
 
 /// Sets a text; an empty one is no text to the page, which then leaves out what stands around it.
 void SetText(data& object, const std::string& key, const std::string& text) {
@@ -69,9 +86,7 @@ data Drawn(const PageVolume& volume) {
     data object;
     SetText(object, "anchor", volume.anchor);
     object.set("name", Shown(volume.name));
-    object.set("label", Shown(volume.label));
-    object.set("location", Shown(volume.location));
-    object.set("status", Shown(volume.status));
+    object.set("description", Shown(volume.description));
     object.set("total", Shown(volume.total));
     object.set("free", Shown(volume.free));
     SetBar(object, volume.bar);
@@ -107,8 +122,8 @@ data Drawn(const PagePartitionMap& map) {
         block.set("name", Shown(partition.name));
         block.set("size", Shown(partition.size));
         block.set("percent", Shown(partition.percent));
-        block.set("x", Rounded(left * kBarWidth));
-        block.set("width", Rounded(width * kBarWidth));
+        block.set("x", WithTenths(left * kMapWidth));
+        block.set("width", WithTenths(width * kMapWidth));
         block.set("even", data(bEven));
         blocks.push_back(block);
         left += width;
@@ -238,18 +253,23 @@ private:
     }
 
     static data DrawTable(const PageTable& table) {
-        const auto texts = [](const std::vector<std::string>& cells) {
-            return ListOf(cells, [](const std::string& cell) { return data(Shown(cell)); });
-        };
         data object;
         object.set("title", Shown(table.title));
-        object.set("headings", texts(table.headings));
-        object.set("rows", ListOf(table.rows, [&](const std::vector<std::string>& cells) {
+        object.set("headings", ListOf(table.headings, [](const std::string& text) { return data(Shown(text)); }));
+        object.set("rows", ListOf(table.rows, [](const PageRow& cells) {
                        data row;
-                       row.set("cells", texts(cells));
+                       SetText(row, "anchor", cells.anchor);
+                       row.set("cells", ListOf(cells.cells, [](const std::string& text) { return DrawCell(text); }));
                        return row;
                    }));
         return object;
+    }
+
+    static data DrawCell(const std::string& text) {
+        data cell;
+        cell.set("text", Shown(text));
+        cell.set("long", data(LongestWord(text) > kWordOfColumn));
+        return cell;
     }
 
     const PageContent& m_content;
