@@ -74,6 +74,10 @@ TEST_F(CommandLine, RowsComeInTheColumnsAndTheFormAskedFor) {
     EXPECT_EQ(std::count(zero.begin(), zero.end(), '\0'), 3);
     EXPECT_EQ(zero.substr(0, 4), "101\t");
     EXPECT_EQ(Run({"job", "list", "--printer", "Atrium", "--columns", "Idd"}).status, kUsage);
+    EXPECT_EQ(Run({"job", "list", "--columns", "Idd"}).status, kUsage) << "there are no jobs";
+    EXPECT_EQ(Output({"files", "list", "--quiet", "-0", "--columns", "FileID,Copyright"}), "") << "there are no files";
+    EXPECT_EQ(Run({"show", "Files", "--columns", "FileIDs"}).status, kUsage);
+    EXPECT_EQ(Run({"id", "next", "rgb", "--columns", "ID"}).status, kUsage) << "it prints no table";
     EXPECT_EQ(Output({"--quiet", "set", "Project", "Name", "x"}), "");
 }
 

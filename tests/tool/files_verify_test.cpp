@@ -166,6 +166,22 @@ TEST_F(FilesVerify, ARenewedFileIsRenewedAmongTheDigestsToo) {
     EXPECT_EQ(Codes(), nlohmann::json::array());
 }
 
+TEST_F(FilesVerify, DigestsStayAsTheyAreWhenTheCommandFails) {
+    const std::string file = UserFile("a.mac", "text");
+    const auto time = std::filesystem::last_write_time(file);
+    Output({"files", "add", "--type", "2", file});
+    Output({"files", "verify", "--keep-digests"});
+    WriteBytes(file, "TEXT");
+    std::filesystem::last_write_time(file, time);
+    const ToolRun batch = Run({"batch"}, "files renew --all\nfiles verify --keep-digests\nfiles remove 99\n");
+    EXPECT_EQ(batch.status, kMissing);
+    EXPECT_EQ(Codes(), nlohmann::json({"file-changed"}));
+    EXPECT_EQ(Run({"batch", "--dry-run"}, "files verify --keep-digests\n").status, kDone);
+    EXPECT_EQ(Codes(), nlohmann::json({"file-changed"}));
+    Run({"batch"}, "files renew --all\n");
+    EXPECT_EQ(Codes(), nlohmann::json::array());
+}
+
 TEST_F(FilesVerify, AFileThatIsAddedAgainIsNotHeldAgainstItsOldDigest) {
     const std::string file = UserFile("a.mac", "text");
     Output({"files", "add", "--type", "2", file});

@@ -3,6 +3,7 @@
 #include "tool_test.h"
 
 using ::testing::HasSubstr;
+using ::testing::Not;
 
 class Printers : public ToolTest {
 protected:
@@ -34,6 +35,24 @@ TEST_F(Printers, ANewOneIsReadyForUse) {
 TEST_F(Printers, ANewOneMayBeLikeAnother) {
     Output({"printer", "add", "Twin", "--like", "Atrium"});
     EXPECT_EQ(Saved("Jobs", "Twin.xml"), Saved("Jobs", "Atrium.xml"));
+}
+
+TEST_F(Printers, TakeTheDigestsOfTheirFilesAlong) {
+    Output({"printer", "add", "Lab"});
+    const std::string file = UserFile("a.mac", "text");
+    const auto time = std::filesystem::last_write_time(file);
+    Output({"--printer", "Lab", "files", "add", "--type", "2", file});
+    Output({"--printer", "Lab", "files", "verify", "--keep-digests"});
+    WriteBytes(file, "TEXT");
+    std::filesystem::last_write_time(file, time);
+    Output({"printer", "rename", "Lab", "Studio"});
+    EXPECT_THAT(Run({"--printer", "Studio", "files", "verify"}).output, HasSubstr("file-changed"));
+
+    EXPECT_THAT(Output({"printer", "remove", "Studio"}), HasSubstr("the digests of its files are gone"));
+    Output({"printer", "add", "Studio"});
+    Output({"--printer", "Studio", "files", "add", "--type", "2", file});
+    EXPECT_THAT(Run({"--printer", "Studio", "files", "verify"}).output, Not(HasSubstr("file-changed")));
+    EXPECT_THAT(Output({"printer", "remove", "Studio"}), Not(HasSubstr("digests")));
 }
 
 TEST_F(Printers, AreRemovedAndBroughtBack) {

@@ -36,34 +36,49 @@ std::string ShownIn(const Column& column, const Value& value) {
 
 bool IsAlignedRight(const Column& column) { return column.format == Format::Number || column.format == Format::Size; }
 
+/// The names of --columns.
+std::vector<std::string> NamesIn(const std::string& columns) {
+    std::vector<std::string> names;
+    for (std::size_t begin = 0; begin <= columns.size();) {
+        const std::size_t end = std::min(columns.find(',', begin), columns.size());
+        names.push_back(columns.substr(begin, end - begin));
+        begin = end + 1;
+    }
+    return names;
+}
+
 /// The columns that were asked for; the table's own without --columns.
 std::vector<Column> ChosenColumns(const Result& result, const Globals& globals) {
     if (globals.columns.empty()) {
         return result.columns;
     }
-    std::vector<std::string> known;
-    for (const Value& row : result.data.Items()) {
-        for (const auto& [name, value] : row.Members()) {
-            if (std::find(known.begin(), known.end(), name) == known.end()) {
-                known.push_back(name);
-            }
-        }
-    }
     std::vector<Column> chosen;
-    for (std::size_t begin = 0; begin <= globals.columns.size();) {
-        const std::size_t end = std::min(globals.columns.find(',', begin), globals.columns.size());
-        const std::string name = globals.columns.substr(begin, end - begin);
+    for (const std::string& name : NamesIn(globals.columns)) {
         const auto own = std::find_if(result.columns.begin(), result.columns.end(),
                                       [&](const Column& column) { return column.key == name; });
-        if (own == result.columns.end() && !result.data.Items().empty() &&
-            std::find(known.begin(), known.end(), name) == known.end()) {
-            throw CFailure(ExitCode::Usage, "there is no column \"" + name + "\"" + DidYouMean(name, known),
-                           "columns: " + Joined(known, ", "));
-        }
         chosen.push_back(own != result.columns.end() ? *own : Column{name, name, Format::Text});
-        begin = end + 1;
     }
     return chosen;
+}
+
+/// What rows of the result can have, whether there are any or not.
+std::vector<std::string> KnownNames(const Result& result) {
+    std::vector<std::string> known;
+    const auto add = [&known](const std::string& name) {
+        if (std::find(known.begin(), known.end(), name) == known.end()) {
+            known.push_back(name);
+        }
+    };
+    for (const Column& column : result.columns) {
+        add(column.key);
+    }
+    std::for_each(result.names.begin(), result.names.end(), add);
+    for (const Value& row : result.data.Items()) {
+        for (const auto& [name, value] : row.Members()) {
+            add(name);
+        }
+    }
+    return known;
 }
 
 /// Makes the widest columns narrower until a line fits the terminal; the last may run over when that is not enough.
@@ -222,6 +237,19 @@ void PrintForPeople(const Result& result, const Globals& globals) {
 }
 
 } // namespace
+
+void RequireColumns(const Result& result, const Globals& globals) {
+    if (globals.columns.empty() || result.silent) {
+        return;
+    }
+    const std::vector<std::string> known = KnownNames(result);
+    for (const std::string& name : NamesIn(globals.columns)) {
+        if (std::find(known.begin(), known.end(), name) == known.end()) {
+            throw CFailure(ExitCode::Usage, "there is no column \"" + name + "\"" + DidYouMean(name, known),
+                           known.empty() ? "this prints no table" : "columns: " + Joined(known, ", "));
+        }
+    }
+}
 
 void PrintResult(const Result& result, const Globals& globals) {
     if (result.silent) {

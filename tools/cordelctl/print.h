@@ -10,6 +10,9 @@
 #include <utility>
 #include <vector>
 
+/// Throws CFailure (Usage) when --columns names what no row of the result can have.
+void RequireColumns(const Result& result, const Globals& globals);
+
 /// Prints a result to standard output, and its notes to standard error.
 void PrintResult(const Result& result, const Globals& globals);
 

@@ -35,6 +35,7 @@ struct Result {
     Shape shape = Shape::Said;
     Value data;
     std::vector<Column> columns;    // of a table
+    std::vector<std::string> names; // what its rows may have beside these
     std::vector<std::string> said;  // what was done, for a person; printed before a table or record
     std::vector<std::string> notes; // what deserves attention, for standard error
     ExitCode status = ExitCode::Done;

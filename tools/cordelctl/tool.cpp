@@ -36,6 +36,7 @@ Result RunOn(const Command& command, const Globals& globals, const std::string& 
     const auto run = [&](CSession& session) {
         Context context(*command.verb, command.arguments, globals, session);
         Result result = command.verb->run(context);
+        RequireColumns(result, globals); // before anything is saved
         // Also a verb that works out no figure says when it worked on what has an error.
         const auto errors = session.ErrorsInUse();
         result.notes.insert(result.notes.end(), errors.begin(), errors.end());

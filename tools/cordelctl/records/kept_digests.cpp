@@ -11,23 +11,14 @@ std::filesystem::path DigestFile(const DocumentPlace& place) {
     return file.replace_extension(".digests");
 }
 
-} // namespace
-
-DigestList KeptDigests(const DocumentPlace& place) {
-    if (!place.IsKept()) {
-        return {};
-    }
-    std::error_code error;
+DigestList Read(const DocumentPlace& place) {
     const auto file = DigestFile(place);
+    std::error_code error;
     return std::filesystem::exists(file, error) ? ReadDigestList(host::ReadBytes(file)) : DigestList();
 }
 
-void KeepDigests(const DocumentPlace& place, const DigestList& digests) {
-    if (!place.IsKept()) {
-        throw CFailure(ExitCode::NotKept, "there is no copy of your own beside which digests could be kept",
-                       "make one: cordelctl init");
-    }
-    DigestList all = KeptDigests(place);
+void Keep(const DocumentPlace& place, const DigestList& digests) {
+    DigestList all = Read(place);
     for (const auto& [path, digest] : digests) {
         all[path] = digest;
     }
@@ -38,19 +29,43 @@ void KeepDigests(const DocumentPlace& place, const DigestList& digests) {
     }
 }
 
-DigestList RenewKeptDigests(const DocumentPlace& place, const std::vector<std::string>& localPaths, bool dryRun) {
+} // namespace
+
+DigestList KeptDigests(const DocumentPlace& place) { return place.IsKept() ? Read(place) : DigestList(); }
+
+void KeepDigests(CSession& session, const DocumentPlace& place, const DigestList& digests) {
+    if (!place.IsKept()) {
+        throw CFailure(ExitCode::NotKept, "there is no copy of your own beside which digests could be kept",
+                       "make one: cordelctl init");
+    }
+    if (session.Mode() == Access::Change) {
+        session.AfterSave([place, digests] { Keep(place, digests); });
+    } else {
+        Keep(place, digests);
+    }
+}
+
+DigestList ChangedDigests(const DocumentPlace& place, const std::vector<std::string>& localPaths) {
     const DigestList kept = KeptDigests(place);
-    DigestList renewed;
+    DigestList changed;
     for (const std::string& path : localPaths) {
         if (const auto known = kept.find(path); known != kept.end()) {
             std::string digest = Sha256OfFile(host::PathOf(path));
             if (digest != known->second) {
-                renewed.emplace(path, std::move(digest));
+                changed.emplace(path, std::move(digest));
             }
         }
     }
-    if (!renewed.empty() && !dryRun) {
-        KeepDigests(place, renewed);
-    }
-    return renewed;
+    return changed;
+}
+
+void MoveDigests(const DocumentPlace& from, const DocumentPlace& to) {
+    ForgetDigests(to); // of a document that once had the name
+    std::error_code none;
+    std::filesystem::rename(DigestFile(from), DigestFile(to), none);
+}
+
+bool ForgetDigests(const DocumentPlace& place) {
+    std::error_code none;
+    return std::filesystem::remove(DigestFile(place), none);
 }

@@ -4,13 +4,21 @@
 
 #include "digests/digest_list.h"
 #include "document/places.h"
+#include "transaction/session.h"
 
 /// None when none are kept.
 DigestList KeptDigests(const DocumentPlace& place);
 
-/// Keeps these beside those that are kept already. Throws CFailure (NotKept).
-void KeepDigests(const DocumentPlace& place, const DigestList& digests);
+/// Keeps these beside those that are kept already: in a transaction when it has saved its changes, else at once. Throws
+/// CFailure (NotKept).
+void KeepDigests(CSession& session, const DocumentPlace& place, const DigestList& digests);
 
-/// Brings digests that are kept of these files up to date, and returns the files whose content was another; with
-/// `dryRun` nothing is written. Throws CFailure (NotKept), and std::runtime_error for a file that cannot be read.
-DigestList RenewKeptDigests(const DocumentPlace& place, const std::vector<std::string>& localPaths, bool dryRun);
+/// Of these files, those whose content is another than the digest that is kept tells, with their present digests.
+/// Throws std::runtime_error for a file that cannot be read.
+DigestList ChangedDigests(const DocumentPlace& place, const std::vector<std::string>& localPaths);
+
+/// Takes the digests along when a document gets another name.
+void MoveDigests(const DocumentPlace& from, const DocumentPlace& to);
+
+/// Forgets the digests of a document that is removed. False when there are none.
+bool ForgetDigests(const DocumentPlace& place);

@@ -259,6 +259,12 @@ bool CSession::Save(const std::string& command) {
     return true;
 }
 
+void CSession::FinishSave() {
+    for (const auto& work : m_afterSave) {
+        work();
+    }
+}
+
 std::vector<std::string> CSession::ErrorsInUse() const {
     std::vector<std::string> errors;
     for (const auto& [path, opened] : m_documents) {
@@ -298,6 +304,12 @@ Result RunTransaction(const Globals& globals, const std::string& command,
             return differences;
         }
         if (session.Save(command)) {
+            try {
+                session.FinishSave();
+            } catch (const CFailure& failure) {
+                result.notes.push_back("the change was saved, but " + std::string(failure.what()));
+                result.status = failure.Code();
+            }
             if (host::IsInterrupted()) {
                 result.notes.emplace_back("interrupted, but the change was saved");
                 result.status = ExitCode::Interrupted;

@@ -55,6 +55,12 @@ public:
     /// Throws CFailure (NotKept), and then nothing is changed.
     bool Save(const std::string& command);
 
+    /// Has something done after the changes were saved, and never when they are not. What it throws does not undo them.
+    void AfterSave(std::function<void()> work) { m_afterSave.push_back(std::move(work)); }
+
+    /// Does it. Throws CFailure when some of it failed.
+    void FinishSave();
+
     /// What makes hosts read wrong values of what the command used.
     std::vector<std::string> ErrorsInUse() const;
 
@@ -74,6 +80,7 @@ private:
     bool m_bDryRun;
     CDocumentLocks& m_locks;
     std::map<std::filesystem::path, Opened> m_documents;
+    std::vector<std::function<void()>> m_afterSave;
 };
 
 /// Runs the work in a transaction, again when another program came between. Its result is that of the last run, or with

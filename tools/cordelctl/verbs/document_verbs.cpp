@@ -2,6 +2,7 @@
 
 #include "document/copies.h"
 #include "failure.h"
+#include "records/kept_digests.h"
 #include "system/terminal.h"
 #include "text/nearest.h"
 #include "transaction/history.h"
@@ -194,6 +195,7 @@ Result Paths(Context& context) {
                       {"read", "READ", Format::Text},
                       {"written", "WRITTEN", Format::Text},
                       {"why", "WHY", Format::Text}};
+    result.names = {"copy", "installed", "perUser"};
     return result;
 }
 
@@ -236,6 +238,7 @@ Result ListPrinters(Context&) {
     result.columns = {{"printer", "PRINTER", Format::Text},
                       {"installed", "INSTALLED", Format::Text},
                       {"copy", "YOUR COPY", Format::Text}};
+    result.names = {"document"};
     return result;
 }
 
@@ -296,6 +299,11 @@ Result RemovePrinter(Context& context) {
         result.said.push_back("to have it back: cordelctl restore " + std::to_string(state->number) + " --printer " +
                               place.name);
     }
+    if (ForgetDigests(place)) {
+        result.said.push_back("the digests of its files are gone; to keep them again: cordelctl files verify "
+                              "--keep-digests --printer " +
+                              place.name);
+    }
     if (installed) {
         result.notes.push_back("the installed document of this printer is there again: " +
                                host::TextOf(place.installed));
@@ -330,6 +338,7 @@ Result RenamePrinter(Context& context) {
         throw CFailure(ExitCode::NotKept, "nothing was renamed: " + error.message());
     }
     CHistory(from).MoveTo(to);
+    MoveDigests(from, to);
     result.said.push_back("printer " + from.name + " is called " + to.name + " now");
     if (std::filesystem::exists(from.installed)) {
         result.notes.push_back("the installed document " + from.name +

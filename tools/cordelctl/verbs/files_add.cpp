@@ -196,6 +196,14 @@ void AddFindings(Value& row, const FileFindings& findings) {
     }
 }
 
+/// Digests that are kept of files that are added again tell of them as they are now.
+void RenewDigests(Context& context, const std::vector<std::string>& localPaths) {
+    const DigestList changed = ChangedDigests(context.Place(), localPaths);
+    if (!changed.empty()) {
+        KeepDigests(context.Session(), context.Place(), changed);
+    }
+}
+
 Result Add(Context& context) {
     const std::vector<Candidate> candidates = CandidatesOf(context);
     CDocument& document = context.Document();
@@ -234,7 +242,7 @@ Result Add(Context& context) {
     }
     Result result = intake.Finish();
     if (result.status == ExitCode::Done || result.partial) {
-        RenewKeptDigests(context.Place(), adder.LocalPaths(), context.Options().dryRun);
+        RenewDigests(context, adder.LocalPaths());
     }
     return result;
 }

@@ -111,6 +111,7 @@ Result ListFiles(Context& context) {
                       {"Volume", "VOLUME", Format::Text},
                       {"Size", "SIZE", Format::Size},
                       {"LocalPath", "LOCAL PATH", Format::Text}};
+    result.names = AttributeNames(Files());
     return result;
 }
 
@@ -172,6 +173,7 @@ Result EditFiles(Context& context) {
                       {"Volume", "VOLUME", Format::Text},
                       {"Path", "PATH", Format::Text},
                       {"Component", "COMPONENT", Format::Text}};
+    result.names = AttributeNames(Files());
     const IdCheck check = newID && !next ? CheckID(document, rows.front().Value("FileID")) : IdCheck{};
     if (check.clash) {
         result.notes.push_back(ClashText(context, check));

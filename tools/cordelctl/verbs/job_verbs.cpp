@@ -46,6 +46,7 @@ Result ListJobs(Context& context) {
                       {"Type", "TYPE", Format::Text},
                       {"Copies", "COPIES", Format::Number},
                       {"Stored", "STORED", Format::Text}};
+    result.names = AttributeNames(Jobs());
     return result;
 }
 

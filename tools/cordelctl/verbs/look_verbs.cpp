@@ -28,6 +28,9 @@ Result Show(Context& context) {
     }
     const std::vector<Row> rows = document.RowsWhere(container, FilterOf(context.Texts("--where")));
     Result result = TableOf(rows);
+    if (const ContainerSchema* const schema = FindContainerSchema(container); schema != nullptr) {
+        result.names = AttributeNames(*schema);
+    }
     if (rows.empty()) {
         result.shape = Result::Shape::Said;
         result.said.push_back(container + (context.Has("--where") ? " has no such item" : " is empty"));

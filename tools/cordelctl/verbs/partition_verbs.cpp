@@ -126,6 +126,7 @@ Result ListPartitions(Context& context) {
                       {"Partition", "PARTITION", Format::Text}, {"Image", "IMAGE", Format::Number},
                       {"Size", "KIB", Format::Number},          {"Percent", "PERCENT", Format::Number},
                       {"share", "SHARE", Format::Usage}};
+    result.names = AttributeNames(Schema(kDisk.current));
     int percent = 0;
     for (const Row& row : document.RowsOrNone("CurrentDisk")) {
         percent += static_cast<int>(ParseSize(row.Value("Percent")).value_or(0));

@@ -170,6 +170,13 @@ Value DataOf(const Row& row) {
     return record;
 }
 
+std::vector<std::string> AttributeNames(const ContainerSchema& container) {
+    std::vector<std::string> names;
+    std::transform(container.attributes.begin(), container.attributes.end(), std::back_inserter(names),
+                   [](const AttributeSchema& attribute) { return std::string(attribute.name); });
+    return names;
+}
+
 Result TableOf(const std::vector<Row>& rows) {
     Result result;
     result.shape = Result::Shape::Table;

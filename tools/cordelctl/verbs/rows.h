@@ -43,6 +43,9 @@ void EditRows(CDocument& document, const ContainerSchema& container, std::vector
 /// A row as data: every attribute a member.
 Value DataOf(const Row& row);
 
+/// The attributes that rows of a container of the schema can have.
+std::vector<std::string> AttributeNames(const ContainerSchema& container);
+
 /// The rows as a table with a column for each attribute that one of them has.
 Result TableOf(const std::vector<Row>& rows);
 

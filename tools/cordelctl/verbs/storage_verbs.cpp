@@ -101,6 +101,7 @@ Result VolumeTable(CDocument& document, const Filter& filter) {
                       {"Label", "LABEL", Format::Text},        {"Location", "LOCATION", Format::Text},
                       {"Status", "STATUS", Format::Text},      {"TotalSpace", "TOTAL", Format::Size},
                       {"FreeSpace", "FREE", Format::Size},     {"used", "USED", Format::Usage}};
+    result.names = AttributeNames(Schema("Storage"));
     return result;
 }
 

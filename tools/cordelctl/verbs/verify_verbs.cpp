@@ -136,7 +136,7 @@ Result Verify(Context& context) {
         verifier.Verify(rows[i]);
     }
     if (context.Has("--keep-digests")) {
-        KeepDigests(place, verifier.Digests());
+        KeepDigests(context.Session(), place, verifier.Digests());
     }
     Result result;
     const std::size_t errors = verifier.Errors();
@@ -168,7 +168,10 @@ Result Renew(Context& context) {
         }
         localPaths.push_back(row.Value("LocalPath"));
     }
-    const DigestList changed = RenewKeptDigests(context.Place(), localPaths, context.Options().dryRun);
+    const DigestList changed = ChangedDigests(context.Place(), localPaths);
+    if (!changed.empty()) {
+        KeepDigests(context.Session(), context.Place(), changed);
+    }
     Result result;
     result.data = Value::List();
     std::size_t renewed = 0;
