@@ -8,7 +8,8 @@
 
 namespace {
 
-/// Characters that an excerpt has at most before the place, and from the place on: more than a line of a terminal shows.
+/// Characters that an excerpt has at most before the place, and from the place on: more than a line of a terminal
+/// shows.
 constexpr std::size_t kBefore = 40;
 constexpr std::size_t kBehind = 100;
 
