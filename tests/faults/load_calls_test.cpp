@@ -92,6 +92,8 @@ protected:
 
     PoolOwner m_owner{};
 
+    bool IsOfCopy(const SystemCall& call) const { return call.path == m_copy; }
+
     /// The tree as text.
     std::string Contents(CXmlObject& document) const {
         const fs::path file = m_folder.Path() / "contents";
@@ -190,6 +192,50 @@ TEST_P(LoadCalls, FailingTwiceLeaveAWholeDocumentOrNone) {
         }
     }
     ExpectNextLoadToWork();
+}
+
+TEST_P(LoadCalls, ThatFailAreNamedInTheReasonWithTheirError) {
+    const auto reasonWhere = [this](const CSystemCallWatch::Judge& judge) {
+        CXmlObject document;
+        CReason reason;
+        CSystemCallWatch watch(judge);
+        EXPECT_EQ(document.OpenFile(m_copy.c_str(), &reason), 1);
+        return reason;
+    };
+    for (const char* const name : {"open", "fstat", "pread"}) {
+        const CReason reason = reasonWhere(
+            [&](std::size_t, const SystemCall& call) { return Fate{call.name == name && IsOfCopy(call) ? EIO : 0}; });
+        EXPECT_EQ(reason.m_kind, ReasonKind::CallFailed);
+        EXPECT_STREQ(reason.m_pCall, name);
+        EXPECT_EQ(reason.m_nError, static_cast<std::uint32_t>(EIO));
+    }
+    bool bRead = false;
+    const CReason afterwards = reasonWhere([&](std::size_t, const SystemCall& call) {
+        bRead = bRead || call.name == "pread";
+        return Fate{bRead && call.name == "fstat" ? ENOMEM : 0};
+    });
+    EXPECT_EQ(afterwards.m_kind, ReasonKind::OutOfMemory);
+    EXPECT_STREQ(afterwards.m_pCall, "fstat");
+    const CReason changing = reasonWhere([](std::size_t, const SystemCall& call) {
+        return Fate{0, false, call.name == "pread" ? 0 : std::size_t(-1)};
+    });
+    EXPECT_EQ(changing.m_kind, ReasonKind::InUse);
+}
+
+TEST_P(LoadCalls, OfTheExistenceTestThatFailAreNamedInTheReason) {
+    for (const char* const name : {"open", "fstat", "flock"}) {
+        bool bFailed = false;
+        CSystemCallWatch watch([&](std::size_t, const SystemCall& call) {
+            const bool bFails = !bFailed && call.name == name && IsOfCopy(call);
+            bFailed = bFailed || bFails;
+            return Fate{bFails ? EIO : 0};
+        });
+        CXmlObject document;
+        EXPECT_EQ(document.Open(kLoadedName), 0);
+        EXPECT_EQ(document.m_file.m_nLoadState, LoadState::FromInstallFolder) << name;
+        EXPECT_STREQ(document.m_file.m_whyNotUserCopy.m_pCall, name);
+        EXPECT_EQ(document.m_file.m_whyNotUserCopy.m_nError, static_cast<std::uint32_t>(EIO));
+    }
 }
 
 TEST_P(LoadCalls, ThatReadLessThanWasAskedForReadOn) {

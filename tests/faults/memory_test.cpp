@@ -8,6 +8,8 @@
 #include "fault_document.h"
 #include "nodes/node_writers.h"
 #include "store/module_state.h"
+#include "store/outcome.h"
+#include "store/xml_object.h"
 
 #include <gtest/gtest.h>
 
@@ -260,6 +262,77 @@ TEST(EngineMemory, FailingInARequestAddsNothingToIt) {
     EXPECT_EQ(query.m_attrs.Count(), 1);
 }
 
+TEST(EngineMemory, FailingIsTheReasonThatAnOperationGives) {
+    const std::string longText(40000, 't');
+    const CRequest item = CRequest("List", "").With("Name", longText.c_str());
+    const CRequest value("List", "Name", longText.c_str());
+    const auto write = [&](CEngineDocument& document, COutcome& outcome) {
+        return WriteItem(&document.Object(), &item, &outcome);
+    };
+    const auto set = [&](CEngineDocument& document, COutcome& outcome) {
+        return WriteAttribute(&document.Object(), &value, &outcome);
+    };
+    int failures = 0;
+    const auto tryAll = [&failures](const auto& operation) {
+        for (std::size_t allocation = 1;; ++allocation) {
+            CEngineDocument document("<r><List><Item Name=''/></List></r>");
+            COutcome outcome;
+            int32_t status = -1;
+            CLibraryMemory::Reset();
+            {
+                const CLibraryMemory memory(allocation);
+                status = operation(document, outcome);
+            }
+            if (!CLibraryMemory::HasFailed()) {
+                return;
+            }
+            if (status != 0) {
+                ++failures;
+                EXPECT_EQ(outcome.m_what, What::Failed) << allocation;
+                EXPECT_EQ(outcome.m_reason.m_kind, ReasonKind::OutOfMemory) << allocation;
+            }
+        }
+    };
+    tryAll(write);
+    tryAll(set);
+    EXPECT_GT(failures, 5);
+}
+
+TEST(HostMemory, IsGivenBackByTheFunctionsThatAreForIt) {
+    const auto file = [](const char* id, const char* checked) {
+        return "<Item FileID='" + std::string(id) + "' Component='c' ID='1' Type='2' Volume='v' Path='p' " +
+               "LocalPath='l' Size='1' CreateDate='d' checked='" + checked + "'/>";
+    };
+    CEngineDocument document("<r><Files>" + file("1", "1") + file("2", "0") + file("3", "1") + file("4", "1") +
+                             "</Files><Jobs><Item Name='n' ID='1'/></Jobs></r>");
+    CLibraryMemory::Reset();
+    const std::size_t before = CLibraryMemory::Outstanding();
+    {
+        const CLibraryMemory memory;
+        FileItem first{};
+        EXPECT_EQ(GetFiles(&first), 3);
+        FileItem* const third = first.next->next;
+        FreeFileItem(first.next);
+        FreeFileItem(&first);
+        EXPECT_NE(third, nullptr);
+        int32_t count = 0;
+        DelJobList(GetJobs(&count));
+        EXPECT_EQ(count, 1);
+    }
+    // What is kept is the tables of the two containers.
+    const std::size_t tables = CLibraryMemory::Outstanding() - before;
+    {
+        const CLibraryMemory memory;
+        FileItem first{};
+        EXPECT_EQ(GetFiles(&first), 3);
+        FreeFileItem(first.next);
+        FreeFileItem(&first);
+        int32_t count = 0;
+        DelJobList(GetJobs(&count));
+    }
+    EXPECT_EQ(CLibraryMemory::Outstanding() - before, tables);
+}
+
 class SaveMemory : public CWithEachSize<FaultTest> {};
 INSTANTIATE_TEST_SUITE_P(Of, SaveMemory, EachSize(), SizeName);
 
@@ -290,6 +363,24 @@ TEST_P(SaveMemory, FailingAtEveryAllocationLeavesAWholeDocument) {
         }
         EXPECT_GT(refused, 3);
         std::printf("%d allocations of a save refused\n", refused);
+    }
+}
+
+TEST_P(SaveMemory, FailingIsTheReasonThatASaveGives) {
+    for (std::size_t allocation = 1;; ++allocation) {
+        COutcome outcome;
+        CLibraryMemory::Reset();
+        {
+            const CLibraryMemory memory(allocation);
+            outcome = m_pDocument->Save();
+        }
+        if (!CLibraryMemory::HasFailed()) {
+            EXPECT_GT(allocation, 3u);
+            break;
+        }
+        if (!outcome) {
+            EXPECT_EQ(outcome.m_reason.m_kind, ReasonKind::OutOfMemory) << allocation;
+        }
     }
 }
 

@@ -18,6 +18,7 @@
 #include <exception>
 #include <filesystem>
 #include <fstream>
+#include <optional>
 
 namespace fs = std::filesystem;
 
@@ -187,4 +188,53 @@ TEST_F(OpenMemory, FailingWhereAnEncodingIsConvertedKeepsThePoolOnlyWhereTheLoad
     State().poolOwner = &m_owner;
     TryAll([] { return GetPrinterXmlObj("Latin.xml"); });
     ::iconv_close(converter);
+}
+
+TEST_F(OpenMemory, OfEverythingThatWasOpenedIsGivenBackWithTheLastRelease) {
+    CLibraryMemory::Reset();
+    ASSERT_EQ(CLibraryMemory::Outstanding(), 0u);
+    {
+        const CLibraryMemory memory;
+        ASSERT_NE(GetXmlObj(&m_owner, "English"), nullptr);
+        ASSERT_NE(GetPrinterXmlObj("Printer.xml"), nullptr);
+        EXPECT_EQ(GetAttrValue("L", "ID"), "0");
+        EXPECT_EQ(ReleaseXmlObj("Printer.xml"), 0);
+        EXPECT_EQ(ReleaseAll(), 0);
+        State().stringsPath = {};
+    }
+    EXPECT_EQ(m_owner.head, nullptr);
+    EXPECT_EQ(CLibraryMemory::Outstanding(), 0u);
+}
+
+TEST_F(OpenMemory, FailingIsTheReasonWhyADocumentIsNotOpen) {
+    int refused = 0;
+    for (std::size_t allocation = 1;; ++allocation) {
+        CXmlObject document;
+        CReason reason;
+        const Outcome outcome =
+            Try([&] { return document.Open("Cordelbox\\xml\\Printer.xml", &reason) == 0 ? &document : nullptr; },
+                allocation, false);
+        if (!CLibraryMemory::HasFailed()) {
+            break;
+        }
+        if (outcome == Outcome::NotOpened) {
+            ++refused;
+            EXPECT_TRUE(reason.m_kind == ReasonKind::OutOfMemory || reason.m_strWords == "there is no DOM to be had")
+                << allocation;
+        }
+    }
+    EXPECT_GT(refused, 0);
+}
+
+TEST_F(OpenMemory, FailingForTheSemaphoreIsTheReasonWhyADocumentIsNeverOpen) {
+    std::optional<CXmlObject> document;
+    {
+        CLibraryMemory::Reset();
+        const CLibraryMemory memory(1);
+        document.emplace();
+    }
+    CReason reason;
+    EXPECT_EQ(document->Open("Cordelbox\\xml\\Printer.xml", &reason), 1);
+    EXPECT_EQ(reason.m_kind, ReasonKind::CallFailed);
+    EXPECT_EQ(reason.m_strWords, "there is no semaphore to be had");
 }

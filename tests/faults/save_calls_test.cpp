@@ -2,6 +2,7 @@
 // new one, and says so by the save's status; nothing lies beside it; and the next save works.
 
 #include "fault_document.h"
+#include "store/xml_object.h"
 #include "system_calls.h"
 
 #include <fcntl.h>
@@ -161,6 +162,33 @@ TEST_P(EachSaveCall, FailingOneByOneLeaveAWholeDocumentAndNothingBesideIt) {
         }
     }
     std::printf("%d calls failed, one by one\n", failures);
+}
+
+TEST_F(SaveCalls, ThatFailAreNamedInTheReasonWithTheirError) {
+    const std::size_t count = CallsOfASave(std::size_t(-1)).size();
+    std::set<std::string> named;
+    for (std::size_t failing = 0; failing < count; ++failing) {
+        RestoreCopy();
+        SystemCall failed;
+        COutcome outcome;
+        {
+            CSystemCallWatch watch([&](std::size_t number, const SystemCall& call) {
+                failed = number == failing ? call : failed;
+                return Fate{number == failing ? EIO : 0};
+            });
+            outcome = m_pDocument->Save();
+        }
+        if (outcome || failed.name == "readlink") {
+            continue; // it can do without, or there is no path to ask for
+        }
+        named.insert(failed.name);
+        EXPECT_STREQ(outcome.m_reason.m_pCall, failed.name.c_str()) << failed.path;
+        EXPECT_EQ(outcome.m_reason.m_nError, static_cast<std::uint32_t>(EIO)) << failed.name;
+    }
+    for (const char* const name : {"open", "flock", "realpath", "openat", "getrandom", "fcntl", "fstat", "write",
+                                   "fchmod", "fsync", "renameat"}) {
+        EXPECT_TRUE(named.contains(name)) << name;
+    }
 }
 
 TEST_P(EachSaveCall, FailingFromOneOnLeaveAWholeDocument) {

@@ -72,6 +72,9 @@ int open(const char* path, int flags, ...) {
     return Fails(Note({"open", path, {}, {}, (flags & O_CREAT) != 0})) ? -1 : real(path, flags, mode);
 }
 
+/// What `open` is under _FORTIFY_SOURCE where the flags are no constant.
+int __open_2(const char* path, int flags) { return open(path, flags); }
+
 int openat(int folder, const char* name, int flags, ...) {
     mode_t mode = 0;
     if ((flags & O_CREAT) != 0) {

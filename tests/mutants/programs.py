@@ -18,6 +18,8 @@ PATIENCE = 10.0        # seconds that a run may take beyond
 PATIENCE_FACTOR = 8.0  # this many times what its tests took
 # All mutants are tried with few tests each first, then what is left with the other fast ones, then with the slow ones.
 FEW_SECONDS = 0.25     # of the processor, of the few
+NEAREST = 4            # among the few, those that reach the fewest mutants, whatever they cost up to
+NEAR_SECONDS = 1.5
 SLOW_SECONDS = 0.25    # of one test that is slow
 FIRST_SECONDS = 0.06   # of the tests that are run at once; then four times as many
 FILTER_LENGTH = 60000  # characters of a command line
@@ -196,8 +198,12 @@ class Programs:
         tests = [test for test in self.by_number[mutant.number] if test.code_page == code_page]
         # A test that passes little is mostly about what it passes.
         tests.sort(key=lambda test: self.reaches[test].computed * len(self.reaches[test].numbers))
-        few, fast, slow, seconds = [], [], [], 0.0
+        near = [test for test in sorted(tests, key=lambda test: len(self.reaches[test].numbers))
+                if self.reaches[test].computed < NEAR_SECONDS][:NEAREST]
+        few, fast, slow, seconds = near, [], [], 0.0
         for test in tests:
+            if test in near:
+                continue
             computed = self.reaches[test].computed
             if computed >= SLOW_SECONDS:
                 slow.append(test)

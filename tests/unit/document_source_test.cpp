@@ -33,6 +33,14 @@ std::string Utf16(const std::string& ascii, bool bBigEndian) {
     return text;
 }
 
+/// Why the document in those bytes is refused.
+CReason Refusal(const std::string& bytes) {
+    const CMemoryFile file(bytes);
+    CReason reason;
+    EXPECT_FALSE(CDocumentSource().Open(file.Path(), &reason));
+    return reason;
+}
+
 /// Opens a file of that many bytes, of which all but the first are zero.
 bool OpensWithSize(std::size_t size) {
     const CMemoryFile file("<");
@@ -164,16 +172,48 @@ TEST(DocumentSource, RefusesWhatIsNoFile) {
     EXPECT_FALSE(CDocumentSource().Open(""));
 }
 
+TEST(DocumentSource, SaysWhyItRefusesWhatIsNoFile) {
+    CReason reason;
+    EXPECT_FALSE(CDocumentSource().Open("/no such file", &reason));
+    EXPECT_EQ(reason.m_kind, ReasonKind::Absent);
+    EXPECT_STREQ(reason.m_pCall, "open");
+    for (const char* const path : {"/", "/dev/zero"}) {
+        EXPECT_FALSE(CDocumentSource().Open(path, &reason));
+        EXPECT_EQ(reason.m_kind, ReasonKind::NotRegular) << path;
+    }
+    const CReason empty = Refusal("");
+    EXPECT_EQ(empty.m_kind, ReasonKind::Malformed);
+    EXPECT_EQ(empty.m_nLine, 1u);
+    EXPECT_EQ(empty.m_nColumn, 1u);
+    EXPECT_EQ(empty.m_strWords, "the file is empty");
+}
+
+TEST(DocumentSource, SaysWhichEncodingItRefuses) {
+    const CReason unknown = Refusal("<?xml version='1.0' encoding='no-such'?><a/>");
+    EXPECT_EQ(unknown.m_kind, ReasonKind::Encoding);
+    EXPECT_EQ(unknown.m_strWords, "NO-SUCH");
+    const CReason contradictory = Refusal("\xEF\xBB\xBF<?xml version='1.0' encoding='ISO-8859-1'?><a/>");
+    EXPECT_EQ(contradictory.m_kind, ReasonKind::Encoding);
+    EXPECT_EQ(contradictory.m_strWords, "ISO-8859-1");
+    EXPECT_EQ(Refusal("<?xml version='1.0' encoding='Shift_JIS'?><a>\x83</a>").m_kind, ReasonKind::Encoding);
+}
+
 TEST(DocumentSource, OpensAFileOfTheLargestSize) { EXPECT_TRUE(OpensWithSize(kMaxDocumentBytes)); }
 
-TEST(DocumentSource, RefusesAFileOneByteLarger) { EXPECT_FALSE(OpensWithSize(kMaxDocumentBytes + 1)); }
+TEST(DocumentSource, RefusesAFileOneByteLargerAndSaysThatItIsTooLarge) {
+    const CMemoryFile file("<");
+    ASSERT_EQ(::ftruncate(file.Descriptor(), static_cast<off_t>(kMaxDocumentBytes + 1)), 0);
+    CReason reason;
+    EXPECT_FALSE(CDocumentSource().Open(file.Path(), &reason));
+    EXPECT_EQ(reason.m_kind, ReasonKind::TooLarge);
+}
 
 TEST(DocumentSource, RefusesAFileThatIsTooLargeAsUtf8) {
     // Three bytes for each of two: small enough as it is, too large as UTF-8.
     std::string bytes = "\xFF\xFE" + Utf16("<a>", false);
     bytes.resize(kMaxDocumentBytes / 3 * 2 + 32, '\x20');
     ASSERT_LT(bytes.size(), kMaxDocumentBytes);
-    EXPECT_EQ(Utf8Of(bytes), std::nullopt);
+    EXPECT_EQ(Refusal(bytes).m_kind, ReasonKind::TooLarge);
 }
 
 TEST(DocumentSource, HoldsWhatItReadWhateverBecomesOfTheFile) {

@@ -53,6 +53,35 @@ TEST(AddingAProjectFile, SaysWhetherItWasAddedWasThereOrHadNoList) {
     EXPECT_EQ(failed.m_reason.m_strWords, "a child of the container has no attributes");
 }
 
+TEST(AddingAJob, SaysWhetherItWasAddedWasThereOrHadNoList) {
+    JobRecord job{};
+    std::strcpy(job.id, "1");
+    COtherDocument document("<r><Jobs/></r>");
+    EXPECT_EQ(AddJob(&document.Object(), job).m_what, What::Done);
+    EXPECT_EQ(AddJob(&document.Object(), job).m_what, What::AlreadyThere);
+    EXPECT_EQ(AddJob(nullptr, job).m_what, What::NoDocument);
+    COtherDocument without("<r/>");
+    EXPECT_EQ(AddJob(&without.Object(), job).m_what, What::NoContainer);
+}
+
+TEST(AddingATestFileName, SaysWhetherItWasAddedOrWasThere) {
+    COtherDocument document("<r><Names/></r>");
+    EXPECT_EQ(AddTestFileName(&document.Object(), "Names", "1", "a").m_what, What::Done);
+    EXPECT_EQ(AddTestFileName(&document.Object(), "Names", "1", "a").m_what, What::AlreadyThere);
+    EXPECT_EQ(AddTestFileName(&document.Object(), "none", "1", "a").m_what, What::NoContainer);
+}
+
+TEST(WritingAValue, SaysWhetherThereWasOneToWrite) {
+    COtherDocument document("<r><A><i V=\"x\"/></A></r>");
+    EXPECT_EQ(WriteValue(&document.Object(), "A", "V", "y").m_what, What::Done);
+    EXPECT_EQ(WriteValue(&document.Object(), "A", "W", "y").m_what, What::NoSuchRow);
+    EXPECT_EQ(WriteValue(&document.Object(), "B", "V", "y").m_what, What::NoContainer);
+    EXPECT_EQ(CopyValue(&document.Object(), "A", "B", "V").m_what, What::NoContainer);
+    const COutcome refused = WriteValue(&document.Object(), "A", "V", "\x01");
+    EXPECT_EQ(refused.m_what, What::Failed);
+    EXPECT_EQ(refused.m_reason.m_kind, ReasonKind::Refused);
+}
+
 TEST(ReadingProjectFiles, SaysWhetherTheListIsWhole) {
     COtherDocument whole("<r><Files><Item FileID=\"1\"/></Files></r>");
     EXPECT_TRUE(CProjectFiles(&whole.Object()).Outcome());
@@ -101,6 +130,37 @@ TEST(CopyingPartitions, LeavesOutWhatIsMissingWhereThatIsAskedFor) {
     EXPECT_EQ(ReadValue(&careful.Object(), "DefaultDisk", "Size"), "7");
 }
 
+TEST(CopyingPartitions, CountsWhatTheDefaultLayoutHasNoPlaceFor) {
+    COtherDocument document("<r><CurrentDisk><Item Partition=\"P\" Size=\"7\" Percent=\"9\" Image=\"3\"/></CurrentDisk>"
+                            "<DefaultDisk><Item Partition=\"P\" Size=\"1\"/></DefaultDisk>"
+                            "<CurrentChosePartition><Item Name=\"P\"/></CurrentChosePartition></r>");
+    const PartitionCopy shares = CopyPartitionShares(&document.Object(), MissingValue::StaysOut);
+    EXPECT_EQ(shares.m_nCopied, 1u);
+    EXPECT_EQ(shares.m_nMissing, 0u);
+    EXPECT_EQ(shares.m_nNoTarget, 1u);
+    const PartitionCopy image = CopyChosenImage(&document.Object(), MissingValue::StaysOut);
+    EXPECT_EQ(image.m_nCopied, 0u);
+    EXPECT_EQ(image.m_nNoTarget, 1u);
+    COtherDocument none("<r/>");
+    EXPECT_EQ(CopyChosenImage(&none.Object(), MissingValue::StaysOut).m_nMissing, 1u);
+}
+
+TEST(RecordingVolumes, CountsThemAndKeepsTheFirstFailure) {
+    VolumeRecord volumes[4]{};
+    std::strcpy(volumes[1].volume, "1");
+    std::strcpy(volumes[2].volume, "1");
+    std::strcpy(volumes[3].volume, "\x01");
+    StorageRecord storage{};
+    storage.volumes = volumes;
+    storage.volumeCount = 4;
+    const PrinterInfo info{&storage, 1};
+    COtherDocument document("<r><Storage/></r>");
+    const CRowsAdded rows = RecordVolumes(&document.Object(), info);
+    EXPECT_EQ(rows.m_nAdded, 2u);
+    EXPECT_EQ(rows.m_nAlreadyThere, 1u);
+    EXPECT_EQ(rows.m_failure.m_reason.m_kind, ReasonKind::Refused);
+}
+
 TEST(RecordingSeveralRows, CountsThemAndKeepsTheFirstFailure) {
     COtherDocument document("<r><SendProject/></r>");
     const SendSpaceRecord records[] = {{"1", "", "", ""}, {"1", "", "", ""}, {"\x01", "", "", ""}};
@@ -122,6 +182,26 @@ TEST(CheckingIds, ComputesAndShowsNothing) {
     EXPECT_EQ(clash->m_kind, FileKind::Type2);
     EXPECT_EQ(clash->m_strId, "1");
     EXPECT_FALSE(FindTickedClash(nullptr).has_value());
+}
+
+TEST(CheckingIds, CountsNoUsersOfATypeThatIsNotChecked) {
+    COtherDocument document("<r><Files><Item FileID=\"a\" ID=\"7\" Type=\"6\" LocalPath=\"x\"/></Files>"
+                            "<Property><Item FileID=\"a\"/></Property></r>");
+    const EditedIdCheck check = CheckEditedId(&document.Object());
+    EXPECT_FALSE(check.m_kind.has_value());
+    EXPECT_EQ(check.m_nId, 7);
+    EXPECT_EQ(check.m_nUsers, 0);
+    EXPECT_FALSE(check.IsClash());
+}
+
+TEST(ReadingIcmSlots, MarksThoseOfListedProfilesOfTheKindAndNoOther) {
+    COtherDocument document(
+        "<r><RGBSource><Item IDArray=\"00110\"/></RGBSource><Files>"
+        "<Item FileID=\"a\" ID=\"1\" ProfileType=\"0\"/><Item FileID=\"2\" ID=\"2\" ProfileType=\"3\"/>"
+        "<Item FileID=\"b\" ID=\"5\" ProfileType=\"0\"/><Item FileID=\"c\" ID=\"6\" ProfileType=\"0\"/>"
+        "</Files></r>");
+    EXPECT_EQ(ReadIcmSlots(&document.Object(), 0), "20112");
+    EXPECT_EQ(ReadIcmSlots(&document.Object(), 1), std::nullopt);
 }
 
 TEST(SearchingFreeIds, GoesOnFromTheLastOneAsANewSearchWould) {

@@ -80,6 +80,42 @@ TEST(RowAccess, SaysWhatIsMissing) {
     EXPECT_EQ(SetCell(&document.Object(), "L", 0, "a", "b").m_what, What::NoSuchRow);
     const RowNumber gone[] = {0};
     EXPECT_EQ(RemoveRows(&document.Object(), "L", gone).m_what, What::NoSuchRow);
+    std::vector<ContainerInfo> containers;
+    EXPECT_EQ(ListContainers(nullptr, containers).m_what, What::NoDocument);
+    EXPECT_EQ(AppendRow(&document.Object(), "none", {}).m_what, What::NoContainer);
+    std::vector<RowNumber> found;
+    EXPECT_EQ(FindRows(&document.Object(), "none", "a", "b", found).m_what, What::NoContainer);
+}
+
+TEST(RowAccess, SaysWhetherRowsWereFound) {
+    CEngineDocument document("<r><L><i a=\"x\"/></L></r>");
+    std::vector<RowNumber> rows;
+    EXPECT_EQ(FindRows(&document.Object(), "L", "a", "y", rows).m_what, What::NoSuchRow);
+    EXPECT_EQ(FindRows(&document.Object(), "L", "a", "x", rows).m_what, What::Done);
+}
+
+TEST(RowAccess, SetsNothingInARowThatIsNotThere) {
+    CEngineDocument document("<r><L><i a=\"x\"/><i a=\"y\"/></L></r>");
+    EXPECT_EQ(SetCell(&document.Object(), "L", 2, "a", "z").m_what, What::NoSuchRow);
+    EXPECT_EQ(AddCell(&document.Object(), "L", 2, "b", "z").m_what, What::NoSuchRow);
+    const RowNumber first[] = {0};
+    ASSERT_TRUE(RemoveRows(&document.Object(), "L", first));
+    EXPECT_EQ(SetCell(&document.Object(), "L", 0, "a", "z").m_what, What::NoSuchRow);
+    EXPECT_EQ(AddCell(&document.Object(), "L", 0, "b", "z").m_what, What::NoSuchRow);
+    EXPECT_EQ(document.Text("L"), "<L><i a=\"y\"/></L>");
+}
+
+TEST(RowAccess, LooksAtNoRowBesideThoseThatItFinds) {
+    std::string xml = "<r><L>";
+    for (int row = 0; row < 500; ++row) {
+        xml += "<i a=\"" + std::to_string(row % 100) + "\"/>";
+    }
+    CEngineDocument document(xml + "</L></r>");
+    CRowTable* const table = document.Tables().FindTable("L");
+    ASSERT_NE(table, nullptr);
+    const std::uint64_t before = table->LookedAt();
+    EXPECT_THAT(Found(document, "a", "7"), ElementsAre(7u, 107u, 207u, 307u, 407u));
+    EXPECT_LT(table->LookedAt() - before, 20u);
 }
 
 TEST(RowAccess, FindsRowsBeyondACommentToo) {

@@ -9,8 +9,10 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -87,6 +89,37 @@ TEST(WindowsEncodings, RefuseCodesThatTheirCodePagesLack) {
                                           {"Big5", "\xA1\x20"}}) {
         EXPECT_EQ(Decoded(encoding, bytes), std::nullopt) << encoding;
     }
+}
+
+TEST(WindowsEncodings, AreFoundByEachOfTheirNames) {
+    const std::map<unsigned, std::vector<const char*>> names = {
+        {932,
+         {"SHIFT_JIS", "SHIFT-JIS", "SJIS", "X-SJIS", "MS_KANJI", "CSSHIFTJIS", "WINDOWS-31J", "CSWINDOWS31J",
+          "WINDOWS-932", "X-MS-CP932", "CP932"}},
+        {936,
+         {"GB2312", "GB2312-80", "GB_2312-80", "GB231280", "CSGB2312", "CN-GB", "CHINESE", "GBK", "WINDOWS-936",
+          "CP936"}},
+        {949,
+         {"EUC-KR", "CSEUCKR", "KS_C_5601", "KS_C_5601-1987", "KS_C_5601_1987", "KS_C_5601-1989", "KSC_5601", "KSC5601",
+          "KOREAN", "UHC", "WINDOWS-949", "CSKSC56011987", "CP949"}},
+        {950, {"BIG5", "CSBIG5", "CN-BIG5", "X-X-BIG5", "WINDOWS-950", "CP950"}},
+        {1250, {"WINDOWS-1250", "X-CP1250", "CP1250"}},
+        {1251, {"WINDOWS-1251", "X-CP1251", "CP1251"}},
+        {1252, {"WINDOWS-1252", "X-CP1252", "CP1252"}},
+        {1253, {"WINDOWS-1253", "CP1253"}},
+        {1254, {"WINDOWS-1254", "CP1254"}},
+        {1255, {"WINDOWS-1255", "CP1255"}},
+        {1256, {"WINDOWS-1256", "CP1256"}},
+        {1257, {"WINDOWS-1257", "CP1257"}},
+        {1258, {"WINDOWS-1258", "CP1258"}},
+        {874, {"WINDOWS-874", "CP874"}},
+    };
+    for (const auto& [codePage, ofPage] : names) {
+        for (const char* const name : ofPage) {
+            EXPECT_EQ(WindowsCodePage(name), codePage) << name;
+        }
+    }
+    EXPECT_EQ(WindowsCodePage(""), 0u);
 }
 
 TEST(WindowsEncodings, LeaveOtherEncodingsAsTheStandardsHaveThem) {

@@ -5,6 +5,11 @@
 #include "pool_fixture.h"
 #include "store/document_paths.h"
 
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 namespace fs = std::filesystem;
 
 class XmlObject : public PoolTest {
@@ -150,4 +155,78 @@ TEST_F(XmlObject, SavesNothingAfterItsLastRelease) {
     m_document.ReleaseReference();
     EXPECT_FALSE(m_document.Save());
     EXPECT_EQ(fs::file_size(copy), 10u);
+}
+
+TEST_F(XmlObject, SaysWhyItDoesNotOpen) {
+    CReason reason;
+    EXPECT_EQ(m_document.Open({}, &reason), 1);
+    EXPECT_EQ(reason.m_kind, ReasonKind::NoPath) << "no path at all";
+    reason = {};
+    EXPECT_EQ(m_document.Open(std::string(300, 'x').c_str(), &reason), 1);
+    EXPECT_EQ(reason.m_kind, ReasonKind::NoPath) << "one that is too long";
+    EXPECT_EQ(m_document.Open(Relative("missing.xml"), &reason), 1);
+    EXPECT_EQ(reason.m_kind, ReasonKind::Absent);
+    Install("a.xml", "<a>");
+    EXPECT_EQ(m_document.Open(Relative("a.xml"), &reason), 1);
+    EXPECT_EQ(reason.m_kind, ReasonKind::Malformed);
+    Install("a.xml", "<a/>");
+    ASSERT_EQ(m_document.Open(Relative("a.xml"), &reason), 0);
+    EXPECT_EQ(m_document.Open(Relative("b.xml"), &reason), 1);
+    EXPECT_EQ(reason.m_kind, ReasonKind::NoPath) << "another document's";
+}
+
+TEST_F(XmlObject, SaysWhyItDoesNotOpenWithoutAPerUserFolder) {
+    Install("a.xml", "<a/>");
+    ::unsetenv("XDG_CONFIG_HOME");
+    const char* const set = std::getenv("HOME");
+    const std::string home = set != nullptr ? set : "";
+    ::unsetenv("HOME");
+    CReason reason;
+    EXPECT_EQ(m_document.Open(Relative("a.xml"), &reason), 1);
+    EXPECT_EQ(reason.m_kind, ReasonKind::NoPath);
+    if (set != nullptr) {
+        ::setenv("HOME", home.c_str(), 1);
+    }
+}
+
+TEST_F(XmlObject, KnowsWhyItWasNotLoadedFromThePerUserCopy) {
+    Install("a.xml", "<a/>");
+    ASSERT_EQ(m_document.Open(Relative("a.xml")), 0);
+    EXPECT_EQ(m_document.m_file.m_whyNotUserCopy.m_kind, ReasonKind::Absent);
+    m_document.ReleaseReference();
+    const fs::path copy = UserCopyPath(InstallFolderPath(Relative("a.xml"))).c_str();
+    fs::create_directories(copy);
+    ASSERT_EQ(m_document.Open(Relative("a.xml")), 0);
+    EXPECT_EQ(m_document.m_file.m_whyNotUserCopy.m_kind, ReasonKind::NotRegular) << "a folder";
+    m_document.ReleaseReference();
+    fs::remove(copy);
+    ASSERT_EQ(::mkfifo(copy.c_str(), 0600), 0);
+    ASSERT_EQ(m_document.Open(Relative("a.xml")), 0);
+    EXPECT_EQ(m_document.m_file.m_whyNotUserCopy.m_kind, ReasonKind::NotRegular) << "a pipe";
+    m_document.ReleaseReference();
+    fs::remove(copy);
+    std::ofstream(copy) << "<a/>";
+    fs::permissions(copy, fs::perms::owner_read);
+    ASSERT_EQ(m_document.Open(Relative("a.xml")), 0);
+    EXPECT_EQ(m_document.m_file.m_whyNotUserCopy.m_kind, ReasonKind::NotPermitted);
+    m_document.ReleaseReference();
+    fs::permissions(copy, fs::perms::owner_read | fs::perms::owner_write);
+    const int nOther = ::open(copy.c_str(), O_RDONLY | O_CLOEXEC);
+    ASSERT_EQ(::flock(nOther, LOCK_EX), 0);
+    ASSERT_EQ(m_document.Open(Relative("a.xml")), 0);
+    EXPECT_EQ(m_document.m_file.m_whyNotUserCopy.m_kind, ReasonKind::InUse);
+    ::close(nOther);
+}
+
+TEST_F(XmlObject, SaysWhyItIsNotSaved) {
+    EXPECT_EQ(m_document.Save().m_what, What::NoDocument);
+    Install("a.xml", "<a/>");
+    ASSERT_EQ(m_document.Open(Relative("a.xml")), 0);
+    const COutcome noCopy = m_document.Save();
+    EXPECT_EQ(noCopy.m_what, What::NoUserCopy);
+    EXPECT_EQ(noCopy.m_reason.m_kind, ReasonKind::Absent);
+    const fs::path copy = UserCopyPath(InstallFolderPath(Relative("a.xml"))).c_str();
+    fs::create_directories(copy.parent_path());
+    std::ofstream(copy) << "<a/>";
+    EXPECT_EQ(m_document.Save().m_what, What::Done);
 }

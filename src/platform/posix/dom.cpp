@@ -34,9 +34,11 @@ constexpr const char* kDefaultDeclaration = "xmlns";
 /// for everyday documents to be one.
 constexpr std::size_t kPieceBytes = std::size_t{1} << 20;
 
+DomError OutOfMemory() noexcept { return {"the document has no memory left", CReason::Of(ReasonKind::OutOfMemory)}; }
+
 void Require(bool done) {
     if (!done) {
-        throw DomError("the document has no memory left");
+        throw OutOfMemory();
     }
 }
 
@@ -433,7 +435,7 @@ DomNode DomDocument::AppendElement(const DomNode& parent, DomView tagName, const
         m_pNative->CheckNew(element.Node());
         return element.Keep();
     } catch (const std::bad_alloc&) {
-        throw DomError("the document has no memory left");
+        throw OutOfMemory();
     }
 }
 

@@ -81,14 +81,17 @@ bool CTemporaryFile::ChooseName() noexcept {
     return true;
 }
 
-/// Locks the new file, and makes sure that nobody took it for a leftover before.
-bool CTemporaryFile::Hold() const noexcept {
+/// Locks the new file, and makes sure that nobody took it for a leftover before. Null, or the call that failed.
+const char* CTemporaryFile::Hold() const noexcept {
     struct stat status = {};
-    if (!TryLock(m_file, F_WRLCK) || fstat(m_file.Descriptor(), &status) != 0) {
-        return false;
+    if (!TryLock(m_file, F_WRLCK)) {
+        return "fcntl";
+    }
+    if (fstat(m_file.Descriptor(), &status) != 0) {
+        return "fstat";
     }
     errno = EAGAIN;
-    return status.st_nlink == 1;
+    return status.st_nlink == 1 ? nullptr : "fcntl";
 }
 
 CTemporaryFile::Made CTemporaryFile::Make(const CFileOpener& opener, CReason* reason) noexcept {
@@ -98,11 +101,12 @@ CTemporaryFile::Made CTemporaryFile::Make(const CFileOpener& opener, CReason* re
             return Made::Failed;
         }
         m_file = opener.OpenIn(m_folder, m_name.data(), O_WRONLY | O_CREAT | O_EXCL, S_IRUSR | S_IWUSR);
-        if (m_file.IsOpen() && Hold()) {
+        const char* const failed = m_file.IsOpen() ? Hold() : "openat";
+        if (failed == nullptr) {
             return Made::Yes;
         }
         const int error = errno;
-        Failed(m_file.IsOpen() ? "fcntl" : "openat", reason);
+        Failed(failed, reason);
         if (!m_file.IsOpen() && error != EEXIST) {
             return FolderTakesNoFile(error) ? Made::FolderTakesNone : Made::Failed;
         }

@@ -41,7 +41,7 @@ public:
 
 private:
     bool ChooseName() noexcept;
-    bool Hold() const noexcept;
+    const char* Hold() const noexcept;
     void Discard() noexcept;
 
     const CFile& m_folder;
