@@ -19,7 +19,8 @@ bool IsKept(const RefNode& before, const RefNode& after) {
 
 } // namespace
 
-void RequireKept(RefNode before, const RefNode& after) {
+void RequireKept(RefNode before, RefNode after) {
     JoinTexts(before);
+    JoinTexts(after);
     Require(IsKept(before, after), "not what was saved: " + WriteXml(before) + "\n  instead of " + WriteXml(after));
 }

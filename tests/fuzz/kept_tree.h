@@ -7,4 +7,4 @@
 /// Fails unless everything of `before` is in `after`: all nodes, texts and attributes, in their order. Elements may
 /// have more attributes behind their own, which a type declaration gives to new ones, and the word that they are in no
 /// namespace.
-void RequireKept(RefNode before, const RefNode& after);
+void RequireKept(RefNode before, RefNode after);
