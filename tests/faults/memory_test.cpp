@@ -7,6 +7,7 @@
 #include "engine_document.h"
 #include "fault_document.h"
 #include "nodes/node_writers.h"
+#include "nodes/row_access.h"
 #include "store/module_state.h"
 #include "store/outcome.h"
 #include "store/xml_object.h"
@@ -207,6 +208,7 @@ Case CaseOfLongTexts() {
         {Operation::ReadAttribute, false, {1, "List", longName, {}, {{"ID", "3"}}}},
         {Operation::RemoveItems, false, {1, "List", {}, {}, {{"ID", longText}}}},
         {Operation::RemoveItems, false, {0, "List", {}, {}, {}}},
+        {Operation::ListAllAttributes, false, {0, "List", {}, {}, {}}},
         {Operation::WriteItem, false, {1, "List", {}, {}, {{longName, "1"}}}},
     };
     return wanted;
@@ -296,6 +298,67 @@ TEST(EngineMemory, FailingIsTheReasonThatAnOperationGives) {
     tryAll(write);
     tryAll(set);
     EXPECT_GT(failures, 5);
+}
+
+TEST(EngineMemory, FailingWhereRowsAreLookedForGivesTheSameRowsOrSaysSo) {
+    const AnsiString list("L");
+    const AnsiString name("a");
+    const AnsiString value("x");
+    int found = 0;
+    for (std::size_t allocation = 1;; ++allocation) {
+        CEngineDocument document("<r><L><i a='x'/><i a='y'/><i a='x'/><i b='x'/></L></r>");
+        std::vector<RowNumber> rows;
+        const RowNumber second[] = {2};
+        ASSERT_TRUE(AddCell(&document.Object(), list, 3, name, value));
+        ASSERT_TRUE(RemoveRows(&document.Object(), list, second));
+        rows.reserve(8);
+        COutcome outcome;
+        CLibraryMemory::Reset();
+        {
+            const CLibraryMemory memory(allocation);
+            outcome = FindRows(&document.Object(), list, name, value, rows);
+        }
+        if (outcome) {
+            EXPECT_EQ(rows, (std::vector<RowNumber>{0, 3})) << allocation;
+            found += CLibraryMemory::HasFailed() ? 1 : 0;
+        } else {
+            EXPECT_EQ(outcome.m_what, What::Failed) << allocation;
+            EXPECT_EQ(outcome.m_reason.m_kind, ReasonKind::OutOfMemory) << allocation;
+        }
+        if (!CLibraryMemory::HasFailed()) {
+            break;
+        }
+    }
+    EXPECT_GT(found, 0) << "without an index, by looking at every row";
+}
+
+TEST(EngineMemory, FailingWhereAnAttributeIsAddedLeavesWhatTheTreeHas) {
+    const AnsiString list("L");
+    const AnsiString name("ANameThatIsLongerThanTheOthers");
+    const AnsiString value(std::string(40000, 'v').c_str());
+    for (std::size_t allocation = 1;; ++allocation) {
+        CEngineDocument document("<r><L><i a='1'/><i a='2'/></L></r>");
+        std::vector<RowNumber> none;
+        FindRows(&document.Object(), list, "a", "2", none); // with an index
+        COutcome outcome;
+        CLibraryMemory::Reset();
+        {
+            const CLibraryMemory memory(allocation);
+            outcome = AddCell(&document.Object(), list, 1, name, value);
+        }
+        const bool bFailed = CLibraryMemory::HasFailed();
+        EXPECT_TRUE(outcome || (bFailed && outcome.m_reason.m_kind == ReasonKind::OutOfMemory)) << allocation;
+        std::vector<RowValues> rows;
+        ASSERT_TRUE(ListRows(&document.Object(), list, rows));
+        const pugi::xml_node row = document.Root("L").child("L").last_child();
+        const bool bInTree = !row.attribute(name.c_str()).empty();
+        EXPECT_EQ(rows.at(1).Find(name) != nullptr, bInTree) << allocation;
+        EXPECT_EQ(rows.at(1).Find("a")->m_strValue, "2");
+        EXPECT_TRUE(bInTree || !outcome);
+        if (!bFailed) {
+            break;
+        }
+    }
 }
 
 TEST(HostMemory, IsGivenBackByTheFunctionsThatAreForIt) {

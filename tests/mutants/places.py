@@ -238,7 +238,7 @@ class _Finder:
                             f"static_cast<decltype({text})>(({text}) + 1)")
         elif kind == clang.TypeKind.POINTER and text != "nullptr":
             self.add_choice(start, RESULT, "returns `nullptr`", first, end, "nullptr")
-        elif kind == clang.TypeKind.RECORD and text.replace(" ", "") != "{}":
+        elif kind == clang.TypeKind.RECORD and text.replace(" ", "") not in ("{}", "nullptr", "std::nullopt"):
             self.add(start, RESULT, "returns `{}`", Edit(start, start, f"if ({self.question}) return {{}}; "))
         self.visit(value, "result" if kind == clang.TypeKind.BOOL else None)
 

@@ -115,6 +115,7 @@ TEST(RowAccess, LooksAtNoRowBesideThoseThatItFinds) {
     ASSERT_NE(table, nullptr);
     const std::uint64_t before = table->LookedAt();
     EXPECT_THAT(Found(document, "a", "7"), ElementsAre(7u, 107u, 207u, 307u, 407u));
+    EXPECT_GE(table->LookedAt() - before, 5u) << "each row that was found is compared";
     EXPECT_LT(table->LookedAt() - before, 20u);
 }
 
@@ -155,6 +156,18 @@ TEST(RowAccess, AddsAnAttributeThatLookupsFind) {
     ASSERT_EQ(ReadAttribute(&document.Object(), &again), 0);
     EXPECT_EQ(again.FirstValue(), "first") << "the first row carries it now";
     EXPECT_EQ(document.Text("L"), "<L><i a=\"1\" b=\"first\"/><i a=\"2\" b=\"x\"/><i a=\"3\" b=\"x\"/></L>");
+}
+
+TEST(RowAccess, KeepsTheOtherCellsOfARowThatGainsAnAttribute) {
+    CEngineDocument document("<r><L><i a=\"1\" c=\"3\"/></L></r>");
+    ASSERT_EQ(Rows(document, "L").size(), 1u); // the table is made before
+    EXPECT_TRUE(AddCell(&document.Object(), "L", 0, "b", "2"));
+    const RowValues row = Rows(document, "L").at(0);
+    ASSERT_EQ(row.m_cells.size(), 3u);
+    EXPECT_EQ(row.Find("a")->m_strValue, "1");
+    EXPECT_EQ(row.Find("c")->m_strValue, "3");
+    EXPECT_EQ(row.Find("b")->m_strValue, "2");
+    EXPECT_THAT(Found(document, "c", "3"), ElementsAre(0u));
 }
 
 TEST(RowAccess, AddsANameThatNoRowHad) {

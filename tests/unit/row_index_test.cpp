@@ -258,6 +258,28 @@ TEST(ALookup, FindsARowWithSoManyAttributesOfOneNameThatItIsKeptAside) {
     EXPECT_EQ(ReadAttribute(&document.Object(), &again), 1);
 }
 
+TEST(ALookup, NoLongerFindsARowKeptAsideForItsManyKeysWhenItIsRemoved) {
+    // Of two names with nine texts each a row has 81 keys.
+    std::string twins;
+    std::string declarations;
+    for (int number = 0; number < 9; ++number) {
+        declarations += " xmlns:p" + Text(number) + "=\"" + Text(number) + "\"";
+        twins += " p" + Text(number) + ":K=\"" + Text(number) + "\" p" + Text(number) + ":M=\"" + Text(number) + "\"";
+    }
+    CEngineDocument document("<r" + declarations + "><L><i K=\"x\" A=\"no\"/><i" + twins + " A=\"yes\"/></L></r>");
+    for (const char* const text : {"0", "4", "8"}) {
+        CRequest query = CRequest("L", "A").With("K", text).With("M", "5");
+        ASSERT_EQ(ReadAttribute(&document.Object(), &query), 0) << text;
+        EXPECT_EQ(query.FirstValue(), "yes");
+    }
+    const CRequest remove = CRequest("L", "").With("K", "3").With("M", "5");
+    ASSERT_EQ(RemoveItems(&document.Object(), &remove), 0);
+    for (const char* const text : {"0", "4", "8"}) {
+        CRequest query = CRequest("L", "A").With("K", text).With("M", "0");
+        EXPECT_EQ(ReadAttribute(&document.Object(), &query), 1) << text;
+    }
+}
+
 TEST(ALookup, ForAnAttributeThatARowComesToLackOrToHaveStaysRight) {
     CEngineDocument document(InList("<i K=\"x\" A=\"1\"/><i K=\"x\" A=\"2\"/>"));
     EXPECT_LE(LooksOf(document, "A", {{"K", "x"}}, 0), kFewLooks);

@@ -185,6 +185,21 @@ TEST(SwappingLists, TakesTheTailAlong) {
     EXPECT_EQ(right.Head()->next->value, "5");
 }
 
+TEST(SwappingLists, TakesTheCursorAlong) {
+    CXmlAttribute left;
+    CXmlAttribute right;
+    left.Add("a", "1");
+    right.Add("b", "2");
+    right.Add("c", "3");
+    right.Rewind();
+    right.MoveNext();
+    left.Swap(right);
+    EXPECT_EQ(left.Index(), 1);
+    EXPECT_EQ(left.GetName(), "c");
+    EXPECT_EQ(right.Index(), 0);
+    EXPECT_EQ(right.GetName(), "");
+}
+
 TEST(CopiesOfAPair, OutliveTheList) {
     AnsiString value;
     {
