@@ -9,6 +9,7 @@
 #include "nodes/node_writers.h"
 #include "nodes/row_access.h"
 #include "store/module_state.h"
+#include "store/node_readers.h"
 #include "store/outcome.h"
 #include "store/xml_object.h"
 
@@ -200,13 +201,22 @@ Case CaseOfLongTexts() {
     const RefNode row = Element("ElementWithANameOfSomeLength", {{"ID", "1"}, {"Name", "before"}}, {Element("i", {})});
     Case wanted;
     wanted.document = Element("Doc", {}, {Element("List", {}, {row, row}), Element("Last", {})});
+    // What follows a refusal looks for rows by what they hold now: an index must have kept them.
+    const Step byName = {Operation::ReadAttribute, false, {1, "List", "ID", {}, {{"Name", "before"}}}};
+    const Step byId = {Operation::ReadAttribute, false, {1, "List", "Name", {}, {{"ID", longText}}}};
     wanted.steps = {
+        byName,
         {Operation::WriteItem, false, {2, "List", {}, {}, {{"ID", "2"}, {"Name", longText}}}},
         {Operation::WriteItem, false, {2, "List", {}, {}, {{"ID", "3"}, {longName, longText}}}},
         {Operation::WriteAttribute, false, {1, "List", "Name", longText, {{"ID", "1"}}}},
+        byName,
         {Operation::UpdateItem, false, {2, "List", "ID", "1", {{"Name", "x" + longText}, {"ID", longText}}}},
+        byName,
+        byId,
         {Operation::ReadAttribute, false, {1, "List", longName, {}, {{"ID", "3"}}}},
         {Operation::RemoveItems, false, {1, "List", {}, {}, {{"ID", longText}}}},
+        byId,
+        byName,
         {Operation::RemoveItems, false, {0, "List", {}, {}, {}}},
         {Operation::ListAllAttributes, false, {0, "List", {}, {}, {}}},
         {Operation::WriteItem, false, {1, "List", {}, {}, {{longName, "1"}}}},
@@ -298,6 +308,37 @@ TEST(EngineMemory, FailingIsTheReasonThatAnOperationGives) {
     tryAll(write);
     tryAll(set);
     EXPECT_GT(failures, 5);
+}
+
+TEST(EngineMemory, FailingWhileAContainerIsEmptiedLeavesItsBeginningOrItsEnd) {
+    const CRequest all("List", "");
+    for (const bool bWrites : {true, false}) {
+        bool bLeft = false;
+        for (std::size_t allocation = 1;; ++allocation) {
+            CEngineDocument document("<r><List><AnElementOfALongName a='1'/><AnElementOfALongName a='2'/>"
+                                     "<AnElementOfALongName a='3'/></List></r>");
+            CRequest first("List", "a");
+            ASSERT_EQ(ReadAttribute(&document.Object(), &first), 0);
+            CLibraryMemory::Reset();
+            {
+                const CLibraryMemory memory(allocation);
+                bWrites ? WriteItem(&document.Object(), &all) : RemoveItems(&document.Object(), &all);
+            }
+            if (!CLibraryMemory::HasFailed()) {
+                break;
+            }
+            const std::string left = document.Text("List");
+            const bool bBegins = left.find("\"1\"") != std::string::npos;
+            const bool bEnds = left.find("\"3\"") != std::string::npos;
+            bLeft = bLeft || bBegins != bEnds;
+            if (bWrites) {
+                EXPECT_TRUE(bBegins || !bEnds) << left;
+            } else {
+                EXPECT_TRUE(bEnds || !bBegins) << left;
+            }
+        }
+        EXPECT_TRUE(bLeft) << "no removal failed midway";
+    }
 }
 
 TEST(EngineMemory, FailingWhereRowsAreLookedForGivesTheSameRowsOrSaysSo) {

@@ -89,6 +89,15 @@ TEST(AnIndex, FollowsAnAttributeThatIsOverwrittenWithItself) {
     EXPECT_EQ(Find(document, "L", "x"), "2");
 }
 
+TEST(AnIndex, StillFindsARowWhoseNewTextTheTreeRefused) {
+    CEngineDocument document("<!DOCTYPE r [<!ATTLIST i B NMTOKENS #IMPLIED>]><r><L>" + Row("1", "x") + Row("2", "y") +
+                             "</L></r>");
+    ASSERT_EQ(Find(document, "L", "y"), "2");
+    const CRequest blanks = CRequest("L", "B", " not tokens ").With("A", "2");
+    ASSERT_EQ(WriteAttribute(State().currentDocument, &blanks), 1);
+    EXPECT_EQ(Find(document, "L", "y"), "2");
+}
+
 TEST(AnIndex, TakesUpAnAppendedRow) {
     CEngineDocument document("<r><L>" + Row("1", "x") + "</L></r>");
     ASSERT_EQ(Find(document, "L", "y"), "-");

@@ -176,6 +176,14 @@ TEST(RowAccess, AddsANameThatNoRowHad) {
     EXPECT_THAT(Found(document, "new", "x"), ElementsAre(1u));
 }
 
+TEST(RowAccess, AddsAnAttributeWithAPrefixUnderItsBaseName) {
+    CEngineDocument document("<r xmlns:n=\"u\"><L><i a=\"1\"/></L></r>");
+    ASSERT_EQ(Rows(document, "L").size(), 1u);
+    EXPECT_TRUE(AddCell(&document.Object(), "L", 0, "n:b", "x"));
+    EXPECT_THAT(Found(document, "b", "x"), ElementsAre(0u));
+    EXPECT_EQ(document.Text("L"), "<L><i a=\"1\" n:b=\"x\"/></L>");
+}
+
 TEST(RowAccess, AddsNoSecondAttributeOfAName) {
     CEngineDocument document("<r xmlns:n=\"u\"><L><i a=\"1\"/><i n:a=\"1\"/><!--c--></L></r>");
     const std::string before = document.Text("L");

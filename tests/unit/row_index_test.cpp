@@ -280,6 +280,18 @@ TEST(ALookup, NoLongerFindsARowKeptAsideForItsManyKeysWhenItIsRemoved) {
     }
 }
 
+TEST(ALookup, OfMorePairsThanAnIndexKeepsShapesOfFindsARowWithABaseNameTwice) {
+    std::string attributes = " p:A0=\"other\"";
+    CRequest query("L", "A0");
+    for (int number = 0; number < 40; ++number) {
+        attributes += " A" + Text(number) + "=\"" + Text(number) + "\"";
+        query.With(("A" + Text(number)).c_str(), Text(number).c_str());
+    }
+    CEngineDocument document("<r xmlns:p=\"p\"><L><i A0=\"no\"/><i" + attributes + "/></L></r>");
+    ASSERT_EQ(ReadAttribute(&document.Object(), &query), 0);
+    EXPECT_EQ(query.FirstValue(), "other") << "the first of the two";
+}
+
 TEST(ALookup, ForAnAttributeThatARowComesToLackOrToHaveStaysRight) {
     CEngineDocument document(InList("<i K=\"x\" A=\"1\"/><i K=\"x\" A=\"2\"/>"));
     EXPECT_LE(LooksOf(document, "A", {{"K", "x"}}, 0), kFewLooks);
