@@ -14,6 +14,7 @@
 #include <cstdint>
 #include <string>
 #include <unordered_map>
+#include <utility>
 
 namespace {
 
@@ -46,6 +47,17 @@ std::uint32_t KeptHash(const std::string& text) {
     return static_cast<std::uint32_t>(hash ^ hash >> 32);
 }
 
+/// Two numbers that agree in it: among a quarter of a million texts some do.
+std::pair<int, int> TextsOfOneHash() {
+    std::unordered_map<std::uint32_t, int> seen;
+    for (int number = 0;; ++number) {
+        const auto [place, bNew] = seen.emplace(KeptHash(Text(number)), number);
+        if (!bNew) {
+            return {place->second, number};
+        }
+    }
+}
+
 CRowTable& Table(CEngineDocument& document) { return *document.Tables().FindTable("L"); }
 
 } // namespace
@@ -58,19 +70,36 @@ TEST(RowIndex, GivesAllRowsOfATextInDocumentOrder) {
 }
 
 TEST(RowIndex, TellsTextsOfOneHashApart) {
-    // Among a quarter of a million texts some agree in the 32 bits that an index keeps.
-    std::unordered_map<std::uint32_t, int> seen;
-    int first = 0;
-    int second = 0;
-    for (int number = 0; second == 0; ++number) {
-        const auto [place, bNew] = seen.emplace(KeptHash(Text(number)), number);
-        first = place->second;
-        second = bNew ? 0 : number;
-    }
+    const auto [first, second] = TextsOfOneHash();
     CEngineDocument document("<r><L><i B=\"" + Text(first) + "\"/><i B=\"" + Text(second) + "\"/><i B=\"" +
                              Text(first) + "\"/></L></r>");
     EXPECT_EQ(FindAll(Table(document), Text(first)), (std::vector<RowNumber>{0, 2}));
     EXPECT_EQ(FindAll(Table(document), Text(second)), std::vector<RowNumber>{1});
+}
+
+TEST(RowIndex, LetsARowGoWhoseOwnTextsHaveOneHash) {
+    const auto [first, second] = TextsOfOneHash();
+    CEngineDocument document("<r xmlns:p=\"p\"><L><i B=\"" + Text(first) + "\" p:B=\"" + Text(second) +
+                             "\"/><i B=\"x\"/></L></r>");
+    EXPECT_EQ(FindAll(Table(document), Text(first)), std::vector<RowNumber>{0});
+    EXPECT_EQ(FindAll(Table(document), Text(second)), std::vector<RowNumber>{0});
+    const CRequest remove = CRequest("L", "").With("B", Text(first).c_str());
+    ASSERT_EQ(RemoveItems(&document.Object(), &remove), 0);
+    EXPECT_EQ(FindAll(Table(document), Text(first)), std::vector<RowNumber>{});
+    EXPECT_EQ(FindAll(Table(document), Text(second)), std::vector<RowNumber>{});
+}
+
+TEST(RowIndex, LooksAtNoRowForATextThatNoneHasAnyMore) {
+    CEngineDocument document(Document(20, 7));
+    CRowTable& table = Table(document);
+    ASSERT_EQ(FindAll(table, "3").size(), 3u);
+    for (const char* const a : {"3", "10", "17"}) {
+        const CRequest change = CRequest("L", "B", "new").With("A", a);
+        ASSERT_EQ(WriteAttribute(&document.Object(), &change), 0);
+    }
+    const std::uint64_t before = table.LookedAt();
+    EXPECT_EQ(FindAll(table, "3"), std::vector<RowNumber>{});
+    EXPECT_EQ(table.LookedAt(), before);
 }
 
 TEST(RowIndex, IsMadeOnceForTheSameNames) {

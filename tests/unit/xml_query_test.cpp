@@ -162,6 +162,16 @@ TEST(ClearingTheList, MakesItAsNew) {
     EXPECT_EQ(list.Head()->next, nullptr);
 }
 
+TEST(ClearingTheList, TakesTheCursorOffItsPair) {
+    CXmlAttribute list;
+    list.Add("a", "1");
+    list.Rewind();
+    list.Clear();
+    list.Add("b", "2"); // where the pair was, perhaps
+    EXPECT_EQ(list.GetName(), "");
+    EXPECT_EQ(list.GetValue(), "");
+}
+
 TEST(ClearingTheList, TwiceDoesNoHarm) {
     CXmlAttribute list;
     list.Add("a", "1");
