@@ -67,7 +67,7 @@ TEST_F(DoctorForm, ManyFindingsInOneLongLineAreSaidAtOnce) {
     }
     const std::string file = UserFile("x.xml", "<D><Files>" + rows + "</Files></D>");
     const std::string output = Run({"doctor", file}).output;
-    EXPECT_THAT(output, HasSubstr("Item FileID='20000'"));
+    EXPECT_THAT(output, HasSubstr("(FileID \"20000\")"));
 }
 
 TEST_F(DoctorForm, ADocumentOfAnotherProgramIsSaidToBe) {
