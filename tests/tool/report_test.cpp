@@ -9,6 +9,8 @@
 #include <map>
 #include <regex>
 #include <set>
+#include <sys/stat.h>
+#include <thread>
 
 using ::testing::AllOf;
 using ::testing::HasSubstr;
@@ -299,6 +301,20 @@ TEST_F(Report, TwoHundredFontsFitAPageOfTwoMebibytes) {
     const std::string page = Page();
     EXPECT_EQ(CountOf(page, "<svg class=\"specimen\""), 200U);
     EXPECT_LT(page.size(), std::size_t{2} << 20);
+}
+
+TEST_F(Report, APipeIsWrittenToAndStaysOne) {
+    const std::filesystem::path pipe = m_folder / "pipe";
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    std::string page;
+    std::thread reader([&] { page = ReadBytes(pipe); });
+    // Until the reader has opened its end there is none to write to.
+    while (Run({"report", pipe.string()}).status == kNoOutput) {
+        std::this_thread::yield();
+    }
+    reader.join();
+    EXPECT_TRUE(std::filesystem::is_fifo(pipe));
+    EXPECT_THAT(page, HasSubstr("</html>"));
 }
 
 TEST_F(Report, APageThatCannotBeWrittenIsAnError) {

@@ -5,10 +5,12 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
+#include <cstdlib>
 #include <set>
 #include <thread>
 
@@ -256,6 +258,18 @@ TEST_F(Transactions, AnInterruptionBeforeTheSaveChangesNothingAndSaysSo) {
     EXPECT_EQ(run.errors, "cordelctl: interrupted: nothing was changed\n");
     EXPECT_EQ(ReadBytes(UserPath()), before);
     EXPECT_EQ(Run({"--json", "history"}).Json().size(), 0u);
+}
+
+TEST_F(Transactions, AnInterruptionEndsTheWaitForInput) {
+    const std::filesystem::path pipe = m_folder / "pipe";
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    const std::string started = "XDG_CONFIG_HOME='" + UserFolder().string() +
+                                "' timeout --preserve-status --kill-after=20 --signal=INT 1 '" + ToolPath().string() +
+                                "' ";
+    const int import = std::system((started + "import '" + pipe.string() + "'").c_str());
+    EXPECT_EQ(WEXITSTATUS(import), kInterrupted);
+    const int batch = std::system(("sleep 3 | " + started + "batch").c_str());
+    EXPECT_EQ(WEXITSTATUS(batch), kInterrupted);
 }
 
 TEST_F(Transactions, AnInterruptionDuringTheSaveChangesAllAndSaysSo) {

@@ -1,18 +1,8 @@
 #include "records/change_time.h"
 
-#include <chrono>
-#include <cstdio>
+#include "text/time_text.h"
 
 std::string ChangeTime(const std::filesystem::path& path) {
-    namespace chrono = std::chrono;
-    const auto time = chrono::file_clock::to_sys(std::filesystem::last_write_time(path));
-    const auto day = chrono::floor<chrono::days>(time);
-    const chrono::year_month_day date(day);
-    const chrono::hh_mm_ss clock(chrono::floor<chrono::seconds>(time - day));
-    char text[64];
-    std::snprintf(text, sizeof text, "%04d-%02u-%02u %02d:%02d:%02d", static_cast<int>(date.year()),
-                  static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
-                  static_cast<int>(clock.hours().count()), static_cast<int>(clock.minutes().count()),
-                  static_cast<int>(clock.seconds().count()));
-    return text;
+    const auto time = std::chrono::file_clock::to_sys(std::filesystem::last_write_time(path));
+    return TextOfTime(std::chrono::floor<std::chrono::seconds>(time));
 }

@@ -36,7 +36,8 @@ std::string FromCodePage(std::string_view text);
 /// True when the code page has every character of the text.
 bool IsInCodePage(std::string_view utf8);
 
-/// All of standard input, read when it is first asked for: a command that is done again finds it again.
+/// All of standard input, or what came before an interruption, read when it is first asked for: a command that is done
+/// again finds it again.
 const std::string& StandardInput();
 
 /// A variable of the environment; empty when it is not set.
@@ -45,8 +46,12 @@ std::string Variable(const char* name);
 /// All bytes of a file. Throws std::filesystem::filesystem_error.
 std::string ReadBytes(const std::filesystem::path& path);
 
+/// The same of what a user names to be read, which may be a pipe or a device: up to its end, or to an interruption.
+std::string ReadInput(const std::filesystem::path& path);
+
 /// Makes a file of these bytes, whole or not at all, in the place of one that is there, with its access rights; a new
-/// one can be read and written by its user alone, or as `like` when that is given. `isAsLoaded`, where it is given, is
+/// one can be read and written by its user alone, or as `like` when that is given. A pipe or a device that is there is
+/// written to, and stays. `isAsLoaded`, where it is given, is
 /// asked immediately before. On the disk when it returns. Throws std::filesystem::filesystem_error, also when the
 /// answer is no, and has then left nothing behind.
 void WriteWhole(const std::filesystem::path& path, std::string_view bytes, const std::filesystem::path& like = {},

@@ -11,8 +11,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
-#include <iostream>
-#include <iterator>
+#include <poll.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <system_error>
@@ -102,6 +101,47 @@ volatile std::sig_atomic_t interrupted = 0;
 
 void OnSignal(int) { interrupted = 1; }
 
+constexpr std::size_t kMostInput = std::size_t{1} << 30; // of what may have no end
+
+constexpr int kPause = 200; // milliseconds between looks whether the user interrupts
+
+/// What a pipe or a device gives until it ends, or the user interrupts: a read alone would go on after a signal.
+std::string ReadToEnd(int file, const std::filesystem::path& name) {
+    std::string bytes;
+    char piece[1 << 16];
+    while (!IsInterrupted()) {
+        pollfd readable{file, POLLIN, 0};
+        const int ready = ::poll(&readable, 1, kPause);
+        if (ready == 0) {
+            continue;
+        }
+        const ssize_t count = ready < 0 ? ready : ::read(file, piece, sizeof piece);
+        if (count < 0 && (errno == EINTR || errno == EAGAIN)) {
+            continue;
+        }
+        if (count < 0) {
+            Fail("cannot read", name);
+        }
+        if (count == 0) {
+            break;
+        }
+        bytes.append(piece, static_cast<std::size_t>(count));
+        if (bytes.size() > kMostInput) {
+            errno = EFBIG;
+            Fail("does not end", name);
+        }
+    }
+    return bytes;
+}
+
+/// To what is no file: it cannot be replaced, and a reader of it may be slow.
+void WriteTo(const std::filesystem::path& path, std::string_view bytes) {
+    const CFile file(path, O_WRONLY);
+    if (file.Get() < 0 || ::fcntl(file.Get(), F_SETFL, 0) != 0 || !WriteAll(file.Get(), bytes)) {
+        Fail("cannot write", path);
+    }
+}
+
 } // namespace
 
 std::vector<std::string> CommandWords(int argc, char** argv) {
@@ -138,7 +178,13 @@ bool IsInCodePage(std::string_view utf8) {
 }
 
 const std::string& StandardInput() {
-    static const std::string input(std::istreambuf_iterator<char>(std::cin), {});
+    static const std::string input = [] {
+        try {
+            return ReadToEnd(STDIN_FILENO, "standard input");
+        } catch (const std::filesystem::filesystem_error&) {
+            return std::string(); // it is closed
+        }
+    }();
     return input;
 }
 
@@ -177,8 +223,25 @@ std::string ReadBytes(const std::filesystem::path& path) {
     return bytes;
 }
 
+std::string ReadInput(const std::filesystem::path& path) {
+    struct stat facts;
+    if (::stat(path.c_str(), &facts) == 0 && (S_ISREG(facts.st_mode) || S_ISDIR(facts.st_mode))) {
+        return ReadBytes(path);
+    }
+    const CFile file(path, O_RDONLY);
+    if (file.Get() < 0) {
+        Fail("cannot read", path);
+    }
+    return ReadToEnd(file.Get(), path);
+}
+
 void WriteWhole(const std::filesystem::path& path, std::string_view bytes, const std::filesystem::path& like,
                 const LastLook& isAsLoaded) {
+    struct stat present;
+    if (::stat(path.c_str(), &present) == 0 && !S_ISREG(present.st_mode)) {
+        WriteTo(path, bytes);
+        return;
+    }
     std::error_code error;
     const auto linked = std::filesystem::weakly_canonical(path, error);
     const std::filesystem::path target = error ? path : linked; // a link stays one

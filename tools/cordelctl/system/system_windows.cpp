@@ -159,6 +159,8 @@ std::string ReadBytes(const std::filesystem::path& path) {
     return bytes;
 }
 
+std::string ReadInput(const std::filesystem::path& path) { return ReadBytes(path); }
+
 void WriteWhole(const std::filesystem::path& path, std::string_view bytes, const std::filesystem::path&,
                 const LastLook& isAsLoaded) {
     auto name = path;

@@ -4,6 +4,7 @@
 
 #include "failure.h"
 #include "text/number_text.h"
+#include "text/time_text.h"
 
 #include <algorithm>
 #include <charconv>
@@ -63,17 +64,7 @@ std::optional<unsigned> NumberOf(const std::string& text) {
 } // namespace
 
 std::string TimeNow() {
-    namespace chrono = std::chrono;
-    const auto now = chrono::floor<chrono::seconds>(chrono::system_clock::now());
-    const auto day = chrono::floor<chrono::days>(now);
-    const chrono::year_month_day date(day);
-    const chrono::hh_mm_ss clock(now - day);
-    char text[64];
-    std::snprintf(text, sizeof text, "%04d-%02u-%02u %02d:%02d:%02d", static_cast<int>(date.year()),
-                  static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
-                  static_cast<int>(clock.hours().count()), static_cast<int>(clock.minutes().count()),
-                  static_cast<int>(clock.seconds().count()));
-    return text;
+    return TextOfTime(std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now()));
 }
 
 CHistory::CHistory(const DocumentPlace& place)

@@ -216,6 +216,7 @@ Result Batch(Context& context) {
     Globals defaults = context.Options();
     std::string line;
     std::istringstream input(host::StandardInput());
+    StopIfInterrupted();
     for (int number = 1; std::getline(input, line); ++number) {
         StopIfInterrupted();
         const std::string where = "line " + std::to_string(number) + ": ";

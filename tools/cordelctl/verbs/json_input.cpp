@@ -4,23 +4,15 @@
 
 #include "failure.h"
 #include "json.h"
-#include "system/system.h"
+#include "verbs/reply_input.h"
 
-#include <fstream>
 #include <sstream>
 #include <stdexcept>
 
 Value ReadJsonInput(const std::string& file, const std::string& what, const std::string& shape) {
     try {
-        if (file == "-") {
-            std::istringstream input(host::StandardInput());
-            return ParseJson(input);
-        }
-        std::ifstream stream(host::PathOf(file), std::ios::binary);
-        if (!stream) {
-            throw CFailure(ExitCode::Refused, what + " " + file + " cannot be opened");
-        }
-        return ParseJson(stream);
+        std::istringstream input(ReadInput(file, what));
+        return ParseJson(input);
     } catch (const CFailure&) {
         throw;
     } catch (const std::runtime_error& error) {

@@ -2,16 +2,16 @@
 
 #include "failure.h"
 #include "system/system.h"
+#include "transaction/session.h"
 
 #include <algorithm>
 #include <filesystem>
 
 std::string ReadInput(const std::string& file, const std::string& what) {
-    if (file == "-") {
-        return host::StandardInput();
-    }
     try {
-        return host::ReadBytes(host::PathOf(file));
+        std::string bytes = file == "-" ? host::StandardInput() : host::ReadInput(host::PathOf(file));
+        StopIfInterrupted();
+        return bytes;
     } catch (const std::filesystem::filesystem_error& error) {
         throw CFailure(ExitCode::Refused, what + " " + file + " cannot be opened: " + error.code().message());
     }
