@@ -6,6 +6,7 @@
 #include "verbs/verbs.h"
 
 #include <algorithm>
+#include <unordered_map>
 
 namespace {
 
@@ -217,17 +218,20 @@ Result CopyElements(Context& context) {
     CDocument& document = context.Document();
     RequireCarrier(document, source, key);
     std::vector<Row> targets = document.Rows(target);
+    std::unordered_map<std::string, Row*> firstOf; // with each key
+    for (Row& row : targets) {
+        if (const std::string* const value = row.Find(key)) {
+            firstOf.emplace(*value, &row);
+        }
+    }
     std::size_t copied = 0;
     for (const Row& row : document.Rows(source)) {
         const std::string* const value = row.Find(key);
-        const auto other =
-            value == nullptr ? targets.end() : std::find_if(targets.begin(), targets.end(), [&](const Row& candidate) {
-                const std::string* const found = candidate.Find(key);
-                return found != nullptr && *found == *value;
-            });
-        if (other == targets.end()) {
+        const auto found = value == nullptr ? firstOf.end() : firstOf.find(*value);
+        if (found == firstOf.end()) {
             continue;
         }
+        Row* const other = found->second;
         for (std::size_t i = 0; i < std::min(kCopied, row.values.size()); ++i) {
             if (other->Find(row.values[i].first) != nullptr) {
                 document.SetValue(target, *other, row.values[i].first, row.values[i].second);
