@@ -2,6 +2,10 @@
 
 #include "tool_test.h"
 
+#ifndef _WIN32
+#include "access_list.h"
+#endif
+
 #include <cstdlib>
 
 using ::testing::HasSubstr;
@@ -12,6 +16,8 @@ protected:
         ToolTest::SetUp();
         Init();
     }
+
+    std::filesystem::path States() const { return UserPath().parent_path() / ".cordelctl" / "Cordelbox.xml"; }
 };
 
 TEST_F(History, UndoGivesTheFormerBytesAfterAnyCommand) {
@@ -63,6 +69,19 @@ TEST_F(History, WhatAnotherProgramDidSinceIsNotUndoneWithoutAWord) {
     EXPECT_EQ(ReadBytes(UserPath()), others);
 }
 
+TEST_F(History, WhatAnotherProgramDidBetweenTwoCommandsIsNotUndoneWithoutAWord) {
+    Output({"set", "Project", "Name", "a"});
+    const std::string others = ReadBytes(UserPath()) + "<!-- another's -->";
+    WriteBytes(UserPath(), others);
+    Output({"set", "Project", "Name", "b"});
+    Output({"undo"});
+    EXPECT_EQ(ReadBytes(UserPath()), others);
+    const ToolRun run = Run({"undo"});
+    EXPECT_EQ(run.status, kRefused);
+    EXPECT_THAT(run.errors, HasSubstr("another program changed the document"));
+    EXPECT_EQ(ReadBytes(UserPath()), others);
+}
+
 TEST_F(History, AStateIsListedComparedAndRestored) {
     const std::string before = ReadBytes(UserPath());
     Output({"set", "Project", "Name", "a"});
@@ -106,6 +125,48 @@ TEST_F(History, AStateHasTheRightsOfTheDocument) {
                   std::filesystem::perms::none)
             << entry.path();
     }
+}
+
+TEST_F(History, TheAccessListOfTheDocumentIsThatOfItsStatesAndComesBack) {
+    const std::string list = AccessListBytes({{AccessEntry::Owner, 6},
+                                              {AccessEntry::User, 6, 65534},
+                                              {AccessEntry::OwningGroup, 0},
+                                              {AccessEntry::Mask, 6},
+                                              {AccessEntry::Others, 0}});
+    ASSERT_EQ(::setxattr(UserPath().c_str(), kAccessList, list.data(), list.size(), 0), 0);
+    Output({"set", "Project", "Name", "a"});
+    Output({"undo"});
+    EXPECT_EQ(FileAttribute(UserPath(), kAccessList), list); // its mask would be the rights of the group
+    EXPECT_EQ(FileAttribute(States() / "undone" / "000001.xml", kAccessList), list);
+}
+
+TEST_F(History, NothingIsWrittenThroughLinksThatStandInItsFolder) {
+    const auto other = m_folder / "other";
+    WriteBytes(other, "another file");
+    std::filesystem::create_directories(States());
+    for (const char* const name : {"000001.xml.partial", "000001.xml", "000001.txt"}) {
+        std::filesystem::create_symlink(other, States() / name);
+    }
+    std::filesystem::create_hard_link(other, UserPath().parent_path() / ".cordelctl" / "Cordelbox.xml.lock");
+    Output({"set", "Project", "Name", "a"});
+    EXPECT_EQ(ReadBytes(other), "another file");
+    Output({"undo"});
+    EXPECT_EQ(Output({"get", "Project", "Name"}), "Untitled\n");
+    EXPECT_EQ(ReadBytes(other), "another file");
+}
+
+TEST_F(History, StatesAreNotKeptInAFolderThatALinkLeadsTo) {
+    const auto other = m_folder / "other";
+    std::filesystem::create_directories(other);
+    WriteBytes(other / "1.xml", "another file");
+    std::filesystem::create_directories(States());
+    std::filesystem::create_directory_symlink(other, States() / "undone");
+    Output({"set", "Project", "Name", "a"});
+    const ToolRun run = Run({"undo"});
+    EXPECT_EQ(run.status, kNotKept);
+    EXPECT_THAT(run.errors, HasSubstr("a link stands in the folder's place"));
+    EXPECT_EQ(Output({"get", "Project", "Name"}), "a\n");
+    EXPECT_EQ(ReadBytes(other / "1.xml"), "another file"); // and no state that a command makes room for
 }
 #endif
 

@@ -47,11 +47,14 @@ void RequireCopyable(const DocumentPlace& place) {
     }
 }
 
-void MakeCopy(const DocumentPlace& place, const std::string& bytes) {
+void MakeCopy(const DocumentPlace& place, const std::string& bytes, Present present) {
     try {
         CNewFolders folders(place.perUser.parent_path());
         std::filesystem::create_directories(place.perUser.parent_path());
-        host::WriteWhole(place.perUser, bytes);
+        host::WriteWhole(place.perUser, bytes, {}, [&] {
+            return present == Present::Replaced ||
+                   std::filesystem::symlink_status(place.perUser).type() == std::filesystem::file_type::not_found;
+        });
         folders.Keep();
     } catch (const std::filesystem::filesystem_error& error) {
         throw CFailure(ExitCode::NotKept, std::string("no per-user copy could be made: ") + error.what(),

@@ -50,12 +50,16 @@ std::string ReadBytes(const std::filesystem::path& path);
 std::string ReadInput(const std::filesystem::path& path);
 
 /// Makes a file of these bytes, whole or not at all, in the place of one that is there, with its access rights; a new
-/// one can be read and written by its user alone, or as `like` when that is given. A pipe or a device that is there is
-/// written to, and stays. `isAsLoaded`, where it is given, is
-/// asked immediately before. On the disk when it returns. Throws std::filesystem::filesystem_error, also when the
-/// answer is no, and has then left nothing behind.
+/// one can be read and written by its user alone, or as `like` when that is given. A link stays one; a pipe or a device
+/// that is there is written to, and stays. `isAsLoaded`, where it is given, is asked immediately before. On the disk
+/// when it returns. Throws std::filesystem::filesystem_error, also when the answer is no, and has then left nothing
+/// behind.
 void WriteWhole(const std::filesystem::path& path, std::string_view bytes, const std::filesystem::path& like = {},
                 const LastLook& isAsLoaded = {});
+
+/// The same for a name in a folder of the tool's own: what has that name is replaced whatever it is, and a link is not
+/// followed.
+void PutFile(const std::filesystem::path& path, std::string_view bytes, const std::filesystem::path& like = {});
 
 /// What WriteWhole throws when the answer is no.
 [[noreturn]] inline void FailForOvertaken(const std::filesystem::path& path) {

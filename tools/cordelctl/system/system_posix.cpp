@@ -2,6 +2,11 @@
 
 #include "system/system.h"
 
+#include "platform/posix/file_opening.h"
+#include "platform/posix/file_rights.h"
+#include "platform/posix/safe_save.h"
+#include "platform/posix/size_signal.h"
+#include "platform/posix/temporary_file.h"
 #include "platform/utf8.h"
 
 #include "cordelbox.h"
@@ -64,38 +69,59 @@ bool WriteAll(int file, std::string_view bytes) {
     return true;
 }
 
-/// A file that goes again unless it is kept.
-class CNewFile {
-public:
-    explicit CNewFile(const std::filesystem::path& target) {
-        std::string pattern = (target.parent_path() / ".cordelctl-XXXXXX").native();
-        m_nFile = ::mkostemp(pattern.data(), O_CLOEXEC);
-        if (m_nFile < 0) {
-            Fail("cannot make a file beside", target);
-        }
-        m_path = pattern;
+[[noreturn]] void FailFor(const CReason& reason, const std::filesystem::path& path) {
+    if (reason.m_kind == ReasonKind::Overtaken) {
+        FailForOvertaken(path);
     }
-    ~CNewFile() {
-        ::close(m_nFile);
-        if (!m_path.empty()) {
-            ::unlink(m_path.c_str());
-        }
-    }
-    CNewFile(const CNewFile&) = delete;
-    CNewFile& operator=(const CNewFile&) = delete;
-    int Get() const noexcept { return m_nFile; }
+    errno = reason.m_nError != 0 ? static_cast<int>(reason.m_nError) : EIO;
+    Fail("cannot write", path);
+}
 
-    void Rename(const std::filesystem::path& target) {
-        if (::rename(m_path.c_str(), target.c_str()) != 0) {
-            Fail("cannot replace", target);
-        }
-        m_path.clear();
-    }
+/// To be read and flushed; or only as a place to make files in, where the process may not read it.
+platform::CFile OpenFolder(const platform::CFileOpener& opener, const std::filesystem::path& path) {
+    const char* const name = path.empty() ? "." : path.c_str();
+    platform::CFile folder = opener.Open(name, O_RDONLY | O_DIRECTORY);
+    return folder.IsOpen() || errno != EACCES ? std::move(folder) : opener.Open(name, O_PATH | O_DIRECTORY);
+}
 
-private:
-    int m_nFile;
-    std::filesystem::path m_path;
-};
+/// A new file in the place of what has that name.
+void MakeFile(const std::filesystem::path& path, std::string_view bytes, const std::filesystem::path& like,
+              const LastLook& isAsLoaded) {
+    const platform::CFileOpener opener;
+    const platform::CFile folder = OpenFolder(opener, path.parent_path());
+    if (!folder.IsOpen()) {
+        Fail("cannot make a file beside", path);
+    }
+    platform::RemoveLeftovers(opener, folder, ::geteuid());
+    const platform::CNoSizeSignal noSizeSignal;
+    platform::CTemporaryFile file(folder);
+    CReason reason;
+    if (file.Make(opener, &reason) != platform::CTemporaryFile::Made::Yes) {
+        FailFor(reason, path);
+    }
+    if (!WriteAll(file.File().Descriptor(), bytes)) {
+        Fail("cannot write", path);
+    }
+    if (!like.empty()) {
+        const platform::CFile original = opener.Open(like.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY);
+        if (!original.IsOpen()) {
+            Fail("cannot read", like);
+        }
+        if (!platform::CarryRightsOver(original, file.File(), &reason)) {
+            FailFor(reason, path);
+        }
+    }
+    if (::fsync(file.File().Descriptor()) != 0) {
+        Fail("cannot write", path);
+    }
+    if (!platform::IsStillWanted(isAsLoaded, nullptr)) {
+        FailForOvertaken(path);
+    }
+    if (!file.RenameTo(path.filename().c_str())) {
+        Fail("cannot replace", path);
+    }
+    ::fsync(folder.Descriptor());
+}
 
 volatile std::sig_atomic_t interrupted = 0;
 
@@ -108,7 +134,7 @@ constexpr int kPause = 200; // milliseconds between looks whether the user inter
 /// What a pipe or a device gives until it ends, or the user interrupts: a read alone would go on after a signal.
 std::string ReadToEnd(int file, const std::filesystem::path& name) {
     std::string bytes;
-    char piece[1 << 16];
+    char piece[1 << 12];
     while (!IsInterrupted()) {
         pollfd readable{file, POLLIN, 0};
         const int ready = ::poll(&readable, 1, kPause);
@@ -238,36 +264,24 @@ std::string ReadInput(const std::filesystem::path& path) {
 void WriteWhole(const std::filesystem::path& path, std::string_view bytes, const std::filesystem::path& like,
                 const LastLook& isAsLoaded) {
     struct stat present;
-    if (::stat(path.c_str(), &present) == 0 && !S_ISREG(present.st_mode)) {
+    if (::stat(path.c_str(), &present) != 0) {
+        MakeFile(path, bytes, like, isAsLoaded);
+    } else if (!S_ISREG(present.st_mode)) {
         WriteTo(path, bytes);
-        return;
-    }
-    std::error_code error;
-    const auto linked = std::filesystem::weakly_canonical(path, error);
-    const std::filesystem::path target = error ? path : linked; // a link stays one
-    CNewFile file(target);
-    struct stat rights;
-    if (::stat(target.c_str(), &rights) == 0 || (!like.empty() && ::stat(like.c_str(), &rights) == 0)) {
-        // Ownership where the process may; never more rights than there were.
-        if ((rights.st_uid != ::geteuid() || rights.st_gid != ::getegid()) &&
-            ::fchown(file.Get(), rights.st_uid, rights.st_gid) != 0) {
-            rights.st_mode &= 0700;
-        }
-        if (::fchmod(file.Get(), rights.st_mode & 0777) != 0) {
-            Fail("cannot set the access rights of", target);
+    } else {
+        const auto contents = [bytes](const platform::PieceSink& sink) {
+            sink(bytes);
+            return true;
+        };
+        CReason reason;
+        if (!platform::ReplaceContents(path.c_str(), contents, &reason, isAsLoaded)) {
+            FailFor(reason, path);
         }
     }
-    if (!WriteAll(file.Get(), bytes) || ::fsync(file.Get()) != 0) {
-        Fail("cannot write", target);
-    }
-    if (!platform::IsStillWanted(isAsLoaded, nullptr)) {
-        FailForOvertaken(target);
-    }
-    file.Rename(target);
-    const CFile folder(target.parent_path(), O_RDONLY | O_DIRECTORY);
-    if (folder.Get() >= 0) {
-        ::fsync(folder.Get());
-    }
+}
+
+void PutFile(const std::filesystem::path& path, std::string_view bytes, const std::filesystem::path& like) {
+    MakeFile(path, bytes, like, {});
 }
 
 CFileLock::CFileLock(CFileLock&& other) noexcept : m_nHandle(std::exchange(other.m_nHandle, kNone)) {}
@@ -290,8 +304,10 @@ bool CFileLock::Try(const std::filesystem::path& path, std::string_view holder) 
         }
         return false;
     }
-    // Who holds it is for a message only.
-    if (::ftruncate(file.Get(), 0) != 0 || !WriteAll(file.Get(), holder)) {
+    // Who holds it is for a message only, and does not go into a file that has another name too.
+    struct stat facts;
+    if (::fstat(file.Get(), &facts) == 0 && S_ISREG(facts.st_mode) && facts.st_nlink == 1 &&
+        (::ftruncate(file.Get(), 0) != 0 || !WriteAll(file.Get(), holder))) {
         errno = 0;
     }
     m_nHandle = file.Keep();

@@ -189,6 +189,10 @@ void WriteWhole(const std::filesystem::path& path, std::string_view bytes, const
     }
 }
 
+void PutFile(const std::filesystem::path& path, std::string_view bytes, const std::filesystem::path& like) {
+    WriteWhole(path, bytes, like);
+}
+
 CFileLock::CFileLock(CFileLock&& other) noexcept : m_nHandle(std::exchange(other.m_nHandle, kNone)) {}
 
 CFileLock& CFileLock::operator=(CFileLock&& other) noexcept {

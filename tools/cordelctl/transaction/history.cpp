@@ -18,8 +18,17 @@ constexpr const char* kFolder = ".cordelctl";
 constexpr std::size_t kMostStates = 50;
 constexpr std::uint64_t kMostBytes = std::uint64_t{64} << 20;
 
+/// What lies where a link leads is not the tool's to write or remove.
+bool IsLink(const std::filesystem::path& path) {
+    return std::filesystem::is_symlink(std::filesystem::symlink_status(path));
+}
+
 /// Owner only: what others may do with the documents they can see in the documents' own rights.
 void MakeFolder(const std::filesystem::path& folder) {
+    if (IsLink(folder)) {
+        throw std::filesystem::filesystem_error("a link stands in the folder's place", folder,
+                                                std::make_error_code(std::errc::not_a_directory));
+    }
     if (std::filesystem::create_directories(folder)) {
         std::filesystem::permissions(folder, std::filesystem::perms::owner_all);
     }
@@ -35,6 +44,15 @@ std::filesystem::path NotesOf(const HistoryState& state) {
     auto path = state.file;
     path.replace_extension(".txt");
     return path;
+}
+
+std::ostream& operator<<(std::ostream& stream, const platform::FileStamp& stamp) {
+    return stream << stamp.device << ' ' << stamp.file << ' ' << stamp.size << ' ' << stamp.modified << ' '
+                  << stamp.changed;
+}
+
+std::istream& operator>>(std::istream& stream, platform::FileStamp& stamp) {
+    return stream >> stamp.device >> stamp.file >> stamp.size >> stamp.modified >> stamp.changed;
 }
 
 std::size_t MostStates() {
@@ -95,10 +113,13 @@ HistoryState CHistory::State(const std::string& number) const {
 
 std::vector<HistoryState> CHistory::StatesIn(const std::filesystem::path& folder) const {
     std::vector<HistoryState> states;
+    if (IsLink(folder)) {
+        return states;
+    }
     std::error_code none;
     for (const auto& entry : std::filesystem::directory_iterator(folder, none)) {
         const auto number = NumberOf(host::TextOf(entry.path().stem()));
-        if (!number || entry.path().extension() != ".xml") {
+        if (!number || entry.path().extension() != ".xml" || !entry.is_regular_file(none) || entry.is_symlink(none)) {
             continue;
         }
         HistoryState state;
@@ -109,8 +130,7 @@ std::vector<HistoryState> CHistory::StatesIn(const std::filesystem::path& folder
             std::istringstream notes(host::ReadBytes(NotesOf(state)));
             std::getline(notes, state.time);
             std::getline(notes, state.command);
-            notes >> state.after.device >> state.after.file >> state.after.size >> state.after.modified >>
-                state.after.changed;
+            notes >> state.after >> state.before;
         } catch (const std::filesystem::filesystem_error&) {
             state.command = "?"; // its notes are lost, it is not
         }
@@ -124,25 +144,19 @@ std::vector<HistoryState> CHistory::StatesIn(const std::filesystem::path& folder
 void CHistory::Write(const HistoryState& state) const {
     std::ostringstream notes;
     notes << state.time << '\n' << state.command << '\n';
-    const platform::FileStamp& after = state.after;
-    notes << after.device << ' ' << after.file << ' ' << after.size << ' ' << after.modified << ' ' << after.changed
-          << '\n';
-    host::WriteWhole(NotesOf(state), notes.str());
+    notes << state.after << '\n' << state.before << '\n';
+    host::PutFile(NotesOf(state), notes.str());
 }
 
 HistoryState CHistory::KeepIn(const std::filesystem::path& folder, unsigned number, const std::string& command) const {
+    MakeFolder(m_folder);
     MakeFolder(folder);
-    HistoryState state{number, TimeNow(), command, 0, {}, folder / (NameOfNumber(number) + ".xml")};
-    // Whole or not at all: a copy that is not complete has another name. Its rights are the document's.
-    auto partial = state.file;
-    partial += ".partial";
-    std::error_code none;
+    HistoryState state{
+        number, TimeNow(), command, 0, {}, StampOf(m_document), folder / (NameOfNumber(number) + ".xml")};
     try {
-        std::filesystem::copy_file(m_document, partial, std::filesystem::copy_options::overwrite_existing);
-        std::filesystem::rename(partial, state.file);
+        host::PutFile(state.file, host::ReadBytes(m_document), m_document);
         Write(state);
     } catch (const std::filesystem::filesystem_error&) {
-        std::filesystem::remove(partial, none);
         Drop(state);
         throw;
     }
@@ -220,8 +234,8 @@ HistoryState CHistory::Undo(bool force) {
         }
         Drop(newest);
         states.pop_back();
-        if (!states.empty()) {
-            NoteDone(states.back()); // the document is what that command left
+        if (!states.empty() && states.back().after == newest.before) {
+            NoteDone(states.back()); // the document is what that command left, and nobody wrote it in between
         }
     } catch (const std::filesystem::filesystem_error& error) {
         throw CFailure(ExitCode::NotKept, "nothing was undone: " + std::string(error.what()));

@@ -15,10 +15,11 @@
 
 struct HistoryState {
     unsigned number = 0;
-    std::string time;               // when it was kept, in UTC
-    std::string command;            // before which it was
-    std::uint64_t size = 0;         // bytes
-    platform::FileStamp after = {}; // of the document, as the command left it
+    std::string time;                // when it was kept, in UTC
+    std::string command;             // before which it was
+    std::uint64_t size = 0;          // bytes
+    platform::FileStamp after = {};  // of the document, as the command left it
+    platform::FileStamp before = {}; // of the document, when the state was kept
     std::filesystem::path file;
 };
 

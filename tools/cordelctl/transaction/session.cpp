@@ -224,11 +224,16 @@ bool CSession::Save(const std::string& command) {
     std::vector<Step> steps;
     const auto takeBack = [&steps] { // all or nothing
         for (const Step& step : steps) {
-            if (step.saved) {
-                host::WriteWhole(step.file, step.former);
-            }
-            if (step.state) {
-                step.history.Drop(*step.state);
+            try {
+                if (step.saved) {
+                    host::WriteWhole(step.file, step.former);
+                }
+                if (step.state) {
+                    step.history.Drop(*step.state);
+                }
+            } catch (const std::filesystem::filesystem_error& error) {
+                Note(host::TextOf(step.file) + " was changed all the same, and could not be taken back (" +
+                     error.code().message() + "); see: cordelctl history");
             }
         }
     };
@@ -247,7 +252,7 @@ bool CSession::Save(const std::string& command) {
                 step.history.NoteDone(*step.state);
             }
         }
-    } catch (const CFailure&) {
+    } catch (const std::exception&) {
         takeBack();
         throw;
     }

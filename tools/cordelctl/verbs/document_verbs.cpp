@@ -68,7 +68,7 @@ Result Init(Context& context) {
         const bool present = std::filesystem::exists(std::filesystem::symlink_status(place.perUser));
         if (!present && !context.Options().dryRun) {
             try {
-                MakeCopy(place, host::ReadBytes(place.installed));
+                MakeCopy(place, host::ReadBytes(place.installed), Present::Kept);
             } catch (const std::filesystem::filesystem_error& error) {
                 throw CFailure(ExitCode::NoDocument, place.title + " cannot be read: " + error.what());
             }
@@ -128,7 +128,7 @@ Result Reset(Context& context) {
                 kept = host::TextOf(name);
             }
         }
-        MakeCopy(place, bytes);
+        MakeCopy(place, bytes, Present::Replaced);
         if (state) {
             history.NoteDone(*state);
             history.ForgetOld();
@@ -257,7 +257,7 @@ Result AddPrinter(Context& context) {
         bytes = host::ReadBytes(like.Loaded());
     }
     if (!context.Options().dryRun) {
-        MakeCopy(place, bytes);
+        MakeCopy(place, bytes, Present::Kept);
     }
     Result result;
     result.data = Value::Record{{"printer", place.name}, {"path", host::TextOf(place.perUser)}};
