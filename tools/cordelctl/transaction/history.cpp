@@ -81,9 +81,7 @@ std::optional<unsigned> NumberOf(const std::string& text) {
 
 } // namespace
 
-std::string TimeNow() {
-    return TextOfTime(std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now()));
-}
+std::string TimeNow() { return TextOfTime(std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now())); }
 
 CHistory::CHistory(const DocumentPlace& place)
     : m_document(place.perUser), m_folder(place.perUser.parent_path() / kFolder / place.perUser.filename()),
