@@ -115,6 +115,12 @@ TEST_F(CommandLine, APrinterNameIsNoPath) {
     EXPECT_EQ(Run({"--printer", "../language/English/Strings", "get", "Main", "Title"}).status, kUsage);
 }
 
+TEST_F(CommandLine, ALanguageNameIsNoPath) {
+    for (const char* const name : {"../language/German", "German/../English", ".", ""}) {
+        EXPECT_EQ(Run({"show", "--texts", "Main", "--language", name}).status, kUsage) << name;
+    }
+}
+
 TEST_F(CommandLine, WithoutInstalledDocumentsItSaysWhereTheyBelong) {
     std::filesystem::remove_all(InstallFolder() / "Cordelbox");
     const ToolRun run = Run({"get", "Project", "Name"});

@@ -245,8 +245,10 @@ void TakeGlobals(const Slots& slots, Globals& globals) {
     }
     if (given.Has("--language")) {
         globals.language = given.Text("--language");
-        if (globals.language.empty()) {
-            throw CFailure(ExitCode::Usage, "the name behind --language is empty");
+        if (globals.language.empty() || globals.language.find_first_of("/\\") != std::string::npos ||
+            globals.language.starts_with('.')) {
+            throw CFailure(ExitCode::Usage, "\"" + globals.language + "\" is not the name of a language",
+                           "give a folder's name in Cordelbox/language");
         }
     }
     globals.allPrinters = globals.allPrinters || given.Has("--all-printers");
