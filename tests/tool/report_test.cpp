@@ -92,13 +92,6 @@ double Contrast(const std::array<double, 3>& one, const std::array<double, 3>& o
 
 } // namespace
 
-arguments.insert(arguments.end(), options.begin(), options.end());
-Output(arguments);
-return ReadBytes(file);
-}
-}
-;
-
 TEST_F(Report, ThePageIsStrictXmlAndRefersToNothingOutsideItself) {
     Output({"files", "add", kSans, kRgbProfile});
     const std::string page = Page();

@@ -25,3 +25,8 @@ protected:
     std::string Page(const std::vector<std::string>& options = {}) const {
         const std::string file = (m_folder / "page.html").string();
         std::vector<std::string> arguments{"report", file};
+        arguments.insert(arguments.end(), options.begin(), options.end());
+        Output(arguments);
+        return ReadBytes(file);
+    }
+};

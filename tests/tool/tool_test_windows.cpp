@@ -73,12 +73,18 @@ int ToolTest::RunProgram(const std::vector<std::string>& arguments, const std::f
     start.hStdError = Open(errors, GENERIC_WRITE, CREATE_ALWAYS);
     PROCESS_INFORMATION process{};
     DWORD status = 127;
-    if (CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, DETACHED_PROCESS, nullptr, nullptr, &start,
-                       &process)) {
+    bool bStarted = false;
+    for (int attempts = 0; attempts < 3 && !bStarted; ++attempts) { // Wine cannot always on a busy machine
+        bStarted = CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, DETACHED_PROCESS, nullptr, nullptr,
+                                  &start, &process) != FALSE;
+    }
+    if (bStarted) {
         WaitForSingleObject(process.hProcess, INFINITE);
         GetExitCodeProcess(process.hProcess, &status);
         CloseHandle(process.hProcess);
         CloseHandle(process.hThread);
+    } else {
+        ADD_FAILURE() << "cordelctl does not start: error " << GetLastError();
     }
     for (const HANDLE stream : {start.hStdInput, start.hStdOutput, start.hStdError}) {
         CloseHandle(stream);
