@@ -26,6 +26,16 @@ protected:
         return UserFile("restricted.ttf", bytes);
     }
 
+    /// A listed file whose digest is kept has another content now, which neither its size nor its time tells.
+    void ChangeUnderItsDigest() const {
+        const std::string file = UserFile("a.mac", "text");
+        const auto time = std::filesystem::last_write_time(file);
+        Output({"files", "add", "--type", "2", file});
+        Output({"files", "verify", "--keep-digests"});
+        WriteBytes(file, "TEXT");
+        std::filesystem::last_write_time(file, time);
+    }
+
     nlohmann::json Codes(const std::vector<std::string>& options = {}) const {
         std::vector<std::string> command{"--json", "files", "verify"};
         command.insert(command.end(), options.begin(), options.end());
@@ -154,12 +164,7 @@ TEST_F(FilesVerify, AProfileIsHeldAgainstItsSlots) {
 }
 
 TEST_F(FilesVerify, ARenewedFileIsRenewedAmongTheDigestsToo) {
-    const std::string file = UserFile("a.mac", "text");
-    const auto time = std::filesystem::last_write_time(file);
-    Output({"files", "add", "--type", "2", file});
-    Output({"files", "verify", "--keep-digests"});
-    WriteBytes(file, "TEXT");
-    std::filesystem::last_write_time(file, time);
+    ChangeUnderItsDigest();
     Run({"files", "renew", "--all", "--dry-run"});
     EXPECT_EQ(Codes(), nlohmann::json({"file-changed"}));
     EXPECT_EQ(Output({"files", "renew", "--all"}), "1 file recorded anew\n");
@@ -167,12 +172,7 @@ TEST_F(FilesVerify, ARenewedFileIsRenewedAmongTheDigestsToo) {
 }
 
 TEST_F(FilesVerify, DigestsStayAsTheyAreWhenTheCommandFails) {
-    const std::string file = UserFile("a.mac", "text");
-    const auto time = std::filesystem::last_write_time(file);
-    Output({"files", "add", "--type", "2", file});
-    Output({"files", "verify", "--keep-digests"});
-    WriteBytes(file, "TEXT");
-    std::filesystem::last_write_time(file, time);
+    ChangeUnderItsDigest();
     const ToolRun batch = Run({"batch"}, "files renew --all\nfiles verify --keep-digests\nfiles remove 99\n");
     EXPECT_EQ(batch.status, kMissing);
     EXPECT_EQ(Codes(), nlohmann::json({"file-changed"}));
