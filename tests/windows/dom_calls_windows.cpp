@@ -2,8 +2,6 @@
 
 #include "lacking_system.h"
 
-#include <msxml2.h>
-
 #include <cstring>
 #include <map>
 #include <utility>
@@ -11,6 +9,8 @@
 namespace {
 
 bool g_bInside = false; // the DOM's own calls do not count
+
+IXMLDOMParseError* g_parseError = nullptr;
 
 /// A function's own address, by the table and the place in it where the hook now stands.
 std::map<std::pair<void**, std::size_t>, void*> g_real;
@@ -156,6 +156,15 @@ void Watch(IXMLDOMNodeList* list) {
     Place(list, s_hooks);
 }
 
+HRESULT STDMETHODCALLTYPE GivenParseError(IXMLDOMDocument* document, IXMLDOMParseError** given) {
+    if (g_parseError == nullptr) {
+        return Function<&IXMLDOMDocument::get_parseError>::Call(document, given);
+    }
+    g_parseError->AddRef();
+    *given = g_parseError;
+    return S_OK;
+}
+
 void Watch(IXMLDOMDocument* document) {
     static const std::vector<Hook> s_hooks{
         HookOf<&IXMLDOMDocument::put_async>("put_async"),
@@ -165,7 +174,8 @@ void Watch(IXMLDOMDocument* document) {
         HookOf<&IXMLDOMDocument::save>("save"),
         HookOf<&IXMLDOMDocument::get_documentElement>("get_documentElement"),
         HookOf<&IXMLDOMDocument::createElement>("createElement"),
-        HookOf<&IXMLDOMDocument::createProcessingInstruction>("createProcessingInstruction")};
+        HookOf<&IXMLDOMDocument::createProcessingInstruction>("createProcessingInstruction"),
+        {HookOf<&IXMLDOMDocument::get_parseError>("get_parseError").place, reinterpret_cast<void*>(&GivenParseError)}};
     Watch(static_cast<IXMLDOMNode*>(document));
     Place(document, s_hooks);
 }
@@ -191,6 +201,8 @@ HRESULT WINAPI WatchedCoCreateInstance(REFCLSID type, LPUNKNOWN outer, DWORD con
 }
 
 } // namespace
+
+void GiveParseError(IXMLDOMParseError* error) noexcept { g_parseError = error; }
 
 extern "C" {
 

@@ -5,6 +5,8 @@
 
 #include "call_watch.h"
 
+#include <msxml2.h>
+
 #include <string>
 
 enum class DomAnswer {
@@ -16,3 +18,6 @@ enum class DomAnswer {
 };
 
 using CDomCallWatch = CCallWatch<std::string, DomAnswer>;
+
+/// From now on every document gives this for what it says of a load that failed; null: its own.
+void GiveParseError(IXMLDOMParseError* error) noexcept;

@@ -13,6 +13,7 @@ namespace {
 Lacks g_lacks;
 const std::string* g_hostPath = nullptr;
 bool g_bUtf8 = false;
+int g_nComTexts = 0;
 
 bool IsRefused(int& granted) noexcept { return granted != std::numeric_limits<int>::max() && granted-- <= 0; }
 
@@ -36,6 +37,8 @@ CUtf8CodePage::CUtf8CodePage() { g_bUtf8 = true; }
 
 CUtf8CodePage::~CUtf8CodePage() { g_bUtf8 = false; }
 
+int ComTexts() noexcept { return g_nComTexts; }
+
 void* operator new(std::size_t size) {
     void* const memory = IsMemoryRefused() ? nullptr : std::malloc(size != 0 ? size : 1);
     if (memory == nullptr) {
@@ -56,7 +59,15 @@ namespace {
 
 BSTR WINAPI LackingSysAllocStringLen(const OLECHAR* text, UINT length) {
     static const auto s_real = RealFunction(&::SysAllocStringLen, "SysAllocStringLen", "oleaut32.dll");
-    return IsMemoryRefused() ? nullptr : s_real(text, length);
+    const BSTR made = IsMemoryRefused() ? nullptr : s_real(text, length);
+    g_nComTexts += made != nullptr ? 1 : 0;
+    return made;
+}
+
+void WINAPI CountedSysFreeString(BSTR text) {
+    static const auto s_real = RealFunction(&::SysFreeString, "SysFreeString", "oleaut32.dll");
+    g_nComTexts -= text != nullptr ? 1 : 0;
+    s_real(text);
 }
 
 HRESULT WINAPI LackingCoInitialize(LPVOID reserved) {
@@ -106,6 +117,7 @@ int WINAPI LackingWideCharToMultiByte(UINT codePage, DWORD flags, LPCWCH units, 
 extern "C" {
 
 decltype(&::SysAllocStringLen) __imp_SysAllocStringLen = LackingSysAllocStringLen;
+decltype(&::SysFreeString) __imp_SysFreeString = CountedSysFreeString;
 decltype(&::CoInitialize) __imp_CoInitialize = LackingCoInitialize;
 decltype(&::CreateSemaphoreA) __imp_CreateSemaphoreA = LackingCreateSemaphoreA;
 decltype(&::SHGetSpecialFolderPathA) __imp_SHGetSpecialFolderPathA = LackingSHGetSpecialFolderPathA;

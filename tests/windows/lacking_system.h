@@ -55,3 +55,6 @@ public:
     CUtf8CodePage(const CUtf8CodePage&) = delete;
     CUtf8CodePage& operator=(const CUtf8CodePage&) = delete;
 };
+
+/// Texts of COM that this program has made, less those that it has freed.
+int ComTexts() noexcept;
