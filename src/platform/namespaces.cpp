@@ -26,8 +26,9 @@ constexpr CLiteral kXmlnsNamespace("http://www.w3.org/2000/xmlns/");
 
 constexpr DomChar kColon = ':';
 
+/// The parts of a name that has a prefix; of any other one both are empty.
 struct QualifiedName {
-    DomView prefix; // empty: none
+    DomView prefix;
     DomView local;
 };
 
@@ -35,7 +36,6 @@ struct QualifiedName {
 bool Split(DomView name, QualifiedName& parts) noexcept {
     const std::size_t colon = name.find(kColon);
     if (colon == DomView::npos) {
-        parts = {{}, name};
         return true;
     }
     parts = {name.substr(0, colon), name.substr(colon + 1)};
@@ -88,7 +88,7 @@ const char* CNamespaceScopes::Declare(std::size_t depth, const NamedText& attrib
     if (!Split(attribute.name, name)) {
         return "an attribute's name is no qualified name";
     }
-    const DomView prefix = name.prefix.empty() ? DomView() : name.local;
+    const DomView prefix = name.local; // empty: for names without one
     const bool bXml = prefix == DomView(kXml);
     const bool bXmlNamespace = attribute.text == DomView(kXmlNamespace);
     if (bXml && bXmlNamespace) {
@@ -101,7 +101,6 @@ const char* CNamespaceScopes::Declare(std::size_t depth, const NamedText& attrib
         return "a prefix is declared without a namespace";
     }
     std::vector<Text>& namespaces = m_byPrefix[Text(prefix)];
-    m_declarations.reserve(m_declarations.size() + 1);
     namespaces.emplace_back(attribute.text);
     m_declarations.push_back({depth, &namespaces});
     return nullptr;

@@ -12,8 +12,7 @@ CReason CReason::Of(ReasonKind kind, const char* words) noexcept {
     CReason reason = Of(kind);
     try {
         reason.m_strWords = words;
-    } catch (const std::bad_alloc&) {
-        reason.m_strWords = {};
+    } catch (const std::bad_alloc&) { // without words, then
     }
     return reason;
 }

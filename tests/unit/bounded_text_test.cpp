@@ -58,7 +58,7 @@ TEST(LenientNumbers, EndAtTheFirstOtherCharacter) {
 }
 
 TEST(LenientNumbers, AreZeroWithoutDigits) {
-    for (const char* const text : {"", " ", "x", "-", "+", "--1", "+-1", "- 1", " x1"}) {
+    for (const char* const text : {"", " ", "x", "-", "+", "--1", "+-1", "- 1", " x1", "~1", " ~1"}) {
         EXPECT_EQ(platform::LenientInteger(text), 0) << text;
     }
 }

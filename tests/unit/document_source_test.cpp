@@ -198,7 +198,10 @@ TEST(DocumentSource, SaysWhichEncodingItRefuses) {
     EXPECT_EQ(Refusal("<?xml version='1.0' encoding='Shift_JIS'?><a>\x83</a>").m_kind, ReasonKind::Encoding);
 }
 
-TEST(DocumentSource, OpensAFileOfTheLargestSize) { EXPECT_TRUE(OpensWithSize(kMaxDocumentBytes)); }
+TEST(DocumentSource, OpensAFileOfTheLargestSize) {
+    EXPECT_EQ(kMaxDocumentBytes, 256u * 1024 * 1024);
+    EXPECT_TRUE(OpensWithSize(kMaxDocumentBytes));
+}
 
 TEST(DocumentSource, RefusesAFileOneByteLargerAndSaysThatItIsTooLarge) {
     const CMemoryFile file("<");

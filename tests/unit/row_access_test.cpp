@@ -307,7 +307,8 @@ TEST(Reasons, OfAFileThatIsNotThereNameTheCallAndItsError) {
 TEST(Stamps, TellTheStatesOfAFileApart) {
     const CScratchFolder folder;
     const std::string path = (folder.Path() / "file").string();
-    EXPECT_EQ(platform::StampOf(path.c_str()), platform::FileStamp());
+    EXPECT_EQ(platform::StampOf(path.c_str()), (platform::FileStamp{0, 0, 0, 0, 0}));
+    EXPECT_EQ(platform::FileStamp(), (platform::FileStamp{0, 0, 0, 0, 0}));
     std::ofstream(path) << "one";
     const platform::FileStamp first = platform::StampOf(path.c_str());
     EXPECT_NE(first, platform::FileStamp());

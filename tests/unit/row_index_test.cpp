@@ -246,6 +246,7 @@ TEST(ALookup, LooksAtFewRowsWhereOneHasABaseNameTwice) {
     }
     CEngineDocument document(InList(rows + "<i K=\"999\" n:K=\"twice\" A=\"last\"/>"));
     EXPECT_LE(LooksOf(document, "A", {{"K", "999"}}, 0), kFewLooks);
+    EXPECT_GE(LooksOf(document, "A", {{"K", "999"}}, 0), 1u) << "the row that is found";
     EXPECT_LE(LooksOf(document, "A", {{"K", "twice"}}, 0), kFewLooks);
     EXPECT_LE(LooksOf(document, "A", {{"K", "twice"}, {"A", "last"}}, 0), kFewLooks);
     EXPECT_LE(LooksOf(document, "A", {{"K", "none"}}, 1), kFewLooks);
@@ -349,4 +350,11 @@ TEST(TheHashOfTexts, IsUnderAKeyThatNobodyForesees) {
     EXPECT_NE((SipHash<1, 3>(kProcessKey, "text", 4)), (SipHash<1, 3>(other, "text", 4)));
     EXPECT_NE(platform::RandomNumber(), platform::RandomNumber());
     EXPECT_NE(kProcessKey.first, kProcessKey.second);
+}
+
+TEST(TheHashOfTexts, IsOfTheirOwnCharactersOnly) {
+    const std::string_view first = "name1";
+    const std::string_view second = "name2";
+    EXPECT_EQ(HashText(first.substr(0, 4)), HashText(second.substr(0, 4)));
+    EXPECT_NE(HashText(first), HashText(second));
 }
