@@ -72,10 +72,8 @@ class Worker:
 
     def run(self, program, arguments, seconds, **environment):
         path = self.folder / "tests" / program
-        command = [str(path), *arguments]
-        if self.code_page:
-            command.insert(0, os.environ.get("WINE", "wine64"))
-        request = {"command": command, "folder": str(path.parent), "environment": environment, "seconds": seconds}
+        request = {"command": [str(path), *arguments], "folder": str(path.parent), "environment": environment,
+                   "seconds": seconds}
         print(json.dumps(request), file=self.process.stdin, flush=True)
         for line in self.process.stdout:
             if line.startswith("{"):
