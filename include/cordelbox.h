@@ -11,8 +11,8 @@
 ///     strings    Cordelbox\language\<language>\Strings.xml   the user-visible texts
 ///
 /// The per-user copy lies at `<per-user root>\Marvane\Hollivet\<same relative path>`. The per-user root is
-/// the roaming application-data folder on Windows; elsewhere it is $XDG_CONFIG_HOME when that is an absolute
-/// path, or else $HOME/.config. Off Windows every `\` of a relative path becomes `/`.
+/// the roaming application-data folder on Windows; elsewhere it is $XDG_CONFIG_HOME, or else $HOME/.config,
+/// of those that are an absolute path. Off Windows every `\` of a relative path becomes `/`.
 ///
 /// What is loaded: the per-user copy when it exists and can be opened for reading and writing, otherwise the
 /// installed document. What is saved: the whole document, and only over a per-user copy that exists and can

@@ -13,8 +13,8 @@ inline constexpr std::size_t kPathSize = 260;
 /// '\' on Windows, '/' elsewhere.
 extern const char kPathSeparator;
 
-/// Folder of the host's executable (of the process, not of this library); ends in a separator only when it is a
-/// root. Empty when it cannot be had or is too long.
+/// Folder of the host's executable (of the process, not of this library), as it was called when it was asked for first;
+/// ends in a separator only when it is a root. Empty when it cannot be had or is too long.
 AnsiString HostFolder();
 
 /// The per-user root for roaming application data; it need not exist. Empty when there is none.
@@ -24,8 +24,9 @@ AnsiString ApplicationDataFolder();
 void ToNativeSeparators(char* path) noexcept;
 
 /// True when the path is a regular file that can be opened for reading and writing and that no other program
-/// holds open to the exclusion of others. Otherwise `reason`, where one is wanted, says which of these it is not.
-bool IsPresentAndWritable(const char* path, CReason* reason = nullptr) noexcept;
+/// holds open to the exclusion of others, and no link that somebody else prepared leads to it. Otherwise `reason`,
+/// where one is wanted, says which of these it is not. Throws std::bad_alloc.
+bool IsPresentAndWritable(const char* path, CReason* reason = nullptr);
 
 /// What tells one state of a file from another: which file it is, its size, and its times.
 struct FileStamp {

@@ -97,6 +97,16 @@ TEST_F(PerUserRoots, ARelativeConfigurationFolderDoesNotCount) {
     fs::current_path(before);
 }
 
+TEST_F(PerUserRoots, ARelativeHomeDoesNotCount) {
+    // From another folder a save would write another document.
+    const fs::path before = fs::current_path();
+    fs::current_path(InstallFolder());
+    const CVariable home("HOME", fs::relative(Home(), InstallFolder()).string());
+    const CVariable root("XDG_CONFIG_HOME", std::nullopt);
+    EXPECT_EQ(OpenedName(), "");
+    fs::current_path(before);
+}
+
 TEST_F(PerUserRoots, WithoutAnyRootNotEvenTheInstalledDocumentLoads) {
     InstallStrings("English", Document(""));
     const CVariable home("HOME", std::nullopt);

@@ -5,8 +5,10 @@
 #include "unprivileged_posix.h"
 
 #include <fcntl.h>
+#include <linux/fs.h>
 #include <sched.h>
 #include <signal.h>
+#include <sys/ioctl.h>
 #include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
@@ -21,6 +23,7 @@
 #include <set>
 #include <string>
 #include <thread>
+#include <tuple>
 
 namespace fs = std::filesystem;
 using namespace std::chrono_literals;
@@ -94,6 +97,32 @@ private:
     pid_t m_nProcess = -1;
 };
 
+/// While it lives, names can be added to a folder, and neither changed nor removed.
+class CAppendOnlyFolder {
+public:
+    explicit CAppendOnlyFolder(const fs::path& folder) : m_folder(folder), m_bSet(Set(true)) {}
+    ~CAppendOnlyFolder() { Set(false); }
+    CAppendOnlyFolder(const CAppendOnlyFolder&) = delete;
+    CAppendOnlyFolder& operator=(const CAppendOnlyFolder&) = delete;
+
+    /// False: this file system has no such folders, or this process may not make one.
+    bool IsSet() const { return m_bSet; }
+
+private:
+    bool Set(bool bOn) const {
+        const int folder = ::open(m_folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        int flags = 0;
+        bool bDone = ::ioctl(folder, FS_IOC_GETFLAGS, &flags) == 0;
+        flags = bOn ? flags | FS_APPEND_FL : flags & ~FS_APPEND_FL;
+        bDone = bDone && ::ioctl(folder, FS_IOC_SETFLAGS, &flags) == 0;
+        ::close(folder);
+        return bDone;
+    }
+
+    const fs::path m_folder;
+    const bool m_bSet;
+};
+
 /// While it lives, the process may not make files longer than this.
 class CFileSizeLimit {
 public:
@@ -130,6 +159,15 @@ protected:
     }
 
     static void Change() { WriteAttr("Info", "Name", "after"); }
+
+    /// Another file in the copy's place, with these rights.
+    void PutAnother(uid_t owner, gid_t group, mode_t mode) const {
+        const fs::path other = Beside("other");
+        WriteFile(other, Document(kInfo));
+        ASSERT_EQ(::chown(other.c_str(), owner, group), 0);
+        ASSERT_EQ(::chmod(other.c_str(), mode), 0);
+        fs::rename(other, UserMainPath());
+    }
 
     /// Names that are, or might be taken for, those of temporary files.
     static std::set<std::string> PlantedNames() {
@@ -219,6 +257,182 @@ TEST_F(SaveAttacks, ALinkDoesNotTouchWhatItLeadsTo) {
     Change();
     EXPECT_EQ(SavedItems("Info"), kAfter);
     EXPECT_EQ(ReadFile(PerUserRoot() / "letter.txt"), "a letter");
+}
+
+// Other files in the copy's place.
+
+TEST_F(SaveAttacks, ALinkThatAnotherUserPutInTheCopysPlaceIsNotFollowedToWhatIsNotTheirs) {
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "needs the right to give files away";
+    }
+    const fs::path letter = PerUserRoot() / "letter.txt";
+    for (const uid_t owner : {uid_t{0}, kOtherUser + 1}) {
+        WriteFile(letter, Document(kInfo));
+        ASSERT_EQ(::chown(letter.c_str(), owner, kOtherGroup), 0);
+        fs::remove(UserMainPath());
+        fs::create_symlink("../../../../letter.txt", UserMainPath());
+        ASSERT_EQ(::lchown(UserMainPath().c_str(), kOtherUser, kOtherGroup), 0);
+        Change();
+        EXPECT_EQ(ReadFile(letter), Document(kInfo)) << owner;
+        EXPECT_TRUE(fs::is_symlink(UserMainPath()));
+        CloseAll();
+        InstallMain(Document("<Info><Item Name=\"installed\"/></Info>"));
+        Open();
+        EXPECT_EQ(GetAttrValue("Info", "Name"), "installed") << "such a copy is none";
+    }
+}
+
+TEST_F(SaveAttacks, ALinkThroughALinkOfAnotherUserIsNotFollowedToWhatIsNotTheirs) {
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "needs the right to give files away";
+    }
+    WriteFile(PerUserRoot() / "letter.txt", "a letter");
+    ASSERT_EQ(::chown((PerUserRoot() / "letter.txt").c_str(), kOtherUser + 1, kOtherGroup), 0);
+    fs::remove(UserMainPath());
+    for (const auto& [name, target, owner] :
+         {std::tuple<const char*, fs::path, uid_t>{"second", "../../../../letter.txt", kOtherUser + 1},
+          {"first", "second", kOtherUser},
+          {"Cordelbox.xml", Beside("first"), uid_t{0}}}) {
+        fs::create_symlink(target, Beside(name));
+        ASSERT_EQ(::lchown(Beside(name).c_str(), owner, kOtherGroup), 0);
+    }
+    Change();
+    EXPECT_EQ(ReadFile(PerUserRoot() / "letter.txt"), "a letter");
+}
+
+TEST_F(SaveAttacks, ALinkOfAnotherUserToAFileOfThatUserIsFollowed) {
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "needs the right to give files away";
+    }
+    const fs::path theirs = PerUserRoot() / "theirs.xml";
+    fs::rename(UserMainPath(), theirs);
+    ASSERT_EQ(::chown(theirs.c_str(), kOtherUser, kOtherGroup), 0);
+    fs::create_symlink(theirs, UserMainPath());
+    ASSERT_EQ(::lchown(UserMainPath().c_str(), kOtherUser, kOtherGroup), 0);
+    Change();
+    EXPECT_TRUE(fs::is_symlink(UserMainPath()));
+    EXPECT_EQ(SavedItems("Info"), kAfter);
+    EXPECT_EQ(OwnerOf(theirs), kOtherUser);
+}
+
+TEST_F(SaveAttacks, AFileThatSomebodyPutInTheCopysPlaceOpensTheDocumentToNobody) {
+    ASSERT_EQ(::chmod(UserMainPath().c_str(), 0600), 0);
+    CloseAll();
+    Open();
+    PutAnother(::geteuid(), ::getegid(), 0666);
+    Change();
+    EXPECT_EQ(SavedItems("Info"), kAfter);
+    EXPECT_EQ(ModeOf(UserMainPath()), 0600u);
+    ASSERT_EQ(::chmod(UserMainPath().c_str(), 0644), 0);
+    WriteAttr("Info", "Name", "again");
+    EXPECT_EQ(ModeOf(UserMainPath()), 0644u) << "the document's own rights may be made wider";
+    PutAnother(::geteuid(), ::getegid(), 0640);
+    Change();
+    EXPECT_EQ(ModeOf(UserMainPath()), 0640u) << "what takes its place may narrow them";
+}
+
+TEST_F(SaveAttacks, AFileThatAnotherUserPutInTheCopysPlaceDoesNotMakeTheDocumentTheirs) {
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "needs the right to give files away";
+    }
+    ASSERT_EQ(::chmod(UserMainPath().c_str(), 0600), 0);
+    CloseAll();
+    Open();
+    PutAnother(kOtherUser, kOtherGroup, 0666);
+    Change();
+    EXPECT_EQ(SavedItems("Info"), kAfter);
+    EXPECT_EQ(OwnerOf(UserMainPath()), ::geteuid());
+    EXPECT_EQ(ModeOf(UserMainPath()), 0600u);
+}
+
+TEST_F(SaveAttacks, AFileThatAnotherOfTheGroupSavedLeavesTheDocumentToTheGroup) {
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "needs the right to give files away";
+    }
+    GiveAway(kOtherUser, kOtherGroup, 0660);
+    CloseAll();
+    Open();
+    PutAnother(kOtherUser + 1, kOtherGroup, 0660);
+    Change();
+    EXPECT_EQ(SavedItems("Info"), kAfter);
+    EXPECT_EQ(ModeOf(UserMainPath()), 0660u);
+    struct stat status {};
+    ASSERT_EQ(::stat(UserMainPath().c_str(), &status), 0);
+    EXPECT_EQ(status.st_gid, kOtherGroup);
+}
+
+TEST_F(SaveAttacks, AListThatCameWithAnotherFileOpensTheDocumentToNobody) {
+    using enum AccessEntry::Tag;
+    const std::string list =
+        AccessListBytes({{Owner, 6}, {User, 6, kOtherUser}, {OwningGroup, 0}, {Mask, 6}, {Others, 0}});
+    ASSERT_EQ(::chmod(UserMainPath().c_str(), 0660), 0);
+    CloseAll();
+    Open();
+    PutAnother(::geteuid(), ::getegid(), 0660);
+    if (!SetFileAttribute(UserMainPath(), kAccessList, list)) {
+        GTEST_SKIP() << "no access control lists here";
+    }
+    Change();
+    EXPECT_EQ(SavedItems("Info"), kAfter);
+    EXPECT_EQ(FileAttribute(UserMainPath(), kAccessList), "(none)");
+    EXPECT_EQ(ModeOf(UserMainPath()), 0600u);
+}
+
+TEST_F(SaveAttacks, AListOfBothFilesIsKept) {
+    using enum AccessEntry::Tag;
+    const std::string list =
+        AccessListBytes({{Owner, 6}, {User, 6, kOtherUser}, {OwningGroup, 0}, {Mask, 6}, {Others, 0}});
+    if (!SetFileAttribute(UserMainPath(), kAccessList, list)) {
+        GTEST_SKIP() << "no access control lists here";
+    }
+    CloseAll();
+    Open();
+    PutAnother(::geteuid(), ::getegid(), 0660);
+    ASSERT_TRUE(SetFileAttribute(UserMainPath(), kAccessList, list));
+    Change();
+    EXPECT_EQ(SavedItems("Info"), kAfter);
+    EXPECT_EQ(FileAttribute(UserMainPath(), kAccessList), list);
+}
+
+TEST_F(SaveAttacks, InPlaceNoFileIsWrittenThatSomebodyPutThereAndOthersMayOpen) {
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "needs the right to give files away";
+    }
+    for (const bool bWider : {true, false}) {
+        CopyMainForUser(Document(kInfo));
+        GiveAway(UnprivilegedUser(), kOtherGroup, 0600);
+        CloseAll();
+        {
+            const CUnprivileged nobody;
+            Open();
+        }
+        PutAnother(UnprivilegedUser(), kOtherGroup, bWider ? 0644 : 0600);
+        ASSERT_EQ(::chmod(Folder().c_str(), 0555), 0);
+        {
+            const CUnprivileged nobody;
+            Change();
+        }
+        ASSERT_EQ(::chmod(Folder().c_str(), 0755), 0);
+        EXPECT_EQ(SavedItems("Info"), bWider ? kBefore : kAfter);
+    }
+}
+
+TEST_F(SaveAttacks, InPlaceNoFileIsWrittenThatHasAnotherName) {
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "needs the right to give files away";
+    }
+    const fs::path letter = PerUserRoot() / "letter.txt";
+    WriteFile(letter, "a letter");
+    ASSERT_EQ(::chmod(letter.c_str(), 0666), 0);
+    fs::remove(UserMainPath());
+    fs::create_hard_link(letter, UserMainPath());
+    fs::permissions(Folder(), static_cast<fs::perms>(0555));
+    {
+        const CUnprivileged nobody;
+        Change();
+    }
+    fs::permissions(Folder(), static_cast<fs::perms>(0755));
+    EXPECT_EQ(ReadFile(letter), "a letter");
 }
 
 TEST_F(SaveAttacks, ASocketAFifoOrAFolderHoldsNoSaveUp) {
@@ -512,5 +726,15 @@ TEST_F(SaveAttacks, ADocumentThatOnlyItsOwnerMayReplaceIsWrittenInPlace) {
     EXPECT_EQ(SavedItems("Info"), kAfter);
     EXPECT_EQ(OwnerOf(UserMainPath()), kOtherUser);
     EXPECT_EQ(ModeOf(UserMainPath()), 0666u);
+    EXPECT_EQ(Names(), std::set<std::string>{"Cordelbox.xml"});
+}
+
+TEST_F(SaveAttacks, InAFolderThatKeepsEveryNameTheDocumentIsWrittenInPlaceAndNothingIsLeftBehind) {
+    const CAppendOnlyFolder folder(Folder());
+    if (!folder.IsSet()) {
+        GTEST_SKIP() << "no folders to which names can only be added";
+    }
+    Change();
+    EXPECT_EQ(SavedItems("Info"), kAfter);
     EXPECT_EQ(Names(), std::set<std::string>{"Cordelbox.xml"});
 }

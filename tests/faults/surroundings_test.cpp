@@ -18,6 +18,9 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -125,25 +128,37 @@ TEST_F(Surroundings, WithoutALocaleOfUnicodeLettersAreFoldedAllTheSame) {
     EXPECT_EXIT(fold(), ::testing::ExitedWithCode(0), "");
 }
 
-TEST_F(Surroundings, AHostInTheRootFolderHasThatFolder) {
-    CSystemCallWatch watch([](std::size_t, const SystemCall& call) {
-        Fate fate;
-        fate.answer = call.name == "readlink" ? "/host" : "";
-        return fate;
-    });
-    EXPECT_EQ(platform::HostFolder(), "/");
-}
-
-TEST_F(Surroundings, AHostWhosePathIsTooLongHasNoFolder) {
-    for (const std::size_t length : {std::size_t{259}, std::size_t{260}, std::size_t{300}}) {
-        const std::string path = "/host/" + std::string(length - 6, 'h');
+/// Asks for the host's folder in a process of its own, where nobody asked before, while the host's path is each of
+/// these in turn; ends with 0 when the answers are as expected.
+void AskForHostFolder(const std::vector<std::pair<std::string, std::string>>& pathsAndFolders) {
+    bool bAsExpected = true;
+    for (const auto& [path, folder] : pathsAndFolders) {
         CSystemCallWatch watch([&](std::size_t, const SystemCall& call) {
             Fate fate;
             fate.answer = call.name == "readlink" ? path : "";
             return fate;
         });
-        EXPECT_EQ(platform::HostFolder(), length < 260 ? "/host" : "");
+        bAsExpected = bAsExpected && platform::HostFolder() == folder.c_str();
     }
+    std::exit(bAsExpected ? 0 : 1);
+}
+
+TEST(HostFolder, OfAHostInTheRootFolderIsThatFolder) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(AskForHostFolder({{"/host", "/"}}), ::testing::ExitedWithCode(0), "");
+}
+
+TEST(HostFolder, IsNoneWhereThePathIsTooLong) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const auto ofLength = [](std::size_t length) { return "/host/" + std::string(length - 6, 'h'); };
+    EXPECT_EXIT(AskForHostFolder({{ofLength(260), ""}, {ofLength(300), ""}, {ofLength(259), "/host"}}),
+                ::testing::ExitedWithCode(0), "");
+}
+
+TEST(HostFolder, StaysTheOneThatTheHostWasStartedInWhenThatIsRenamed) {
+    // Else nothing that is open would be found again, and no change of it saved.
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(AskForHostFolder({{"/app/host", "/app"}, {"/app.old/host", "/app"}}), ::testing::ExitedWithCode(0), "");
 }
 
 TEST_F(Surroundings, WithoutAHomeThereIsNoFolderForCopies) {
@@ -151,6 +166,8 @@ TEST_F(Surroundings, WithoutAHomeThereIsNoFolderForCopies) {
     ::setenv("HOME", "", 1);
     EXPECT_EQ(platform::ApplicationDataFolder(), "");
     ::unsetenv("HOME");
+    EXPECT_EQ(platform::ApplicationDataFolder(), "");
+    ::setenv("HOME", "home/user", 1);
     EXPECT_EQ(platform::ApplicationDataFolder(), "");
     ::setenv("HOME", "/home/user", 1);
     EXPECT_EQ(platform::ApplicationDataFolder(), "/home/user/.config");

@@ -113,11 +113,6 @@ ssize_t readlink(const char* path, char* buffer, std::size_t size) noexcept {
     return Fails(fate) ? -1 : real(path, buffer, size);
 }
 
-char* realpath(const char* path, char* resolved) noexcept {
-    static const auto real = Real<char* (*)(const char*, char*)>("realpath");
-    return Fails(Note({"realpath", path, {}, {}})) ? nullptr : real(path, resolved);
-}
-
 int flock(int file, int operation) noexcept {
     static const auto real = Real<int (*)(int, int)>("flock");
     return Fails(NoteFile("flock", file)) ? -1 : real(file, operation);

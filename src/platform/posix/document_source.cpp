@@ -142,7 +142,8 @@ bool CDocumentSource::Open(const char* path, CReason* reason) {
         GiveReason(reason, CReason::OfCall("open", static_cast<std::uint32_t>(errno)));
         return false;
     }
-    return Read(file.Descriptor(), reason) && Decode(reason);
+    m_rights = platform::RightsOf(file, reason);
+    return m_rights.has_value() && Read(file.Descriptor(), reason) && Decode(reason);
 }
 
 bool CDocumentSource::Read(int file, CReason* reason) {

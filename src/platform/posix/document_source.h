@@ -2,10 +2,12 @@
 
 #pragma once
 
+#include "file_rights.h"
 #include "platform/reason.h"
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -24,6 +26,9 @@ public:
 
     std::string_view Text() const noexcept { return m_text; }
 
+    /// What the file let whom do.
+    const std::optional<platform::FileRights>& Rights() const noexcept { return m_rights; }
+
 private:
     bool Read(int file, CReason* reason);
     bool Decode(CReason* reason);
@@ -31,4 +36,5 @@ private:
     std::unique_ptr<char[]> m_pBytes;
     std::string m_strConverted;
     std::string_view m_text; // of one of the two
+    std::optional<platform::FileRights> m_rights;
 };

@@ -11,6 +11,7 @@
 
 #include <cstring>
 #include <new>
+#include <optional>
 #include <string>
 #include <unordered_set>
 #include <utility>
@@ -18,12 +19,16 @@
 struct DomDocument::Native {
     BuiltDocument m_document;
 
+    /// The file that was loaded, and what it let whom do then, or after the last save.
+    std::string m_strPath;
+    std::optional<platform::FileRights> m_rights;
+
     /// Items that were made where a default namespace holds. They are in none, and must say so where they are written.
     std::unordered_set<pugi::xml_node_struct*> m_outsideNamespace;
 
     void CheckNew(pugi::xml_node element);
     void Remove(pugi::xml_node parent, pugi::xml_node child) noexcept;
-    bool Write(const char* path, unsigned format, CReason& reason, const LastLook& isAsLoaded) const;
+    bool Write(const char* path, unsigned format, CReason& reason, const LastLook& isAsLoaded);
 };
 
 namespace {
@@ -254,14 +259,19 @@ bool DomDocument::Load(const char* path, CReason* reason, DomPositions positions
             m_pNative->m_document.m_positions.emplace();
         }
         CDocumentSource source;
-        return source.Open(path, reason) && BuildTree(source.Text(), m_pNative->m_document, reason);
+        if (!source.Open(path, reason) || !BuildTree(source.Text(), m_pNative->m_document, reason)) {
+            return false;
+        }
+        m_pNative->m_strPath = path;
+        m_pNative->m_rights = source.Rights();
+        return true;
     } catch (const std::bad_alloc&) {
         throw DomError("out of memory while loading a document", CReason::Of(ReasonKind::OutOfMemory));
     }
 }
 
 /// Saves the tree in this format.
-bool DomDocument::Native::Write(const char* path, unsigned format, CReason& reason, const LastLook& isAsLoaded) const {
+bool DomDocument::Native::Write(const char* path, unsigned format, CReason& reason, const LastLook& isAsLoaded) {
     COutsideNamespace declarations;
     declarations.Declare(m_outsideNamespace);
     std::string piece;
@@ -274,7 +284,8 @@ bool DomDocument::Native::Write(const char* path, unsigned format, CReason& reas
         bTooLarge = writer.IsTooLarge();
         return !bTooLarge;
     };
-    const bool bSaved = platform::ReplaceContents(path, writeTree, &reason, isAsLoaded);
+    const bool bSaved =
+        platform::ReplaceContents(path, writeTree, &reason, isAsLoaded, m_strPath == path ? &m_rights : nullptr);
     if (bTooLarge) {
         reason = CReason::Of(ReasonKind::TooLarge);
     }

@@ -101,42 +101,63 @@ struct Ownership {
     bool bGroup = true;
 };
 
-Ownership CopyOwnership(const struct stat& original, int replacement) {
-    if (IsAllowed("fchown", fchown(replacement, original.st_uid, original.st_gid))) {
-        return {};
-    }
-    constexpr auto kSameOwner = static_cast<uid_t>(-1);
+constexpr auto kSameOwner = static_cast<uid_t>(-1);
+constexpr auto kSameGroup = static_cast<gid_t>(-1);
+
+struct stat StatusOf(int file) {
     struct stat status = {};
-    IsAllowed("fchown", fchown(replacement, kSameOwner, original.st_gid));
-    if (fstat(replacement, &status) != 0) {
+    if (fstat(file, &status) != 0) {
         throw CallFailed("fstat");
     }
-    return {status.st_uid == original.st_uid, status.st_gid == original.st_gid};
+    return status;
 }
 
-/// Copies the access control list, or takes off what the folder handed down where there is none. False when it is lost:
+/// Gives the file to an owner, a group, both or neither.
+Ownership SetOwnership(int file, uid_t owner, gid_t group) {
+    if (IsAllowed("fchown", fchown(file, owner, group))) {
+        return {owner != kSameOwner, group != kSameGroup};
+    }
+    IsAllowed("fchown", fchown(file, kSameOwner, group));
+    const struct stat status = StatusOf(file);
+    return {status.st_uid == owner, status.st_gid == group};
+}
+
+/// Sets the access control list, or takes off what the folder handed down where there is none. False when it is lost:
 /// it speaks of an owner and a group, and means nothing without both.
-bool CopyAccessList(int original, int replacement, bool bOwnershipKept) {
-    const std::optional<std::string> list = ReadAttribute(original, kAccessList);
-    const bool bNone = !list.has_value() && IsLacking(errno);
-    if (list.has_value() && bOwnershipKept) {
-        return SetAttribute(replacement, kAccessList, *list);
+bool SetAccessList(int file, const FileRights& rights, bool bOwnershipKept) {
+    if (rights.accessList.has_value() && bOwnershipKept) {
+        return SetAttribute(file, kAccessList, *rights.accessList);
     }
-    const bool bRemoved = IsAllowed("fremovexattr", fremovexattr(replacement, kAccessList)) || IsLacking(errno);
-    return bNone && bRemoved;
+    const bool bRemoved = IsAllowed("fremovexattr", fremovexattr(file, kAccessList)) || IsLacking(errno);
+    return rights.bListRead && !rights.accessList.has_value() && bRemoved;
 }
 
-void CopyRights(int original, int replacement) {
-    struct stat status = {};
-    if (fstat(original, &status) != 0) {
-        throw CallFailed("fstat");
-    }
-    const Ownership kept = CopyOwnership(status, replacement);
+FileRights ReadRights(int file) {
+    const struct stat status = StatusOf(file);
+    FileRights rights{status.st_dev, status.st_ino, status.st_uid, status.st_gid, status.st_mode, {}, true};
+    rights.accessList = ReadAttribute(file, kAccessList);
+    rights.bListRead = rights.accessList.has_value() || IsLacking(errno);
+    return rights;
+}
+
+void CopyRights(int original, int replacement, std::optional<FileRights>* known) {
+    const bool bKnown = known != nullptr && known->has_value();
+    const FileRights rights = ReadRights(original);
+    FileRights most = bKnown && !(*known)->AreOfSameFile(rights) ? **known : rights;
+    const Ownership kept = SetOwnership(replacement, rights.owner == most.owner ? rights.owner : kSameOwner,
+                                        rights.group == most.group ? rights.group : kSameGroup);
     const bool bLabelled = CopyAttributes(original, replacement);
-    const bool bListed = CopyAccessList(original, replacement, kept.bOwner && kept.bGroup);
-    const mode_t mode = SharedMode(status.st_mode, kept.bOwner, kept.bGroup);
+    const bool bSameList = rights.HaveListOf(most);
+    const bool bListed = SetAccessList(replacement, rights, bSameList && kept.bOwner && kept.bGroup) && bSameList;
+    const mode_t mode = SharedMode(rights.mode & most.mode, kept.bOwner, kept.bGroup);
     if (fchmod(replacement, bLabelled && bListed ? mode : mode & S_IRWXU) != 0) {
         throw CallFailed("fchmod");
+    }
+    if (bKnown) {
+        const struct stat status = StatusOf(replacement);
+        most.device = status.st_dev;
+        most.file = status.st_ino;
+        *known = std::move(most);
     }
 }
 
@@ -157,9 +178,19 @@ mode_t SharedMode(mode_t mode, bool bOwnerKept, bool bGroupKept) noexcept {
     return special | newOwner << 6U | newGroup << 3U | newOthers;
 }
 
-bool CarryRightsOver(const CFile& original, const CFile& replacement, CReason* reason) noexcept {
+std::optional<FileRights> RightsOf(const CFile& file, CReason* reason) {
     try {
-        CopyRights(original.Descriptor(), replacement.Descriptor());
+        return ReadRights(file.Descriptor());
+    } catch (CallFailed& failed) {
+        GiveReason(reason, std::move(failed.reason));
+    }
+    return std::nullopt;
+}
+
+bool CarryRightsOver(const CFile& original, const CFile& replacement, CReason* reason,
+                     std::optional<FileRights>* known) noexcept {
+    try {
+        CopyRights(original.Descriptor(), replacement.Descriptor(), known);
         return true;
     } catch (CallFailed& failed) {
         GiveReason(reason, std::move(failed.reason));

@@ -2,13 +2,16 @@
 
 #include "failed_call.h"
 #include "file_opening.h"
+#include "links.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cstdlib>
+#include <cstring>
 #include <string>
 #include <string_view>
 
@@ -16,7 +19,11 @@ namespace platform {
 
 const char kPathSeparator = '/';
 
-AnsiString HostFolder() {
+namespace {
+
+enum class KeptAnswer { None, Begun, Whole };
+
+AnsiString FindHostFolder() {
     char path[kPathSize];
     const ssize_t length = readlink("/proc/self/exe", path, sizeof path);
     if (length <= 0 || static_cast<std::size_t>(length) >= sizeof path) {
@@ -27,13 +34,32 @@ AnsiString HostFolder() {
     return AnsiString(path, separator == 0 ? 1 : separator);
 }
 
+} // namespace
+
+AnsiString HostFolder() {
+    // Asked once: the folder may be renamed while the host runs, and its documents are known by their paths. Who asks
+    // while another thread keeps the first answer has one of its own.
+    static char s_folder[kPathSize];
+    static std::atomic<KeptAnswer> s_kept = KeptAnswer::None;
+    if (s_kept == KeptAnswer::Whole) {
+        return AnsiString(s_folder);
+    }
+    AnsiString folder = FindHostFolder();
+    KeptAnswer before = KeptAnswer::None;
+    if (!folder.empty() && s_kept.compare_exchange_strong(before, KeptAnswer::Begun)) {
+        std::memcpy(s_folder, folder.c_str(), folder.size());
+        s_kept = KeptAnswer::Whole;
+    }
+    return folder;
+}
+
 AnsiString ApplicationDataFolder() {
     const char* const configured = std::getenv("XDG_CONFIG_HOME");
     if (configured != nullptr && configured[0] == kPathSeparator) {
         return AnsiString(configured);
     }
     const char* const home = std::getenv("HOME");
-    if (home == nullptr || home[0] == '\0') {
+    if (home == nullptr || home[0] != kPathSeparator) { // a relative one would be another folder at each save
         return {};
     }
     const std::string folder = std::string(home) + "/.config";
@@ -48,11 +74,12 @@ void ToNativeSeparators(char* path) noexcept {
     }
 }
 
-bool IsPresentAndWritable(const char* path, CReason* reason) noexcept {
+bool IsPresentAndWritable(const char* path, CReason* reason) {
+    std::string place(path);
     // O_NONBLOCK: neither a FIFO in the file's place nor a lease on it holds the caller up.
-    const CFile file = CFileOpener().Open(path, O_RDWR | O_NONBLOCK | O_NOCTTY);
+    const CFile file = OpenBehindLinks(CFileOpener(), place, O_RDWR | O_NONBLOCK | O_NOCTTY, reason);
     if (!file.IsOpen()) {
-        return Failed("open", reason);
+        return false;
     }
     struct stat status = {};
     if (fstat(file.Descriptor(), &status) != 0) {

@@ -7,6 +7,7 @@
 #include "failed_call.h"
 #include "file_opening.h"
 #include "file_rights.h"
+#include "links.h"
 #include "size_signal.h"
 #include "temporary_file.h"
 
@@ -15,10 +16,9 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdlib>
 #include <ctime>
-#include <memory>
 #include <new>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -75,9 +75,18 @@ bool FindSize(const ContentsProducer& produceContents, std::size_t& size) noexce
     return produceContents([&size](std::string_view piece) { size += piece.size(); });
 }
 
-bool FillTemporary(const CFile& temporary, const CFile& original, const ContentsProducer& produceContents,
-                   CReason* reason) noexcept {
-    return CFileWriter(temporary).Write(produceContents, reason) && CarryRightsOver(original, temporary, reason) &&
+/// What is written into a file, and for whom.
+struct Contents {
+    const ContentsProducer& produce;
+    const LastLook& isAsLoaded;
+    std::optional<FileRights>& known; // what they are open to until now
+};
+
+/// `rights` become those of the new file.
+bool FillTemporary(const CFile& temporary, const CFile& original, const Contents& contents,
+                   std::optional<FileRights>& rights, CReason* reason) noexcept {
+    return CFileWriter(temporary).Write(contents.produce, reason) &&
+           CarryRightsOver(original, temporary, reason, &rights) &&
            (fsync(temporary.Descriptor()) == 0 || Failed("fsync", reason));
 }
 
@@ -104,8 +113,31 @@ private:
     bool m_bHeld = false;
 };
 
-bool WriteInPlace(const CFile& file, const ContentsProducer& produceContents, CReason* reason,
-                  const LastLook& isAsLoaded) noexcept {
+/// Whether the file is no other one's too, and open to nobody that the contents were not open to. Throws
+/// std::bad_alloc.
+bool MayHold(const CFile& file, nlink_t names, const Contents& contents, CReason* reason) {
+    if (names > 1) {
+        GiveReason(reason,
+                   CReason::Of(ReasonKind::NotPermitted, "the file has other names, and they would lead to it"));
+        return false;
+    }
+    if (!contents.known.has_value()) {
+        return true;
+    }
+    std::optional<FileRights> rights = RightsOf(file, reason);
+    if (!rights.has_value()) {
+        return false;
+    }
+    if (!rights->AreOfSameFile(*contents.known) && rights->MayGiveMoreThan(*contents.known)) {
+        GiveReason(reason,
+                   CReason::Of(ReasonKind::NotPermitted, "another file is in its place, which others may open"));
+        return false;
+    }
+    contents.known = std::move(rights);
+    return true;
+}
+
+bool WriteInPlace(const CFile& file, const Contents& contents, CReason* reason) {
     const CPlaceLock lock(file);
     if (!lock.IsHeld()) {
         return Failed("fcntl", reason);
@@ -115,13 +147,14 @@ bool WriteInPlace(const CFile& file, const ContentsProducer& produceContents, CR
         return Failed("fstat", reason);
     }
     std::size_t bytes = 0;
-    if (!FindSize(produceContents, bytes) || !IsStillWanted(isAsLoaded, reason)) {
+    if (!MayHold(file, original.st_nlink, contents, reason) || !FindSize(contents.produce, bytes) ||
+        !IsStillWanted(contents.isAsLoaded, reason)) {
         return false;
     }
     const auto size = static_cast<off_t>(bytes);
     CFileWriter writer(file);
     errno = posix_fallocate(file.Descriptor(), 0, size);
-    const bool bWritten = errno == 0 ? writer.Write(produceContents, reason) : Failed("posix_fallocate", reason);
+    const bool bWritten = errno == 0 ? writer.Write(contents.produce, reason) : Failed("posix_fallocate", reason);
     // Reserving may have made the file longer, even where it failed; up to the first byte it is the old document.
     const bool bCut = ftruncate(file.Descriptor(), writer.WrittenBytes() == 0 ? original.st_size : size) == 0;
     if (!bWritten) {
@@ -143,18 +176,28 @@ CFile OpenFolder(const CFileOpener& opener, const char* path) noexcept {
 /// files from all but their owners.
 bool CannotBeReplaced(int error) noexcept { return error == EBUSY || error == EACCES || error == EPERM; }
 
+/// The folder lets files be made, and neither renamed nor removed: a temporary file would stay in it.
+bool KeepsEveryName(const CFile& folder) noexcept {
+    struct statx status = {};
+    return statx(folder.Descriptor(), "", AT_EMPTY_PATH, STATX_TYPE, &status) == 0 &&
+           (status.stx_attributes & STATX_ATTR_APPEND) != 0;
+}
+
 enum class Replaced { Yes, No, OnlyInPlace };
 
 Replaced ReplaceByRename(const CFileOpener& opener, const CFile& folder, const char* name, const CFile& original,
-                         const ContentsProducer& produceContents, CReason* reason,
-                         const LastLook& isAsLoaded) noexcept {
+                         const Contents& contents, CReason* reason) {
+    if (KeepsEveryName(folder)) {
+        return Replaced::OnlyInPlace;
+    }
     CTemporaryFile temporary(folder);
     const CTemporaryFile::Made made = temporary.Make(opener, reason);
     if (made == CTemporaryFile::Made::FolderTakesNone) {
         return Replaced::OnlyInPlace;
     }
-    if (made == CTemporaryFile::Made::Failed || !FillTemporary(temporary.File(), original, produceContents, reason) ||
-        !IsStillWanted(isAsLoaded, reason)) {
+    std::optional<FileRights> rights = contents.known;
+    if (made == CTemporaryFile::Made::Failed || !FillTemporary(temporary.File(), original, contents, rights, reason) ||
+        !IsStillWanted(contents.isAsLoaded, reason)) {
         return Replaced::No;
     }
     if (!temporary.RenameTo(name)) {
@@ -162,24 +205,22 @@ Replaced ReplaceByRename(const CFileOpener& opener, const CFile& folder, const c
         Failed("renameat", reason);
         return CannotBeReplaced(error) ? Replaced::OnlyInPlace : Replaced::No;
     }
+    contents.known = std::move(rights);
     fsync(folder.Descriptor()); // makes the new name durable; the document is whole without it
     return Replaced::Yes;
 }
 
-bool ReplaceTarget(const std::string& target, const ContentsProducer& produceContents, CReason* reason,
-                   const LastLook& isAsLoaded) {
-    const std::size_t separator = target.rfind('/');
-    const std::string folderPath = target.substr(0, separator + 1);
-    const char* const name = target.c_str() + separator + 1;
+bool ReplaceTarget(std::string path, const Contents& contents, CReason* reason) {
     const CFileOpener opener;
-    const CFile folder = OpenFolder(opener, folderPath.c_str());
+    // O_NONBLOCK: neither a FIFO in the file's place nor a lease on it holds the caller up.
+    const CFile original = OpenBehindLinks(opener, path, O_RDWR | O_NONBLOCK | O_NOCTTY, reason);
+    if (!original.IsOpen()) {
+        return false;
+    }
+    const std::size_t name = path.rfind('/') + 1;
+    const CFile folder = OpenFolder(opener, name == 0 ? "." : path.substr(0, name).c_str());
     if (!folder.IsOpen()) {
         return Failed("open", reason);
-    }
-    // O_NONBLOCK: neither a FIFO in the file's place nor a lease on it holds the caller up.
-    const CFile original = opener.OpenIn(folder, name, O_RDWR | O_NONBLOCK | O_NOCTTY);
-    if (!original.IsOpen()) {
-        return Failed("openat", reason);
     }
     struct stat status = {};
     if (fstat(original.Descriptor(), &status) != 0) {
@@ -191,21 +232,17 @@ bool ReplaceTarget(const std::string& target, const ContentsProducer& produceCon
     }
     RemoveLeftovers(opener, folder, status.st_uid);
     const CNoSizeSignal noSizeSignal;
-    const Replaced replaced = ReplaceByRename(opener, folder, name, original, produceContents, reason, isAsLoaded);
-    return replaced == Replaced::Yes ||
-           (replaced == Replaced::OnlyInPlace && WriteInPlace(original, produceContents, reason, isAsLoaded));
+    const Replaced replaced = ReplaceByRename(opener, folder, path.c_str() + name, original, contents, reason);
+    return replaced == Replaced::Yes || (replaced == Replaced::OnlyInPlace && WriteInPlace(original, contents, reason));
 }
 
 } // namespace
 
 bool ReplaceContents(const char* path, const ContentsProducer& produceContents, CReason* reason,
-                     const LastLook& isAsLoaded) noexcept {
-    const std::unique_ptr<char, void (*)(void*)> target(realpath(path, nullptr), std::free);
-    if (target == nullptr) {
-        return Failed("realpath", reason);
-    }
+                     const LastLook& isAsLoaded, std::optional<FileRights>* known) noexcept {
+    std::optional<FileRights> none;
     try {
-        return ReplaceTarget(target.get(), produceContents, reason, isAsLoaded);
+        return ReplaceTarget(path, {produceContents, isAsLoaded, known != nullptr ? *known : none}, reason);
     } catch (const std::bad_alloc&) {
         GiveReason(reason, CReason::Of(ReasonKind::OutOfMemory));
         return false;

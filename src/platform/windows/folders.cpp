@@ -31,7 +31,7 @@ AnsiString ApplicationDataFolder() {
 
 void ToNativeSeparators(char*) noexcept {} // relative paths are written with the target's separator already
 
-bool IsPresentAndWritable(const char* path, CReason* reason) noexcept {
+bool IsPresentAndWritable(const char* path, CReason* reason) {
     const CFileHandle file(
         ::CreateFileA(path, GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
     BY_HANDLE_FILE_INFORMATION information;
