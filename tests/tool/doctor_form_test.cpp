@@ -82,6 +82,14 @@ TEST_F(DoctorForm, ADocumentDeeperThanTheLibraryGoesIsAnError) {
     ExpectIn(FindingsIn(text), "not-well-formed", "error", "");
 }
 
+TEST_F(DoctorForm, ADocumentLargerThanTheLibraryLoadsIsSaidToBe) {
+    const std::string file = UserFile("large.xml", "");
+    std::filesystem::resize_file(file, (std::uintmax_t{256} << 20) + 1);
+    const ToolRun run = Run({"doctor", file});
+    EXPECT_THAT(run.output, HasSubstr("The document cannot be read: it is larger than 256 MiB."));
+    EXPECT_THAT(run.output, Not(HasSubstr("empty")));
+}
+
 TEST_F(DoctorForm, AnotherEncodingIsANote) {
     const std::string text = "<?xml version='1.0' encoding='iso-8859-1'?><Cordelbox><Jobs/></Cordelbox>";
     const auto document = Run({"--json", "doctor", UserFile("x.xml", text)}).Json()["documents"][0];

@@ -56,6 +56,16 @@ TEST_F(FilesEdit, AnIDThatIsNoPlainNumberIsRefused) {
     }
 }
 
+TEST_F(FilesEdit, WithoutAVolumeOrAPathNoFileIsLeft) {
+    const auto before = Saved("Files");
+    for (const char* const option : {"--volume", "--local-path"}) {
+        const ToolRun run = Run({"files", "edit", "2", option, ""});
+        EXPECT_EQ(run.status, kUsage) << option;
+        EXPECT_THAT(run.errors, HasSubstr(std::string("the value behind ") + option + " is empty"));
+    }
+    EXPECT_EQ(Saved("Files"), before);
+}
+
 TEST_F(FilesEdit, NothingToChangeIsMisuse) { EXPECT_EQ(Run({"files", "edit", "2"}).status, kUsage); }
 
 TEST_F(FilesEdit, AnUnknownFileIsReported) {

@@ -1,5 +1,6 @@
 // Loaded into cordelctl before its libraries: another program, which puts the file $OVERTAKING in the place of the file
 // $OVERTAKEN while new contents are flushed to the disk. Or, with $INTERRUPTED_SAVE, somebody who interrupts it then.
+// Or a failure of the system, which ends it at the flush of number $ENDED_AT_FLUSH.
 
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -16,6 +17,11 @@ extern "C" __attribute__((visibility("default"))) int fsync(int file) {
     }
     if (std::getenv("INTERRUPTED_SAVE") != nullptr) {
         std::raise(SIGINT);
+    }
+    static int flushes = 0;
+    const char* const end = std::getenv("ENDED_AT_FLUSH");
+    if (end != nullptr && ++flushes == std::atoi(end)) {
+        std::raise(SIGKILL);
     }
     return static_cast<int>(::syscall(SYS_fsync, file));
 }

@@ -66,6 +66,14 @@ TEST_F(Project, AListNestedDeepIsRefused) {
     EXPECT_EQ(Run({"import", "-"}, std::string(100000, '[') + std::string(100000, ']')).status, kRefused);
 }
 
+TEST_F(Project, AListThatIsLargerThanAnyCanBeIsRefusedUnread) {
+    const std::string list = UserFile("large.json", "");
+    std::filesystem::resize_file(list, (std::uintmax_t{256} << 20) + 1);
+    const ToolRun run = Run({"import", list});
+    EXPECT_EQ(run.status, kRefused);
+    EXPECT_THAT(run.errors, HasSubstr("large.json is larger than any can be: more than 256 MiB"));
+}
+
 TEST_F(Project, RefusesWhatNoRecordHolds) {
     const std::string list = UserFile("list.json", R"({"files": [{"LocalPath": "/a", "Type": "7"}, {"Type": "5"}, 7,
         {"LocalPath": "/b", "Type": "5", "FontStyle": ")" +

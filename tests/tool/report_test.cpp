@@ -102,6 +102,12 @@ TEST_F(Report, ThePageIsStrictXmlAndRefersToNothingOutsideItself) {
     EXPECT_THAT(page, AllOf(Not(HasSubstr("url(")), Not(HasSubstr("@import")), Not(HasSubstr("<script"))));
 }
 
+TEST_F(Report, WithoutANameForItsPageIsMisuse) {
+    const ToolRun run = Run({"report", ""});
+    EXPECT_EQ(run.status, kUsage);
+    EXPECT_THAT(run.errors, HasSubstr("the name of the file is empty"));
+}
+
 TEST_F(Report, ShowsALineInTheOutlinesOfEachFont) {
     Output({"files", "add", kSans, kSansBold, kMono});
     const std::string page = Page();

@@ -92,6 +92,31 @@ TEST_F(Storage, AReportNestedDeepIsRefused) {
     EXPECT_EQ(Report(R"({"storages": )" + std::string(100000, '[') + std::string(100000, ']') + "}").status, kRefused);
 }
 
+TEST_F(Storage, AReportThatIsLargerThanAnyCanBeIsRefusedUnread) {
+    const std::string report = UserFile("large.txt", "");
+    std::filesystem::resize_file(report, (std::uintmax_t{256} << 20) + 1);
+    for (const char* const verb : {"report", "listing"}) {
+        const ToolRun run = Run({"storage", verb, report});
+        EXPECT_EQ(run.status, kRefused);
+        EXPECT_THAT(run.errors, HasSubstr("large.txt is larger than any can be: more than 256 MiB"));
+    }
+}
+
+TEST_F(Storage, AReportWithoutANameIsAWrongCommand) {
+    for (const char* const verb : {"report", "listing"}) {
+        const ToolRun run = Run({"storage", verb, ""});
+        EXPECT_EQ(run.status, kUsage);
+        EXPECT_THAT(run.errors, HasSubstr("the name of the file is empty"));
+    }
+}
+
+TEST_F(Storage, AVolumeKeepsAName) {
+    Output({"storage", "add", "V1"});
+    const ToolRun run = Run({"storage", "edit", "V1", "--volume", ""});
+    EXPECT_EQ(run.status, kUsage);
+    EXPECT_THAT(run.errors, HasSubstr("the value behind --volume is empty"));
+}
+
 TEST_F(Storage, NoVolumesAreSaidSo) {
     const ToolRun run = Run({"storage", "list"});
     EXPECT_EQ(run.status, kDone);

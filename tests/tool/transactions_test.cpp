@@ -11,10 +11,21 @@
 
 #include <csignal>
 #include <cstdlib>
+#include <fstream>
+#include <iterator>
 #include <set>
 #include <thread>
 
 using ::testing::HasSubstr;
+
+namespace {
+
+std::string BytesOf(const std::filesystem::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(stream), {});
+}
+
+} // namespace
 
 class Transactions : public ToolTest {
 protected:
@@ -309,4 +320,49 @@ TEST_F(Transactions, WatchPrintsWhatOthersChange) {
         }
     }
     EXPECT_THAT(ReadBytes(output), HasSubstr("is now \"second\""));
+}
+
+TEST_F(Transactions, OfTwoDocumentsThatIsEndedInTheMiddleIsToldOfAndCanBeTakenBack) {
+    const auto folder = UserPath().parent_path();
+    const std::filesystem::path documents[] = {UserPath(), folder / "Workshop.xml"};
+    const std::string before[] = {BytesOf(documents[0]), BytesOf(documents[1])};
+    int halves = 0;
+    int status = -1;
+    for (int flush = 1; status != kDone; ++flush) {
+        ASSERT_LT(flush, 100);
+        std::filesystem::remove_all(folder / ".cordelctl");
+        std::ofstream(documents[0], std::ios::binary) << before[0];
+        std::ofstream(documents[1], std::ios::binary) << before[1];
+        ::setenv("ENDED_AT_FLUSH", std::to_string(flush).c_str(), 1);
+        status = RunWith(OVERTAKER_PATH, {"batch"}, "job add 1 One\njob add 2 Two --printer Workshop\n").status;
+        ::unsetenv("ENDED_AT_FLUSH");
+        const bool changed[] = {BytesOf(documents[0]) != before[0], BytesOf(documents[1]) != before[1]};
+        halves += changed[0] != changed[1] ? 1 : 0;
+        const ToolRun undo = Run({"undo"});
+        if (changed[0] != changed[1]) {
+            EXPECT_THAT(undo.errors, HasSubstr("\"batch\" was ended before it was done"));
+            EXPECT_THAT(undo.errors, HasSubstr("the main document has its changes, the printer document Workshop.xml "
+                                               "has not; to take them back there: cordelctl undo"));
+        } else {
+            EXPECT_THAT(undo.errors, Not(HasSubstr("was ended")));
+        }
+        EXPECT_EQ(undo.status, changed[0] ? kDone : kMissing) << undo.errors;
+        EXPECT_EQ(Run({"undo", "--printer", "Workshop"}).status, changed[1] ? kDone : kMissing) << flush;
+        EXPECT_EQ(BytesOf(documents[0]), before[0]) << flush;
+        EXPECT_EQ(BytesOf(documents[1]), before[1]) << flush;
+    }
+    EXPECT_GT(halves, 0);
+}
+
+TEST_F(Transactions, ThatAreEndedBeforeTheSaveLeaveTheUndoOfWhatWasBefore) {
+    Output({"job", "add", "1", "One"});
+    const std::string document = BytesOf(UserPath());
+    for (int flush = 1; flush <= 5; ++flush) {
+        ::setenv("ENDED_AT_FLUSH", std::to_string(flush).c_str(), 1);
+        RunWith(OVERTAKER_PATH, {"job", "add", "2", "Two"});
+        ::unsetenv("ENDED_AT_FLUSH");
+        ASSERT_EQ(BytesOf(UserPath()), document) << flush;
+    }
+    Output({"undo"});
+    EXPECT_THAT(Output({"job", "list"}), Not(HasSubstr("One")));
 }

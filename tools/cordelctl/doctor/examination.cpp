@@ -14,7 +14,7 @@
 
 namespace {
 
-/// None of a file that cannot be read, which is said elsewhere.
+/// None of a file that cannot be read, or is too large, which is said elsewhere.
 std::string BytesOf(const std::filesystem::path& file) {
     try {
         return host::ReadBytes(file);

@@ -74,7 +74,15 @@ std::string HexOf(char byte) {
     return std::string("0x") + kDigits[value >> 4] + kDigits[value & 15];
 }
 
+Cause NotWellFormed(const DocumentError& error) {
+    return {"not-well-formed", "The document cannot be read: " + error.reason + ".",
+            std::string("Mend it at that place. ") + kBack, error.place};
+}
+
 Cause CauseOf(std::string_view bytes, const DocumentError& error) {
+    if (error.tooLarge) {
+        return NotWellFormed(error); // without a look at its bytes
+    }
     if (bytes.empty()) {
         return {"empty-file", "The file is empty.", kBack};
     }
@@ -98,8 +106,7 @@ Cause CauseOf(std::string_view bytes, const DocumentError& error) {
     if (const std::size_t at = utf8 ? StrayAmpersand(bytes) : std::string_view::npos; at != std::string_view::npos) {
         return {"stray-ampersand", "An ampersand stands by itself.", "Write &amp; for it.", PlaceOf(bytes, at)};
     }
-    return {"not-well-formed", "The document cannot be read: " + error.reason + ".",
-            std::string("Mend it at that place. ") + kBack, error.place};
+    return NotWellFormed(error);
 }
 
 } // namespace

@@ -132,7 +132,9 @@ std::unique_ptr<CDocument> CDocument::TryLoad(const std::filesystem::path& file,
     } catch (const DomError& failed) {
         reason = failed.Reason();
     }
-    error = {WordsOf(reason), {static_cast<long>(reason.m_nLine), static_cast<long>(reason.m_nColumn)}};
+    error = {WordsOf(reason),
+             {static_cast<long>(reason.m_nLine), static_cast<long>(reason.m_nColumn)},
+             reason.m_kind == ReasonKind::TooLarge};
     return nullptr;
 }
 

@@ -20,6 +20,7 @@
 struct DocumentError {
     std::string reason;
     SourcePlace place;
+    bool tooLarge = false; // or it would be with what its elements have by default
 };
 
 using Pair = std::pair<std::string, std::string>;

@@ -7,7 +7,7 @@
 namespace {
 
 std::filesystem::path DigestFile(const DocumentPlace& place) {
-    auto file = CHistory::LockFile(place);
+    auto file = CHistory::LockFile(place.perUser);
     return file.replace_extension(".digests");
 }
 

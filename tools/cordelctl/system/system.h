@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "platform/document_limits.h"
 #include "platform/last_look.h"
 
 #include <cstddef>
@@ -37,17 +38,24 @@ std::string FromCodePage(std::string_view text);
 bool IsInCodePage(std::string_view utf8);
 
 /// All of standard input, or what came before an interruption, read when it is first asked for: a command that is done
-/// again finds it again.
+/// again finds it again. Of what does not end more than any verb takes.
 const std::string& StandardInput();
 
 /// A variable of the environment; empty when it is not set.
 std::string Variable(const char* name);
 
-/// All bytes of a file. Throws std::filesystem::filesystem_error.
-std::string ReadBytes(const std::filesystem::path& path);
+/// All bytes of a file, which is a document or what the tool keeps beside it: no more than a document can have. Throws
+/// std::filesystem::filesystem_error, of a larger one TooLarge.
+std::string ReadBytes(const std::filesystem::path& path, std::uint64_t most = kMaxDocumentBytes);
 
-/// The same of what a user names to be read, which may be a pipe or a device: up to its end, or to an interruption.
-std::string ReadInput(const std::filesystem::path& path);
+/// The same of what a user names to be read, which may be a pipe or a device: up to its end, or to an interruption, or
+/// more than `most`.
+std::string ReadInput(const std::filesystem::path& path, std::uint64_t most);
+
+/// What is thrown of a file that has more bytes than it may have: std::errc::file_too_large.
+inline std::filesystem::filesystem_error TooLarge(const std::filesystem::path& path) {
+    return {"too large", path, std::make_error_code(std::errc::file_too_large)};
+}
 
 /// Makes a file of these bytes, whole or not at all, in the place of one that is there, with its access rights; a new
 /// one can be read and written by its user alone, or as `like` when that is given. A link stays one; a pipe or a device

@@ -127,15 +127,16 @@ volatile std::sig_atomic_t interrupted = 0;
 
 void OnSignal(int) { interrupted = 1; }
 
-constexpr std::size_t kMostInput = std::size_t{1} << 30; // of what may have no end
+constexpr std::uint64_t kMostInput = std::uint64_t{1} << 30; // of standard input, more than any verb takes
 
 constexpr int kPause = 200; // milliseconds between looks whether the user interrupts
 
-/// What a pipe or a device gives until it ends, or the user interrupts: a read alone would go on after a signal.
-std::string ReadToEnd(int file, const std::filesystem::path& name) {
+/// What a pipe or a device gives until it ends or has given more than `most`, or the user interrupts: a read alone
+/// would go on after a signal.
+std::string ReadToEnd(int file, const std::filesystem::path& name, std::uint64_t most) {
     std::string bytes;
     char piece[1 << 12];
-    while (!IsInterrupted()) {
+    while (!IsInterrupted() && bytes.size() <= most) {
         pollfd readable{file, POLLIN, 0};
         const int ready = ::poll(&readable, 1, kPause);
         if (ready == 0) {
@@ -152,10 +153,6 @@ std::string ReadToEnd(int file, const std::filesystem::path& name) {
             break;
         }
         bytes.append(piece, static_cast<std::size_t>(count));
-        if (bytes.size() > kMostInput) {
-            errno = EFBIG;
-            Fail("does not end", name);
-        }
     }
     return bytes;
 }
@@ -185,7 +182,7 @@ std::filesystem::path PerUserRoot() {
         return configuration;
     }
     const char* const home = std::getenv("HOME");
-    return home != nullptr && home[0] != '\0' ? std::filesystem::path(home) / ".config" : std::filesystem::path();
+    return home != nullptr && home[0] == '/' ? std::filesystem::path(home) / ".config" : std::filesystem::path();
 }
 
 std::string TextOf(const std::filesystem::path& path) { return path.native(); }
@@ -206,7 +203,7 @@ bool IsInCodePage(std::string_view utf8) {
 const std::string& StandardInput() {
     static const std::string input = [] {
         try {
-            return ReadToEnd(STDIN_FILENO, "standard input");
+            return ReadToEnd(STDIN_FILENO, "standard input", kMostInput);
         } catch (const std::filesystem::filesystem_error&) {
             return std::string(); // it is closed
         }
@@ -219,7 +216,7 @@ std::string Variable(const char* name) {
     return value != nullptr ? value : "";
 }
 
-std::string ReadBytes(const std::filesystem::path& path) {
+std::string ReadBytes(const std::filesystem::path& path, std::uint64_t most) {
     const CFile file(path, O_RDONLY);
     struct stat facts;
     if (file.Get() < 0 || ::fstat(file.Get(), &facts) != 0) {
@@ -228,6 +225,9 @@ std::string ReadBytes(const std::filesystem::path& path) {
     if (!S_ISREG(facts.st_mode)) {
         errno = EINVAL;
         Fail("no regular file", path);
+    }
+    if (static_cast<std::uint64_t>(facts.st_size) > most) {
+        throw TooLarge(path);
     }
     std::string bytes(static_cast<std::size_t>(facts.st_size), '\0');
     std::size_t length = 0;
@@ -249,16 +249,16 @@ std::string ReadBytes(const std::filesystem::path& path) {
     return bytes;
 }
 
-std::string ReadInput(const std::filesystem::path& path) {
+std::string ReadInput(const std::filesystem::path& path, std::uint64_t most) {
     struct stat facts;
     if (::stat(path.c_str(), &facts) == 0 && (S_ISREG(facts.st_mode) || S_ISDIR(facts.st_mode))) {
-        return ReadBytes(path);
+        return ReadBytes(path, most);
     }
     const CFile file(path, O_RDONLY);
     if (file.Get() < 0) {
         Fail("cannot read", path);
     }
-    return ReadToEnd(file.Get(), path);
+    return ReadToEnd(file.Get(), path, most);
 }
 
 void WriteWhole(const std::filesystem::path& path, std::string_view bytes, const std::filesystem::path& like,

@@ -134,12 +134,15 @@ std::string Variable(const char* name) {
     return value != nullptr ? Narrow(CP_UTF8, value) : std::string();
 }
 
-std::string ReadBytes(const std::filesystem::path& path) {
+std::string ReadBytes(const std::filesystem::path& path, std::uint64_t most) {
     const CHandle file(
         CreateFileW(path.c_str(), GENERIC_READ, kShareAll, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
     LARGE_INTEGER size;
     if (!file.IsOpen() || !GetFileSizeEx(file.Get(), &size)) {
         Fail("cannot read", path);
+    }
+    if (static_cast<std::uint64_t>(size.QuadPart) > most) {
+        throw TooLarge(path);
     }
     std::string bytes(static_cast<std::size_t>(size.QuadPart), '\0');
     std::size_t length = 0;
@@ -159,7 +162,7 @@ std::string ReadBytes(const std::filesystem::path& path) {
     return bytes;
 }
 
-std::string ReadInput(const std::filesystem::path& path) { return ReadBytes(path); }
+std::string ReadInput(const std::filesystem::path& path, std::uint64_t most) { return ReadBytes(path, most); }
 
 void WriteWhole(const std::filesystem::path& path, std::string_view bytes, const std::filesystem::path&,
                 const LastLook& isAsLoaded) {

@@ -46,15 +46,6 @@ std::filesystem::path NotesOf(const HistoryState& state) {
     return path;
 }
 
-std::ostream& operator<<(std::ostream& stream, const platform::FileStamp& stamp) {
-    return stream << stamp.device << ' ' << stamp.file << ' ' << stamp.size << ' ' << stamp.modified << ' '
-                  << stamp.changed;
-}
-
-std::istream& operator>>(std::istream& stream, platform::FileStamp& stamp) {
-    return stream >> stamp.device >> stamp.file >> stamp.size >> stamp.modified >> stamp.changed;
-}
-
 std::size_t MostStates() {
     const auto number = ParseSize(host::Variable("CORDELCTL_HISTORY"));
     return number ? static_cast<std::size_t>(*number) : kMostStates;
@@ -81,16 +72,25 @@ std::optional<unsigned> NumberOf(const std::string& text) {
 
 } // namespace
 
+std::ostream& operator<<(std::ostream& stream, const platform::FileStamp& stamp) {
+    return stream << stamp.device << ' ' << stamp.file << ' ' << stamp.size << ' ' << stamp.modified << ' '
+                  << stamp.changed;
+}
+
+std::istream& operator>>(std::istream& stream, platform::FileStamp& stamp) {
+    return stream >> stamp.device >> stamp.file >> stamp.size >> stamp.modified >> stamp.changed;
+}
+
 std::string TimeNow() { return TextOfTime(std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now())); }
 
-CHistory::CHistory(const DocumentPlace& place)
-    : m_document(place.perUser), m_folder(place.perUser.parent_path() / kFolder / place.perUser.filename()),
+CHistory::CHistory(const std::filesystem::path& document)
+    : m_document(document), m_folder(document.parent_path() / kFolder / document.filename()),
       m_undone(m_folder / "undone") {}
 
-std::filesystem::path CHistory::LockFile(const DocumentPlace& place) {
-    const auto folder = place.perUser.parent_path() / kFolder;
+std::filesystem::path CHistory::LockFile(const std::filesystem::path& document) {
+    const auto folder = document.parent_path() / kFolder;
     MakeFolder(folder);
-    auto file = folder / place.perUser.filename();
+    auto file = folder / document.filename();
     file += ".lock";
     return file;
 }
@@ -152,8 +152,8 @@ HistoryState CHistory::KeepIn(const std::filesystem::path& folder, unsigned numb
     HistoryState state{
         number, TimeNow(), command, 0, {}, StampOf(m_document), folder / (NameOfNumber(number) + ".xml")};
     try {
+        Write(state); // first: notes by themselves are no state
         host::PutFile(state.file, host::ReadBytes(m_document), m_document);
-        Write(state);
     } catch (const std::filesystem::filesystem_error&) {
         Drop(state);
         throw;
@@ -200,6 +200,19 @@ void CHistory::NoteDone(HistoryState& state) const {
     }
 }
 
+void CHistory::Settle(unsigned number, bool changed) const {
+    auto states = States();
+    for (HistoryState& state : states) {
+        if (state.number == number && state.after == platform::FileStamp()) {
+            if (changed) {
+                NoteDone(state);
+            } else {
+                Drop(state);
+            }
+        }
+    }
+}
+
 void CHistory::Drop(const HistoryState& state) const {
     std::error_code none;
     std::filesystem::remove(state.file, none);
@@ -214,6 +227,10 @@ HistoryState CHistory::Undo(bool force) {
     auto states = States();
     if (states.empty()) {
         throw CFailure(ExitCode::Missing, "there is nothing to undo");
+    }
+    if (states.back().after == platform::FileStamp() && states.back().before == StampOf(m_document)) {
+        Drop(states.back()); // its command was ended before it changed anything
+        return Undo(force);
     }
     HistoryState newest = states.back();
     if (!force && newest.after != StampOf(m_document)) {

@@ -9,6 +9,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <iosfwd>
 #include <optional>
 #include <string>
 #include <vector>
@@ -25,10 +26,11 @@ struct HistoryState {
 
 class CHistory {
 public:
-    explicit CHistory(const DocumentPlace& place);
+    explicit CHistory(const DocumentPlace& place) : CHistory(place.perUser) {}
+    explicit CHistory(const std::filesystem::path& document);
 
     /// The file that processes of this tool lock before they change the document. Makes its folder.
-    static std::filesystem::path LockFile(const DocumentPlace& place);
+    static std::filesystem::path LockFile(const std::filesystem::path& document);
 
     /// Oldest first.
     std::vector<HistoryState> States() const;
@@ -42,6 +44,10 @@ public:
 
     /// Notes that the command is done: the document is now as it left it.
     void NoteDone(HistoryState& state) const;
+
+    /// For a command that was ended before it could do so: notes that it is done, or takes the state of that number
+    /// back when it had not changed the document yet.
+    void Settle(unsigned number, bool changed) const;
 
     /// Takes back a state that was kept for a change that did not come about.
     void Drop(const HistoryState& state) const;
@@ -76,6 +82,9 @@ private:
     std::filesystem::path m_folder;
     std::filesystem::path m_undone;
 };
+
+std::ostream& operator<<(std::ostream& stream, const platform::FileStamp& stamp);
+std::istream& operator>>(std::istream& stream, platform::FileStamp& stamp);
 
 /// "2026-11-20 16:42:02", in UTC.
 std::string TimeNow();

@@ -7,6 +7,7 @@
 #include "print.h"
 #include "text/nearest.h"
 #include "transaction/history.h"
+#include "transaction/unfinished.h"
 
 #include <algorithm>
 #include <chrono>
@@ -121,7 +122,7 @@ void CDocumentLocks::Take(const DocumentPlace& place) {
         return;
     }
     try {
-        const auto file = CHistory::LockFile(place);
+        const auto file = CHistory::LockFile(place.perUser);
         const std::string holder =
             "cordelctl " + m_strCommand + " (process " + std::to_string(host::ProcessNumber()) + ")";
         host::CFileLock lock;
@@ -144,6 +145,10 @@ void CDocumentLocks::Take(const DocumentPlace& place) {
             Pause();
         }
         m_locks.emplace(place.perUser, std::move(lock));
+        const std::string unfinished = SettleUnfinished(place);
+        if (!unfinished.empty()) {
+            Note(unfinished);
+        }
     } catch (const std::filesystem::filesystem_error& error) {
         throw CFailure(ExitCode::NotKept, "nothing was changed: " + std::string(error.what()),
                        "see whether the folder may be written and the disk has room");
@@ -237,13 +242,25 @@ bool CSession::Save(const std::string& command) {
             }
         }
     };
+    const bool several = changed.size() > 1;
+    CUnfinished unfinished;
     try {
+        std::vector<SavedDocument> documents;
         for (Opened* const opened : changed) {
             const auto& file = opened->place.perUser;
             Step& step = steps.emplace_back(
-                Step{CHistory(opened->place), {}, file, changed.size() > 1 ? host::ReadBytes(file) : std::string()});
+                Step{CHistory(opened->place), {}, file, several ? host::ReadBytes(file) : std::string()});
             step.state = step.history.Keep(command);
-            step.saved = opened->document->SaveOver(file, [&] { return opened->stamp == StampOf(file); });
+            documents.push_back({opened->place, step.state, opened->stamp});
+        }
+        if (several) {
+            unfinished.Begin(command, documents);
+        }
+        for (std::size_t i = 0; i < changed.size(); ++i) {
+            Opened* const opened = changed[i];
+            Step& step = steps[i];
+            step.saved =
+                opened->document->SaveOver(step.file, [&] { return opened->stamp == StampOf(opened->place.perUser); });
             if (!step.saved) {
                 takeBack();
                 return false;

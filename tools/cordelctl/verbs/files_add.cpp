@@ -59,6 +59,9 @@ public:
         : m_context(context), m_document(document), m_numbers(document), m_paths(document),
           m_strVolume(context.Has("--volume") ? context.Text("--volume")
                                               : document.FirstValue("Project", "Volume").value_or("")) {
+        if (context.Has("--volume") && m_strVolume.empty()) {
+            throw CFailure(ExitCode::Usage, "the value behind --volume is empty");
+        }
         for (const Row& row : document.RowsOrNone("Files")) {
             m_contents.Add(RecordedContent(row));
         }

@@ -11,7 +11,7 @@
 
 Value ReadJsonInput(const std::string& file, const std::string& what, const std::string& shape) {
     try {
-        std::istringstream input(ReadInput(file, what));
+        std::istringstream input(ReadInput(file, what, kMostJsonBytes));
         return ParseJson(input);
     } catch (const CFailure&) {
         throw;

@@ -7,12 +7,26 @@
 #include <algorithm>
 #include <filesystem>
 
-std::string ReadInput(const std::string& file, const std::string& what) {
+void RequireFileName(const std::string& file) {
+    if (file.empty()) {
+        throw CFailure(ExitCode::Usage, "the name of the file is empty");
+    }
+}
+
+std::string ReadInput(const std::string& file, const std::string& what, std::uint64_t most) {
+    RequireFileName(file);
     try {
-        std::string bytes = file == "-" ? host::StandardInput() : host::ReadInput(host::PathOf(file));
+        std::string bytes = file == "-" ? host::StandardInput() : host::ReadInput(host::PathOf(file), most);
         StopIfInterrupted();
+        if (bytes.size() > most) {
+            throw host::TooLarge(host::PathOf(file));
+        }
         return bytes;
     } catch (const std::filesystem::filesystem_error& error) {
+        if (error.code() == std::errc::file_too_large) {
+            throw CFailure(ExitCode::Refused, what + " " + file + " is larger than any can be: more than " +
+                                                  std::to_string(most >> 20) + " MiB");
+        }
         throw CFailure(ExitCode::Refused, what + " " + file + " cannot be opened: " + error.code().message());
     }
 }
@@ -24,7 +38,7 @@ bool IsJson(const std::string& bytes) {
 
 PrinterReply ReadReply(const std::string& file, const std::string& what) {
     try {
-        return ReadPrinterReply(ReadInput(file, what));
+        return ReadPrinterReply(ReadInput(file, what, kMostReplyBytes));
     } catch (const CReplyError& error) {
         throw CFailure(ExitCode::Refused, "line " + std::to_string(error.Line()) + " of " + what + ": " + error.what(),
                        "nothing of it was recorded; what to ask a printer for: cordelctl storage inquiry");

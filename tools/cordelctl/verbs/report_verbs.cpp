@@ -3,6 +3,7 @@
 #include "failure.h"
 #include "page/page_gathering.h"
 #include "page/page_writer.h"
+#include "verbs/reply_input.h"
 #include "verbs/verbs.h"
 
 #include <ctime>
@@ -29,6 +30,8 @@ std::vector<DocumentPlace> DocumentsOf(const Context& context) {
 }
 
 Result Report(Context& context) {
+    const std::string name = context.Text("FILE");
+    RequireFileName(name);
     RequireInstalledDocuments();
     const std::string text = context.Has("--text") ? context.Text("--text") : kSpecimenText;
     PageContent content = GatherPage(context, {text, DocumentsOf(context)});
@@ -37,7 +40,6 @@ Result Report(Context& context) {
     }
     const std::string page = WritePage(content);
     Result result;
-    const std::string name = context.Text("FILE");
     if (name == "-") {
         result.shape = Result::Shape::Plain;
         result.data = page;

@@ -140,10 +140,23 @@ std::vector<Pair> GivenValues(const Arguments& arguments, const ContainerSchema&
     return values;
 }
 
+namespace {
+
+/// Whether a row without it could not be found again, here or on the printer.
+bool TellsApart(const ContainerSchema& container, std::string_view attribute) {
+    return attribute == container.key ||
+           (container.name == "Files" && (attribute == "Volume" || attribute == "LocalPath"));
+}
+
+} // namespace
+
 void EditRows(CDocument& document, const ContainerSchema& container, std::vector<Row>& rows,
               const std::vector<Pair>& values) {
     const std::string name(container.name);
     for (const auto& [attribute, value] : values) {
+        if (value.empty() && TellsApart(container, attribute)) {
+            throw CFailure(ExitCode::Usage, "the value behind " + OptionNameOf(attribute) + " is empty");
+        }
         if (attribute == container.key) {
             const auto others = document.RowsWhere(name, {{attribute, value}});
             const bool taken = rows.size() > 1 || (!others.empty() && others.front().number != rows.front().number);

@@ -107,8 +107,9 @@ Result VolumeTable(CDocument& document, const Filter& filter) {
 
 Result ReportVolumes(Context& context) {
     const std::string file = context.Text("FILE");
-    const CReport report(IsJson(ReadInput(file, "the report")) ? ReadJsonInput(file, "the report", kReportShape)
-                                                               : ReportOf(ReadReply(file, "the report")));
+    const CReport report(IsJson(ReadInput(file, "the report", std::max(kMostJsonBytes, kMostReplyBytes)))
+                             ? ReadJsonInput(file, "the report", kReportShape)
+                             : ReportOf(ReadReply(file, "the report")));
     CDocument& document = context.Document();
     if (!context.Has("--add")) {
         document.RemoveAllChildren("Storage");
