@@ -1,19 +1,11 @@
 // One loaded copy of each document for all who open it, for as long as one of them holds it.
 
-#include "host_test.h"
+#include "named_document.h"
 
 #include <atomic>
 #include <chrono>
 #include <string>
 #include <thread>
-
-namespace {
-
-std::string Named(const std::string& name) { return Document("<Info><Item Name=\"" + name + "\"/></Info>"); }
-
-AnsiString CurrentName() { return GetAttrValue("Info", "Name"); }
-
-} // namespace
 
 class DocumentSharing : public HostTest {
 protected:

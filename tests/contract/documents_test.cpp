@@ -1,14 +1,8 @@
 // Opening and releasing the main, printer and strings documents, and which of them is the current one.
 
-#include "host_test.h"
+#include "named_document.h"
 
 #include <string>
-
-namespace {
-
-std::string Named(const std::string& name) { return Document("<Info><Item Name=\"" + name + "\"/></Info>"); }
-
-} // namespace
 
 class Documents : public HostTest {
 protected:
@@ -20,7 +14,6 @@ protected:
         InstallStrings("Deutsch", Named("Deutsch"));
     }
 
-    static AnsiString CurrentName() { return GetAttrValue("Info", "Name"); }
     static AnsiString StringsName() { return GetXMLString("Info", "Name"); }
 };
 

@@ -1,6 +1,7 @@
-// The host's surroundings on a POSIX system: the per-user root lies in a folder beside the test program.
+// The host's surroundings on a POSIX system: the per-user root lies where saves do not wait for a disk.
 
 #include "host_test.h"
+#include "scratch_folder.h"
 #include "unprivileged_posix.h"
 
 #include <fcntl.h>
@@ -17,7 +18,8 @@ namespace fs = std::filesystem;
 fs::path InstallFolder() { return fs::read_symlink("/proc/self/exe").parent_path(); }
 
 fs::path PreparePerUserRoot() {
-    const fs::path root = InstallFolder() / "PerUser";
+    static const CScratchFolder folder;
+    const fs::path root = folder.Path() / "PerUser";
     ::setenv("XDG_CONFIG_HOME", root.c_str(), 1);
     return root;
 }

@@ -1,6 +1,6 @@
 // Loading where the file system has more kinds of files than Windows, and where the parser's limits are our own.
 
-#include "host_test.h"
+#include "named_document.h"
 #include "unprivileged_posix.h"
 
 #include <sys/file.h>
@@ -13,10 +13,6 @@
 namespace fs = std::filesystem;
 
 namespace {
-
-std::string Named(const std::string& name) { return Document("<Info><Item Name=\"" + name + "\"/></Info>"); }
-
-AnsiString CurrentName() { return GetAttrValue("Info", "Name"); }
 
 std::string Nested(int nElements) {
     std::string xml = "<Cordelbox><Info><Item Name=\"deep\"/></Info>";

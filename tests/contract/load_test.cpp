@@ -1,18 +1,10 @@
 // Which file of a document is loaded, and what is in it afterwards.
 
-#include "host_test.h"
+#include "named_document.h"
 
 #include <string>
 
 namespace fs = std::filesystem;
-
-namespace {
-
-std::string Named(const std::string& name) { return Document("<Info><Item Name=\"" + name + "\"/></Info>"); }
-
-AnsiString CurrentName() { return GetAttrValue("Info", "Name"); }
-
-} // namespace
 
 class Load : public HostTest {
 protected:

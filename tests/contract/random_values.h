@@ -2,9 +2,14 @@
 
 #pragma once
 
+#include "cordelbox.h"
+
 #include <cstddef>
 #include <random>
 #include <string>
+
+/// A value as a host hands it in.
+inline AnsiString Text(const std::string& text) { return AnsiString(text.data(), text.size()); }
 
 class CRandomValues {
 public:

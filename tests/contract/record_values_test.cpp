@@ -17,8 +17,6 @@ namespace {
 // A byte may become three on its way to a record of the library's, whose fields are not to overflow.
 constexpr std::size_t kGrowth = 3;
 
-AnsiString Text(const std::string& text) { return AnsiString(text.data(), text.size()); }
-
 /// Puts a value into a record for the library, and into the one that is expected.
 template <std::size_t size>
 void Put(char (&field)[size], Record& record, const char* name, const std::string& value) {

@@ -16,8 +16,6 @@ const char* const kContainers = "<One><Item V=\"before\"/></One><Two><Item V=\"\
                                 "<CurrentDisk><Item Partition=\"\"/></CurrentDisk>"
                                 "<DefaultDisk><Item Image=\"\" Partition=\"\" Size=\"\" Percent=\"\"/></DefaultDisk>";
 
-AnsiString Text(const std::string& text) { return AnsiString(text.data(), text.size()); }
-
 std::string Read(const char* element, const char* attribute) { return GetAttrValue(element, attribute).c_str(); }
 
 } // namespace

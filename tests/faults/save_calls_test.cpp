@@ -38,12 +38,12 @@ protected:
 
     void ExpectWholeAfter(int32_t status, bool bRightsKept = true) {
         ASSERT_TRUE(CopyIsWhole(bRightsKept));
-        EXPECT_EQ(ReadBytes(CopyPath()) == m_strNew, status == 0) << "status " << status;
+        EXPECT_EQ(Holds(CopyPath(), m_strNew), status == 0) << "status " << status;
     }
 
     void ExpectNextSaveToWork(bool bRightsKept = true) {
         ASSERT_EQ(Save(), 0);
-        EXPECT_EQ(ReadBytes(CopyPath()), m_strNew);
+        EXPECT_TRUE(Holds(CopyPath(), m_strNew));
         EXPECT_EQ(Names(), std::set<std::string>{"Faults.xml"});
         ASSERT_TRUE(CopyIsWhole(bRightsKept));
     }

@@ -141,7 +141,7 @@ TEST_F(History, TheAccessListOfTheDocumentIsThatOfItsStatesAndComesBack) {
 }
 
 TEST_F(History, NothingIsWrittenThroughLinksThatStandInItsFolder) {
-    const auto other = m_folder / "other";
+    const auto other = UserFolder() / "other";
     WriteBytes(other, "another file");
     std::filesystem::create_directories(States());
     for (const char* const name : {"000001.xml.partial", "000001.xml", "000001.txt"}) {

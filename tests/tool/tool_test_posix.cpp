@@ -1,5 +1,6 @@
 // Starts cordelctl as POSIX starts a program.
 
+#include "scratch_folder.h"
 #include "tool_test.h"
 
 #include <cstdlib>
@@ -27,7 +28,10 @@ std::filesystem::path ToolTest::NewFolder() {
 
 std::filesystem::path ToolTest::ToolPath() const { return InstallFolder() / "cordelctl"; }
 
-std::filesystem::path ToolTest::UserFolder() const { return m_folder / "user"; }
+std::filesystem::path ToolTest::UserFolder() const {
+    static const CScratchFolder folder;
+    return folder.Path() / m_folder.filename();
+}
 
 int ToolTest::RunProgram(const std::vector<std::string>& arguments, const std::filesystem::path& input,
                          const std::filesystem::path& output, const std::filesystem::path& errors) const {

@@ -34,7 +34,7 @@ std::string Utf16(const std::string& ascii, bool bBigEndian) {
 }
 
 /// Why the document in those bytes is refused.
-CReason Refusal(const std::string& bytes) {
+CReason OpenRefusal(const std::string& bytes) {
     const CMemoryFile file(bytes);
     CReason reason;
     EXPECT_FALSE(CDocumentSource().Open(file.Path(), &reason));
@@ -181,7 +181,7 @@ TEST(DocumentSource, SaysWhyItRefusesWhatIsNoFile) {
         EXPECT_FALSE(CDocumentSource().Open(path, &reason));
         EXPECT_EQ(reason.m_kind, ReasonKind::NotRegular) << path;
     }
-    const CReason empty = Refusal("");
+    const CReason empty = OpenRefusal("");
     EXPECT_EQ(empty.m_kind, ReasonKind::Malformed);
     EXPECT_EQ(empty.m_nLine, 1u);
     EXPECT_EQ(empty.m_nColumn, 1u);
@@ -189,13 +189,13 @@ TEST(DocumentSource, SaysWhyItRefusesWhatIsNoFile) {
 }
 
 TEST(DocumentSource, SaysWhichEncodingItRefuses) {
-    const CReason unknown = Refusal("<?xml version='1.0' encoding='no-such'?><a/>");
+    const CReason unknown = OpenRefusal("<?xml version='1.0' encoding='no-such'?><a/>");
     EXPECT_EQ(unknown.m_kind, ReasonKind::Encoding);
     EXPECT_EQ(unknown.m_strWords, "NO-SUCH");
-    const CReason contradictory = Refusal("\xEF\xBB\xBF<?xml version='1.0' encoding='ISO-8859-1'?><a/>");
+    const CReason contradictory = OpenRefusal("\xEF\xBB\xBF<?xml version='1.0' encoding='ISO-8859-1'?><a/>");
     EXPECT_EQ(contradictory.m_kind, ReasonKind::Encoding);
     EXPECT_EQ(contradictory.m_strWords, "ISO-8859-1");
-    EXPECT_EQ(Refusal("<?xml version='1.0' encoding='Shift_JIS'?><a>\x83</a>").m_kind, ReasonKind::Encoding);
+    EXPECT_EQ(OpenRefusal("<?xml version='1.0' encoding='Shift_JIS'?><a>\x83</a>").m_kind, ReasonKind::Encoding);
 }
 
 TEST(DocumentSource, OpensAFileOfTheLargestSize) {
@@ -216,7 +216,7 @@ TEST(DocumentSource, RefusesAFileThatIsTooLargeAsUtf8) {
     std::string bytes = "\xFF\xFE" + Utf16("<a>", false);
     bytes.resize(kMaxDocumentBytes / 3 * 2 + 32, '\x20');
     ASSERT_LT(bytes.size(), kMaxDocumentBytes);
-    EXPECT_EQ(Refusal(bytes).m_kind, ReasonKind::TooLarge);
+    EXPECT_EQ(OpenRefusal(bytes).m_kind, ReasonKind::TooLarge);
 }
 
 TEST(DocumentSource, HoldsWhatItReadWhateverBecomesOfTheFile) {

@@ -4,6 +4,7 @@
 #include "engine_document.h"
 #include "nodes/node_writers.h"
 #include "platform/document_limits.h"
+#include "repeated.h"
 #include "scratch_folder.h"
 #include "store/module_state.h"
 #include "store/node_readers.h"
@@ -20,15 +21,6 @@
 namespace fs = std::filesystem;
 
 namespace {
-
-std::string Repeated(const std::string& text, std::size_t times) {
-    std::string repeated;
-    repeated.reserve(text.size() * times);
-    for (std::size_t time = 0; time < times; ++time) {
-        repeated += text;
-    }
-    return repeated;
-}
 
 class LoadAgain : public ::testing::Test {
 protected:

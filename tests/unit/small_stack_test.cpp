@@ -5,6 +5,7 @@
 #include "entity_nesting.h"
 #include "nodes/node_writers.h"
 #include "platform/document_limits.h"
+#include "repeated.h"
 #include "scratch_folder.h"
 #include "store/node_readers.h"
 
@@ -42,14 +43,6 @@ void RunOnSmallStack(std::function<void()> work) {
     ASSERT_EQ(pthread_create(&thread, &attributes, run, &work), 0);
     pthread_join(thread, nullptr);
     pthread_attr_destroy(&attributes);
-}
-
-std::string Repeated(const std::string& text, std::size_t times) {
-    std::string repeated;
-    for (std::size_t time = 0; time < times; ++time) {
-        repeated += text;
-    }
-    return repeated;
 }
 
 std::string EntityChain(std::size_t count) {
