@@ -14,8 +14,10 @@ import threading
 
 HERE = pathlib.Path(__file__).resolve().parent
 
-PATIENCE = 10.0        # seconds that a run may take beyond
-PATIENCE_FACTOR = 8.0  # this many times what its tests took
+# How long a run may do nothing, and how long it may compute: so many seconds, and this many times what its tests took.
+PATIENCE = 10.0
+MOST = 3.0
+FACTOR = 8.0
 # All mutants are tried with few tests each first, then what is left with the other fast ones, then with the slow ones.
 FEW_SECONDS = 0.25     # of the processor, of the few
 NEAREST = 4            # among the few, those that reach the fewest mutants, whatever they cost up to
@@ -70,10 +72,10 @@ class Worker:
         self.process.stdin.close()
         self.process.wait()
 
-    def run(self, program, arguments, seconds, **environment):
+    def run(self, program, arguments, patience, most, **environment):
         path = self.folder / "tests" / program
         request = {"command": [str(path), *arguments], "folder": str(path.parent), "environment": environment,
-                   "seconds": seconds}
+                   "patience": patience, "most": most}
         print(json.dumps(request), file=self.process.stdin, flush=True)
         for line in self.process.stdout:
             if line.startswith("{"):
@@ -84,7 +86,7 @@ class Worker:
         self.table.write_bytes(bytes(self.table_size))
         # Wine's drive Z: is the root.
         table = "Z:" + str(self.table).replace("/", "\\") if self.code_page else str(self.table)
-        answer = self.run(test.program, [f"--gtest_filter={test.name}"], 600, CORDELBOX_MUTANTS_REACHED=table)
+        answer = self.run(test.program, [f"--gtest_filter={test.name}"], 120, 600, CORDELBOX_MUTANTS_REACHED=table)
         reached = self.table.read_bytes()
         numbers = frozenset(number for number in range(1, len(reached)) if reached[number])
         good = answer["status"] == 0 and not answer["hung"] and "[  SKIPPED ]" not in answer["output"]
@@ -175,7 +177,7 @@ class Programs:
             tests = []
 
             def list_tests(worker, program):
-                output = worker.run(program, ["--gtest_list_tests"], 60)["output"]
+                output = worker.run(program, ["--gtest_list_tests"], 120, 60)["output"]
                 suite = ""
                 for line in output.splitlines():
                     line = line.split("#")[0].rstrip()
@@ -253,10 +255,12 @@ class Programs:
     def _judge(self, worker, mutant, speed):
         for tests in self._rounds(mutant, worker.code_page, speed):
             for program, part in self._runs(tests):
-                usual = sum(self.reaches[test].seconds for test in part)
+                took = sum(self.reaches[test].seconds for test in part)
+                computed = sum(self.reaches[test].computed for test in part)
                 answer = worker.run(program, ["--gtest_fail_fast", "--gtest_brief=0",
                                               "--gtest_filter=" + ":".join(test.name for test in part)],
-                                    PATIENCE + PATIENCE_FACTOR * usual, CORDELBOX_MUTANT=str(mutant.number))
+                                    PATIENCE + FACTOR * took, MOST + FACTOR * computed,
+                                    CORDELBOX_MUTANT=str(mutant.number))
                 if answer["hung"] or answer["status"] != 0:
                     name = failed_test(answer["output"])
                     with self.lock:

@@ -2,6 +2,7 @@
 
 #include "lacking_system.h"
 
+#include <algorithm>
 #include <cstring>
 #include <map>
 #include <utility>
@@ -11,6 +12,8 @@ namespace {
 bool g_bInside = false; // the DOM's own calls do not count
 
 IXMLDOMParseError* g_parseError = nullptr;
+std::size_t g_nSavedBlanks = 0;
+DWORD g_context = 0;
 
 /// A function's own address, by the table and the place in it where the hook now stands.
 std::map<std::pair<void**, std::size_t>, void*> g_real;
@@ -165,13 +168,27 @@ HRESULT STDMETHODCALLTYPE GivenParseError(IXMLDOMDocument* document, IXMLDOMPars
     return S_OK;
 }
 
+HRESULT STDMETHODCALLTYPE GivenSave(IXMLDOMDocument* document, VARIANT destination) {
+    if (g_nSavedBlanks == 0) {
+        return Function<&IXMLDOMDocument::save>::Call(document, destination);
+    }
+    const std::string blanks(std::size_t{1} << 20, ' ');
+    IStream* const stream = static_cast<IStream*>(destination.punkVal);
+    for (std::size_t left = g_nSavedBlanks; left > 0;) {
+        const std::size_t count = std::min(left, blanks.size());
+        stream->Write(blanks.data(), static_cast<ULONG>(count), nullptr);
+        left -= count;
+    }
+    return S_OK;
+}
+
 void Watch(IXMLDOMDocument* document) {
     static const std::vector<Hook> s_hooks{
         HookOf<&IXMLDOMDocument::put_async>("put_async"),
         HookOf<&IXMLDOMDocument::put_validateOnParse>("put_validateOnParse"),
         HookOf<&IXMLDOMDocument::put_resolveExternals>("put_resolveExternals"),
         HookOf<&IXMLDOMDocument::load>("load"),
-        HookOf<&IXMLDOMDocument::save>("save"),
+        {HookOf<&IXMLDOMDocument::save>("save").place, reinterpret_cast<void*>(&GivenSave)},
         HookOf<&IXMLDOMDocument::get_documentElement>("get_documentElement"),
         HookOf<&IXMLDOMDocument::createElement>("createElement"),
         HookOf<&IXMLDOMDocument::createProcessingInstruction>("createProcessingInstruction"),
@@ -182,6 +199,7 @@ void Watch(IXMLDOMDocument* document) {
 
 HRESULT WINAPI WatchedCoCreateInstance(REFCLSID type, LPUNKNOWN outer, DWORD context, REFIID interfaceId,
                                        LPVOID* given) {
+    g_context = context;
     switch (CDomCallWatch::FateOf("CoCreateInstance")) {
     case DomAnswer::Failure:
         return E_FAIL;
@@ -201,6 +219,10 @@ HRESULT WINAPI WatchedCoCreateInstance(REFCLSID type, LPUNKNOWN outer, DWORD con
 }
 
 } // namespace
+
+DWORD ClassContext() noexcept { return g_context; }
+
+void GiveSavedBlanks(std::size_t count) noexcept { g_nSavedBlanks = count; }
 
 void GiveParseError(IXMLDOMParseError* error) noexcept { g_parseError = error; }
 

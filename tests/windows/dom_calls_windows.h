@@ -19,5 +19,11 @@ enum class DomAnswer {
 
 using CDomCallWatch = CCallWatch<std::string, DomAnswer>;
 
+/// The class context with which a document was last asked for.
+DWORD ClassContext() noexcept;
+
+/// From now on every document writes this many blanks when it is saved; 0: itself.
+void GiveSavedBlanks(std::size_t count) noexcept;
+
 /// From now on every document gives this for what it says of a load that failed; null: its own.
 void GiveParseError(IXMLDOMParseError* error) noexcept;

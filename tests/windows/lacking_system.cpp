@@ -4,6 +4,9 @@
 #include <oleauto.h>
 #include <shlobj.h>
 
+#include <algorithm>
+#include <array>
+#include <atomic>
 #include <cstdlib>
 #include <cstring>
 #include <new>
@@ -13,7 +16,10 @@ namespace {
 Lacks g_lacks;
 const std::string* g_hostPath = nullptr;
 bool g_bUtf8 = false;
+std::atomic<int> g_nBlocks = 0;
 int g_nComTexts = 0;
+int g_nComArrays = 0;
+std::array<HANDLE, 64> g_semaphores = {}; // null: a free place
 
 bool IsRefused(int& granted) noexcept { return granted != std::numeric_limits<int>::max() && granted-- <= 0; }
 
@@ -37,23 +43,44 @@ CUtf8CodePage::CUtf8CodePage() { g_bUtf8 = true; }
 
 CUtf8CodePage::~CUtf8CodePage() { g_bUtf8 = false; }
 
+int Blocks() noexcept { return g_nBlocks; }
+
 int ComTexts() noexcept { return g_nComTexts; }
 
-void* operator new(std::size_t size) {
+int ComArrays() noexcept { return g_nComArrays; }
+
+int SemaphoreHandles() noexcept {
+    return static_cast<int>(g_semaphores.size() - std::count(g_semaphores.begin(), g_semaphores.end(), nullptr));
+}
+
+namespace {
+
+void* Allocate(std::size_t size) noexcept {
     void* const memory = IsMemoryRefused() ? nullptr : std::malloc(size != 0 ? size : 1);
+    g_nBlocks += memory != nullptr ? 1 : 0;
+    return memory;
+}
+
+void Free(void* memory) noexcept {
+    g_nBlocks -= memory != nullptr ? 1 : 0;
+    std::free(memory);
+}
+
+} // namespace
+
+void* operator new(std::size_t size) {
+    void* const memory = Allocate(size);
     if (memory == nullptr) {
         throw std::bad_alloc();
     }
     return memory;
 }
 
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-    return IsMemoryRefused() ? nullptr : std::malloc(size != 0 ? size : 1);
-}
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept { return Allocate(size); }
 
-void operator delete(void* memory) noexcept { std::free(memory); }
+void operator delete(void* memory) noexcept { Free(memory); }
 
-void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+void operator delete(void* memory, std::size_t) noexcept { Free(memory); }
 
 namespace {
 
@@ -77,7 +104,28 @@ HRESULT WINAPI LackingCoInitialize(LPVOID reserved) {
 
 HANDLE WINAPI LackingCreateSemaphoreA(LPSECURITY_ATTRIBUTES security, LONG count, LONG most, LPCSTR name) {
     static const auto s_real = RealFunction(&::CreateSemaphoreA, "CreateSemaphoreA", "kernel32.dll");
-    return g_lacks.bSemaphores ? nullptr : s_real(security, count, most, name);
+    const HANDLE made = g_lacks.bSemaphores ? nullptr : s_real(security, count, most, name);
+    *std::find(g_semaphores.begin(), g_semaphores.end(), nullptr) = made;
+    return made;
+}
+
+BOOL WINAPI CountedCloseHandle(HANDLE handle) {
+    static const auto s_real = RealFunction(&::CloseHandle, "CloseHandle", "kernel32.dll");
+    std::replace(g_semaphores.begin(), g_semaphores.end(), handle, HANDLE{nullptr});
+    return s_real(handle);
+}
+
+SAFEARRAY* WINAPI LackingSafeArrayCreateVector(VARTYPE type, LONG first, ULONG count) {
+    static const auto s_real = RealFunction(&::SafeArrayCreateVector, "SafeArrayCreateVector", "oleaut32.dll");
+    SAFEARRAY* const made = g_lacks.bArrays ? nullptr : s_real(type, first, count);
+    g_nComArrays += made != nullptr ? 1 : 0;
+    return made;
+}
+
+HRESULT WINAPI CountedSafeArrayDestroy(SAFEARRAY* array) {
+    static const auto s_real = RealFunction(&::SafeArrayDestroy, "SafeArrayDestroy", "oleaut32.dll");
+    g_nComArrays -= array != nullptr ? 1 : 0;
+    return s_real(array);
 }
 
 BOOL WINAPI LackingSHGetSpecialFolderPathA(HWND owner, LPSTR path, int folder, BOOL bCreate) {
@@ -120,6 +168,9 @@ decltype(&::SysAllocStringLen) __imp_SysAllocStringLen = LackingSysAllocStringLe
 decltype(&::SysFreeString) __imp_SysFreeString = CountedSysFreeString;
 decltype(&::CoInitialize) __imp_CoInitialize = LackingCoInitialize;
 decltype(&::CreateSemaphoreA) __imp_CreateSemaphoreA = LackingCreateSemaphoreA;
+decltype(&::CloseHandle) __imp_CloseHandle = CountedCloseHandle;
+decltype(&::SafeArrayCreateVector) __imp_SafeArrayCreateVector = LackingSafeArrayCreateVector;
+decltype(&::SafeArrayDestroy) __imp_SafeArrayDestroy = CountedSafeArrayDestroy;
 decltype(&::SHGetSpecialFolderPathA) __imp_SHGetSpecialFolderPathA = LackingSHGetSpecialFolderPathA;
 decltype(&::GetModuleFileNameA) __imp_GetModuleFileNameA = LackingGetModuleFileNameA;
 decltype(&::GetACP) __imp_GetACP = LackingGetACP;

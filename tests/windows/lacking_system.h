@@ -21,6 +21,7 @@ struct Lacks {
     bool bCom = false;
     bool bSemaphores = false;
     bool bApplicationData = false;
+    bool bArrays = false;
 };
 
 /// While it lives, the system lacks what is named. Nothing else may be looked at or reported meanwhile.
@@ -56,5 +57,8 @@ public:
     CUtf8CodePage& operator=(const CUtf8CodePage&) = delete;
 };
 
-/// Texts of COM that this program has made, less those that it has freed.
+// What this program has made, less what it has given back: memory, texts and arrays of COM, semaphores.
+int Blocks() noexcept;
 int ComTexts() noexcept;
+int ComArrays() noexcept;
+int SemaphoreHandles() noexcept;

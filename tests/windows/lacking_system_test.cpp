@@ -82,7 +82,9 @@ TEST_F(LackingSystem, RefusesADocumentThatIsTooLarge) {
     // The DOM would take it: it overlooks the zeros behind the document.
     CopyMainForUser(Document(""));
     fs::resize_file(UserMainPath(), kMaxDocumentBytes + 1);
-    EXPECT_FALSE(DomDocument::Create()->Load(UserMainPath().string().c_str()));
+    CReason reason;
+    EXPECT_FALSE(DomDocument::Create()->Load(UserMainPath().string().c_str(), &reason));
+    EXPECT_EQ(reason.m_kind, ReasonKind::TooLarge);
     fs::resize_file(UserMainPath(), Document("").size());
     EXPECT_TRUE(DomDocument::Create()->Load(UserMainPath().string().c_str()));
 }
@@ -176,11 +178,13 @@ TEST_F(LackingSystem, WithoutMemoryForBytesTellsTheWriter) {
 TEST_F(LackingSystem, WithoutMemoryReplacesNoFile) {
     WriteFile(UserMainPath(), "old");
     bool bReplaced = true;
+    CReason reason;
     {
         const std::string path = UserMainPath().string();
         const CLackingSystem lacking({.nAllocations = 0});
-        bReplaced = platform::ReplaceContents(path.c_str(), "new");
+        bReplaced = platform::ReplaceContents(path.c_str(), "new", &reason);
     }
     EXPECT_FALSE(bReplaced);
+    EXPECT_EQ(reason.m_kind, ReasonKind::OutOfMemory);
     EXPECT_EQ(UserMainText(), "old");
 }

@@ -2,6 +2,8 @@
 // new one, and says so by the save's status; nothing lies beside it; and the next save works.
 
 #include "save_fault_test.h"
+#include "store/module_state.h"
+#include "store/xml_object.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -311,4 +313,101 @@ TEST_F(SaveCalls, FlushTheDocumentBeforeItTakesItsPlace) {
         }
     }
     EXPECT_EQ(order, "WriteFile FlushFileBuffers MoveFileExW ");
+}
+
+TEST_F(SaveCalls, ThatFailAreNamedInTheReasonWithTheirError) {
+    const auto reasonWith = [](const std::string& failing, bool bCreates) {
+        const CSystemCallWatch watch([&](std::size_t, const SystemCall& call) {
+            return Fate{call.name == failing && call.bCreates == bCreates ? DWORD{ERROR_DISK_FULL} : 0};
+        });
+        return State().currentDocument->Save().m_reason;
+    };
+    const std::pair<const char*, const char*> calls[] = {
+        {"WriteFile", "WriteFile"}, {"FlushFileBuffers", "FlushFileBuffers"}, {"MoveFileExW", "MoveFileEx"}};
+    for (const auto& [name, said] : calls) {
+        const CReason reason = reasonWith(name, false);
+        EXPECT_STREQ(reason.m_pCall, said);
+        EXPECT_EQ(reason.m_nError, DWORD{ERROR_DISK_FULL}) << name;
+    }
+    const CReason creating = reasonWith("CreateFileW", true);
+    EXPECT_STREQ(creating.m_pCall, "CreateFile");
+    EXPECT_EQ(creating.m_nError, DWORD{ERROR_DISK_FULL});
+    const CReason chance = reasonWith("BCryptGenRandom", false);
+    EXPECT_STREQ(chance.m_pCall, "CreateFile");
+    EXPECT_EQ(chance.m_nError, DWORD{ERROR_GEN_FAILURE}) << "no name for the file";
+}
+
+TEST_F(SaveCalls, ThatAskForTheRightsInVainAtEitherTimeWorkWithoutThem) {
+    for (const int failing : {1, 2}) {
+        RestoreCopy();
+        int asked = 0;
+        EXPECT_EQ(SaveWatched([&](std::size_t, const SystemCall& call) {
+                      const bool bFails = call.name == "GetFileSecurityW" && ++asked == failing;
+                      return Fate{bFails ? DWORD{ERROR_ACCESS_DENIED} : 0};
+                  }),
+                  0);
+        ExpectWholeAfter(0, true, false);
+    }
+}
+
+TEST_F(SaveCalls, SetTheRightsWhereTheNewFileMayLackThem) {
+    int asked = 0;
+    int set = 0;
+    EXPECT_EQ(SaveWatched([&](std::size_t, const SystemCall& call) {
+                  asked += call.name == "GetFileSecurityW" ? 1 : 0;
+                  set += call.name == "SetFileSecurityW" ? 1 : 0;
+                  return Fate{call.name == "GetFileSecurityW" && asked > 2 ? DWORD{ERROR_ACCESS_DENIED} : 0};
+              }),
+              0);
+    EXPECT_EQ(set, 1);
+    ExpectWholeAfter(0);
+}
+
+TEST_F(SaveCalls, KeepEachAttributeThatMeansSomething) {
+    for (const DWORD attribute : {FILE_ATTRIBUTE_HIDDEN, FILE_ATTRIBUTE_SYSTEM, FILE_ATTRIBUTE_NOT_CONTENT_INDEXED}) {
+        ::SetFileAttributesW(UserMainPath().c_str(), attribute);
+        const DWORD before = ::GetFileAttributesW(UserMainPath().c_str()) & attribute; // not every file system has it
+        EXPECT_EQ(Save(), 0);
+        EXPECT_EQ(::GetFileAttributesW(UserMainPath().c_str()) & attribute, before) << attribute;
+    }
+    ::SetFileAttributesW(UserMainPath().c_str(), FILE_ATTRIBUTE_NORMAL);
+    for (const SystemCall& call : CallsOfASave()) {
+        EXPECT_NE(call.name, "SetFileAttributesW") << "of a file without any";
+    }
+}
+
+TEST_F(SaveCalls, LookAtSoManyLeftoversAtMost) {
+    WriteFile(LeftoverPath(), "half a document");
+    int looked = 0;
+    EXPECT_EQ(SaveWatched([&](std::size_t, const SystemCall& call) {
+                  looked += call.name == "CreateFileW" && fs::path(call.path).filename() == LeftoverPath().filename();
+                  Fate fate;
+                  fate.bRepeats = call.name == "FindNextFileW";
+                  return fate;
+              }),
+              0);
+    EXPECT_EQ(looked, 4096);
+}
+
+TEST_F(SaveCalls, WaitAMomentBetweenTwoAttemptsToRename) {
+    const DWORD before = WaitedMilliseconds();
+    int attempts = 0;
+    SaveWatched([&](std::size_t, const SystemCall& call) {
+        return Fate{call.name == "MoveFileExW" && ++attempts <= 5 ? DWORD{ERROR_SHARING_VIOLATION} : 0};
+    });
+    EXPECT_EQ(WaitedMilliseconds() - before, 5u * 10);
+}
+
+TEST_F(SaveCalls, CloseAndFreeWhatTheyHaveOpenedAndMade) {
+    const int before = SystemBlocks();
+    std::size_t opened = 0;
+    std::size_t closed = 0;
+    EXPECT_EQ(SaveWatched([&](std::size_t, const SystemCall& call) {
+                  opened += call.name.starts_with("CreateFile") ? 1 : 0;
+                  closed += call.name == "CloseHandle" ? 1 : 0;
+                  return Fate{call.name == "GetFileSecurityW" ? DWORD{ERROR_ACCESS_DENIED} : 0};
+              }),
+              0);
+    EXPECT_EQ(closed, opened + 1) << "the files, and the user of this process";
+    EXPECT_EQ(SystemBlocks(), before);
 }

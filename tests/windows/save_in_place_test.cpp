@@ -3,6 +3,8 @@
 
 #include "safe_save.h"
 #include "save_fault_test.h"
+#include "store/module_state.h"
+#include "store/xml_object.h"
 
 namespace fs = std::filesystem;
 
@@ -152,4 +154,54 @@ TEST_F(SaveInPlace, MakesTheCopyShorterWhenTheDocumentIs) {
     fs::rename(UserMainPath().parent_path() / "longer.xml", UserMainPath());
     EXPECT_EQ(SaveWithoutNewFile(ERROR_ACCESS_DENIED), 0);
     EXPECT_EQ(UserMainText(), m_strNew);
+}
+
+TEST_F(SaveInPlace, AsksForNoSpaceWhereTheLengthStays) {
+    WriteFile(UserMainPath(), std::string(m_strNew.size(), ' '));
+    std::string order;
+    EXPECT_EQ(SaveWithoutNewFile(ERROR_ACCESS_DENIED,
+                                 [&](std::size_t, const SystemCall& call) {
+                                     if (call.name == "SetEndOfFile" || call.name == "WriteFile") {
+                                         order += call.name + " ";
+                                     }
+                                     return Fate();
+                                 }),
+              0);
+    EXPECT_EQ(order, "WriteFile SetEndOfFile ");
+    EXPECT_EQ(UserMainText(), m_strNew);
+}
+
+TEST_F(SaveInPlace, NamesTheCallThatFailedWithItsError) {
+    std::set<std::string> named;
+    for (std::size_t failing = 0;; ++failing) {
+        RestoreCopy();
+        std::string failed;
+        bool bInPlace = false;
+        COutcome outcome;
+        {
+            const CSystemCallWatch watch([&](std::size_t number, const SystemCall& call) {
+                bInPlace = bInPlace || call.bCreates;
+                if (call.bCreates) {
+                    return Fate{ERROR_ACCESS_DENIED};
+                }
+                failed = number == failing ? call.name : failed;
+                return Fate{number == failing ? DWORD{ERROR_DISK_FULL} : 0};
+            });
+            outcome = State().currentDocument->Save();
+        }
+        if (failed.empty() && failing > 100) {
+            break;
+        }
+        if (outcome || !bInPlace) {
+            continue;
+        }
+        EXPECT_EQ(outcome.m_reason.m_nError, DWORD{ERROR_DISK_FULL}) << failed;
+        const std::string said = outcome.m_reason.m_pCall;
+        if (failed != "SetFilePointerEx") { // a part of what is named then
+            EXPECT_TRUE(failed.starts_with(said)) << failed << ": " << said;
+        }
+        named.insert(said);
+    }
+    EXPECT_EQ(named,
+              (std::set<std::string>{"CreateFile", "FlushFileBuffers", "GetFileSizeEx", "SetEndOfFile", "WriteFile"}));
 }

@@ -14,6 +14,9 @@ Function Real(Function, const char* name, const char* library = "kernel32.dll") 
     return reinterpret_cast<Function>(reinterpret_cast<void*>(::GetProcAddress(::LoadLibraryA(library), name)));
 }
 
+DWORD g_nWaited = 0;
+int g_nBlocks = 0;
+
 std::wstring PathOf(HANDLE file) {
     std::wstring path(1024, L'\0');
     const DWORD length =
@@ -87,7 +90,11 @@ HANDLE WINAPI WatchedFindFirstFileW(LPCWSTR pattern, LPWIN32_FIND_DATAW found) {
 }
 
 BOOL WINAPI WatchedFindNextFileW(HANDLE search, LPWIN32_FIND_DATAW found) {
-    return Fails(NotePath("FindNextFileW", L"")) ? FALSE : Real(&::FindNextFileW, "FindNextFileW")(search, found);
+    const Fate fate = NotePath("FindNextFileW", L"");
+    if (fate.bRepeats) {
+        return TRUE;
+    }
+    return Fails(fate) ? FALSE : Real(&::FindNextFileW, "FindNextFileW")(search, found);
 }
 
 BOOL WINAPI WatchedFindClose(HANDLE search) {
@@ -103,12 +110,30 @@ BOOL WINAPI WatchedWriteFile(HANDLE file, LPCVOID bytes, DWORD count, LPDWORD wr
                : Real(&::WriteFile, "WriteFile")(file, bytes, std::min(count, fate.nAtMost), written, overlapped);
 }
 
+BOOL WINAPI WatchedReadFile(HANDLE file, LPVOID bytes, DWORD count, LPDWORD read, LPOVERLAPPED overlapped) {
+    const Fate fate = NoteFile("ReadFile", file);
+    return Fails(fate) ? FALSE
+                       : Real(&::ReadFile, "ReadFile")(file, bytes, std::min(count, fate.nAtMost), read, overlapped);
+}
+
+BOOL WINAPI WatchedGetFileInformationByHandleEx(HANDLE file, FILE_INFO_BY_HANDLE_CLASS which, LPVOID information,
+                                                DWORD size) {
+    return Fails(NoteFile("GetFileInformationByHandleEx", file))
+               ? FALSE
+               : Real(&::GetFileInformationByHandleEx, "GetFileInformationByHandleEx")(file, which, information, size);
+}
+
 BOOL WINAPI WatchedFlushFileBuffers(HANDLE file) {
     return Fails(NoteFile("FlushFileBuffers", file)) ? FALSE : Real(&::FlushFileBuffers, "FlushFileBuffers")(file);
 }
 
 BOOL WINAPI WatchedGetFileSizeEx(HANDLE file, PLARGE_INTEGER size) {
-    return Fails(NoteFile("GetFileSizeEx", file)) ? FALSE : Real(&::GetFileSizeEx, "GetFileSizeEx")(file, size);
+    const Fate fate = NoteFile("GetFileSizeEx", file);
+    if (fate.nSize >= 0) {
+        size->QuadPart = fate.nSize;
+        return TRUE;
+    }
+    return Fails(fate) ? FALSE : Real(&::GetFileSizeEx, "GetFileSizeEx")(file, size);
 }
 
 BOOL WINAPI WatchedSetFilePointerEx(HANDLE file, LARGE_INTEGER distance, PLARGE_INTEGER position, DWORD method) {
@@ -133,11 +158,25 @@ BOOL WINAPI WatchedSetFileInformationByHandle(HANDLE file, FILE_INFO_BY_HANDLE_C
 
 BOOL WINAPI WatchedConvertStringSecurityDescriptorToSecurityDescriptorW(LPCWSTR text, DWORD revision,
                                                                         PSECURITY_DESCRIPTOR* rights, PULONG size) {
-    return Fails(NotePath("ConvertStringSecurityDescriptorToSecurityDescriptorW", text))
-               ? FALSE
-               : Real(&::ConvertStringSecurityDescriptorToSecurityDescriptorW,
-                      "ConvertStringSecurityDescriptorToSecurityDescriptorW",
-                      "advapi32.dll")(text, revision, rights, size);
+    if (Fails(NotePath("ConvertStringSecurityDescriptorToSecurityDescriptorW", text)) ||
+        Real(&::ConvertStringSecurityDescriptorToSecurityDescriptorW,
+             "ConvertStringSecurityDescriptorToSecurityDescriptorW",
+             "advapi32.dll")(text, revision, rights, size) == FALSE) {
+        return FALSE;
+    }
+    ++g_nBlocks;
+    return TRUE;
+}
+
+BOOL WINAPI CountedConvertSidToStringSidW(PSID user, LPWSTR* name) {
+    const BOOL result = Real(&::ConvertSidToStringSidW, "ConvertSidToStringSidW", "advapi32.dll")(user, name);
+    g_nBlocks += result != FALSE ? 1 : 0;
+    return result;
+}
+
+HLOCAL WINAPI CountedLocalFree(HLOCAL block) {
+    g_nBlocks -= block != nullptr ? 1 : 0;
+    return Real(&::LocalFree, "LocalFree")(block);
 }
 
 DWORD WINAPI WatchedGetFileAttributesW(LPCWSTR path) {
@@ -173,12 +212,18 @@ BOOL WINAPI WatchedDeleteFileW(LPCWSTR path) {
 }
 
 void WINAPI WatchedSleep(DWORD milliseconds) {
-    if (!CSystemCallWatch::IsOn()) {
+    if (CSystemCallWatch::IsOn()) {
+        g_nWaited += milliseconds;
+    } else {
         Real(&::Sleep, "Sleep")(milliseconds);
     }
 }
 
 } // namespace
+
+DWORD WaitedMilliseconds() noexcept { return g_nWaited; }
+
+int SystemBlocks() noexcept { return g_nBlocks; }
 
 // What the linker takes for the imported functions: an entry of the program's own goes before that of a library.
 extern "C" {
@@ -193,6 +238,10 @@ decltype(&::FindFirstFileW) __imp_FindFirstFileW = WatchedFindFirstFileW;
 decltype(&::FindNextFileW) __imp_FindNextFileW = WatchedFindNextFileW;
 decltype(&::FindClose) __imp_FindClose = WatchedFindClose;
 decltype(&::WriteFile) __imp_WriteFile = WatchedWriteFile;
+decltype(&::ReadFile) __imp_ReadFile = WatchedReadFile;
+decltype(&::GetFileInformationByHandleEx) __imp_GetFileInformationByHandleEx = WatchedGetFileInformationByHandleEx;
+decltype(&::ConvertSidToStringSidW) __imp_ConvertSidToStringSidW = CountedConvertSidToStringSidW;
+decltype(&::LocalFree) __imp_LocalFree = CountedLocalFree;
 decltype(&::FlushFileBuffers) __imp_FlushFileBuffers = WatchedFlushFileBuffers;
 decltype(&::GetFileSizeEx) __imp_GetFileSizeEx = WatchedGetFileSizeEx;
 decltype(&::SetFilePointerEx) __imp_SetFilePointerEx = WatchedSetFilePointerEx;
@@ -212,9 +261,13 @@ decltype(&::Sleep) __imp_Sleep = WatchedSleep;
 // Declared as a function of the program itself, so that it is one.
 NTSTATUS WINAPI BCryptGenRandom(BCRYPT_ALG_HANDLE algorithm, PUCHAR bytes, ULONG count, ULONG flags) {
     constexpr auto kUnsuccessful = static_cast<NTSTATUS>(0xC0000001);
-    return Fails(NotePath("BCryptGenRandom", L""))
-               ? kUnsuccessful
-               : Real(&::BCryptGenRandom, "BCryptGenRandom", "bcrypt.dll")(algorithm, bytes, count, flags);
+    const Fate fate = NotePath("BCryptGenRandom", L"");
+    if (fate.nChance >= 0) {
+        std::fill_n(bytes, count, static_cast<UCHAR>(fate.nChance));
+        return 0;
+    }
+    return Fails(fate) ? kUnsuccessful
+                       : Real(&::BCryptGenRandom, "BCryptGenRandom", "bcrypt.dll")(algorithm, bytes, count, flags);
 }
 
 } // extern "C"

@@ -23,7 +23,16 @@ struct Fate {
     bool bKill = false;         // the process is killed before the call
     DWORD nAtMost = 0xFFFFFFFF; // a write takes only so many bytes
     bool bTakesEffect = false;  // the length of a file is set, although that fails
+    LONGLONG nSize = -1;        // a file is said to have this size
+    bool bRepeats = false;      // a search gives the same file once more
+    int nChance = -1;           // chance is this byte, again and again
 };
 
 /// Nobody waits during a watch.
 using CSystemCallWatch = CCallWatch<SystemCall, Fate>;
+
+/// Milliseconds that were waited during watches, as it is said.
+DWORD WaitedMilliseconds() noexcept;
+
+/// Blocks that the system made for access rights and names of users, less those that it was given back.
+int SystemBlocks() noexcept;

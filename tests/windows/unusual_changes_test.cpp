@@ -4,6 +4,7 @@
 #include "dom_calls_windows.h"
 
 #include "host_test.h"
+#include "lacking_system.h"
 #include "platform/dom.h"
 
 #include <algorithm>
@@ -128,4 +129,30 @@ TEST_F(UnusualChanges, AreLookedAtAsAWhole) {
     const auto dom = Loaded();
     const std::wstring text(kUsualText + 1, L't');
     EXPECT_TRUE(IsAsked([&] { dom->AppendElement(Container(*dom), L"Item", {{L"ID", text}, {L"Name", L"n"}}); }));
+}
+
+TEST_F(UnusualChanges, GiveBackTheMemoryOfTheLook) {
+    const std::wstring text(kUsualText + 1, L't');
+    const auto dom = Loaded();
+    const int before = ComArrays();
+    kChanges[0].make(*dom, text);
+    EXPECT_EQ(ComArrays(), before);
+    const CLackingSystem lacking({.bArrays = true});
+    EXPECT_THROW(kChanges[0].make(*dom, text), DomError);
+}
+
+TEST_F(UnusualChanges, ThatMakeTheDocumentTooLargeAreNotSaved) {
+    const auto dom = Loaded();
+    const std::string path = UserMainPath().string();
+    const std::string before = UserMainText();
+    GiveSavedBlanks(std::size_t{256} * 1024 * 1024 + 1);
+    ReasonKind kind = ReasonKind::None;
+    try {
+        dom->Save(path.c_str());
+    } catch (const DomError& error) {
+        kind = error.Reason().m_kind;
+    }
+    GiveSavedBlanks(0);
+    EXPECT_EQ(kind, ReasonKind::TooLarge);
+    EXPECT_EQ(UserMainText(), before);
 }

@@ -67,8 +67,7 @@ public:
 
     /// The text as a variant that borrows it.
     VARIANT AsVariant() const noexcept {
-        VARIANT value;
-        ::VariantInit(&value);
+        VARIANT value{};
         value.vt = VT_BSTR;
         value.bstrVal = m_bstrText;
         return value;

@@ -74,6 +74,12 @@ DomText NameOf(IXMLDOMNode* node) {
     return name;
 }
 
+DOMNodeType TypeOf(IXMLDOMNode* node) {
+    DOMNodeType type = NODE_INVALID;
+    Check(node->get_nodeType(&type), "the DOM cannot give a node's type");
+    return type;
+}
+
 /// None for a node of a kind that has no attributes.
 CComPointer<IXMLDOMNamedNodeMap> AttributesOf(IXMLDOMNode* node) {
     CComPointer<IXMLDOMNamedNodeMap> attributes;
@@ -90,11 +96,9 @@ DomNode AttributeAt(IXMLDOMNamedNodeMap* attributes, std::size_t index) {
 /// The value, since not every DOM gives white space alone as the text.
 DomText TextOf(IXMLDOMNode* attribute) {
     constexpr const char* kFailure = "the DOM cannot give an attribute's text";
-    VARIANT value;
-    ::VariantInit(&value);
+    VARIANT value{};
     Check(attribute->get_nodeValue(&value), kFailure);
-    if (value.vt != VT_BSTR) {
-        ::VariantClear(&value);
+    if (value.vt != VT_BSTR) { // none then, and nothing to free
         throw DomError(kFailure);
     }
     DomText text;
@@ -132,6 +136,8 @@ CComPointer<IXMLDOMNodeList> ElementsByTagName(IXMLDOMElement* element, DomView 
     return Required(result, list, "the DOM cannot list elements");
 }
 
+bool IsTooLarge(std::uint64_t bytes) noexcept { return bytes > kMaxDocumentBytes; }
+
 /// Reads a file that nobody changes meanwhile. False when it cannot be read or is larger than a document.
 bool ReadAll(const CFileHandle& file, std::string& bytes, CReason* reason) {
     LARGE_INTEGER size;
@@ -139,7 +145,7 @@ bool ReadAll(const CFileHandle& file, std::string& bytes, CReason* reason) {
         GiveReason(reason, CReason::OfCall(file ? "GetFileSizeEx" : "CreateFileW", ::GetLastError()));
         return false;
     }
-    if (size.QuadPart > static_cast<LONGLONG>(kMaxDocumentBytes)) {
+    if (IsTooLarge(static_cast<std::uint64_t>(size.QuadPart))) {
         GiveReason(reason, CReason::Of(ReasonKind::TooLarge));
         return false;
     }
@@ -155,14 +161,14 @@ bool ReadAll(const CFileHandle& file, std::string& bytes, CReason* reason) {
 
 /// Whether elements lie deeper within each other than the limit, the document element counted as one.
 bool IsTooDeep(IXMLDOMNode* documentElement) {
-    std::vector<DomNode> path; // the first child of each level, then its siblings
+    std::vector<DomNode> path; // from below the document element on, to where the node lies
     for (DomNode node = FirstChildOf(documentElement); node || !path.empty();) {
         if (!node) {
             node = NextSiblingOf(path.back().Get());
             path.pop_back();
             continue;
         }
-        if (path.size() + 1 > kMaxElementDepth) {
+        if (path.size() + 2 > kMaxElementDepth && TypeOf(node.Get()) == NODE_ELEMENT) {
             return true;
         }
         DomNode child = FirstChildOf(node.Get());
@@ -256,11 +262,7 @@ DomNode ParentOf(IXMLDOMNode* node) {
     DomNode parent;
     const HRESULT result = node->get_parentNode(parent.Receive());
     parent = Optional(result, parent, "the DOM cannot give a node's parent");
-    DOMNodeType type = NODE_INVALID;
-    if (parent) {
-        Check(parent->get_nodeType(&type), "the DOM cannot give a node's type");
-    }
-    return type == NODE_ELEMENT ? std::move(parent) : DomNode();
+    return parent && TypeOf(parent.Get()) == NODE_ELEMENT ? std::move(parent) : DomNode();
 }
 
 /// An element and those that it lies in, from the inside out.
@@ -338,8 +340,7 @@ CComPointer<IXMLDOMDocument> CreateDocument() noexcept {
 
 /// Writes the whole document, in UTF-8.
 void Write(IXMLDOMDocument* document, CByteStream& bytes) {
-    VARIANT destination;
-    ::VariantInit(&destination);
+    VARIANT destination{};
     destination.vt = VT_UNKNOWN;
     destination.punkVal = &bytes;
     if (document->save(destination) != S_OK || bytes.View().empty()) {
@@ -354,8 +355,7 @@ bool IsLoadable(std::string_view bytes) {
     if (!document || array == nullptr) {
         return false;
     }
-    VARIANT source;
-    ::VariantInit(&source);
+    VARIANT source{};
     source.vt = VT_ARRAY | VT_UI1;
     source.parray = array;
     std::copy(bytes.begin(), bytes.end(), static_cast<char*>(array->pvData));
@@ -453,7 +453,7 @@ bool DomDocument::Load(const char* path, CReason* reason, DomPositions) {
 void DomDocument::Save(const char* path, const LastLook& isAsLoaded) {
     CByteStream bytes;
     Write(m_pNative->document.Get(), bytes);
-    if (bytes.View().size() > kMaxDocumentBytes) {
+    if (IsTooLarge(bytes.View().size())) {
         throw DomError("the document could not be loaded again", CReason::Of(ReasonKind::TooLarge));
     }
     CReason reason;
@@ -473,9 +473,7 @@ DomNode DomDocument::DocumentElement() {
 }
 
 DomKind DomDocument::Kind(const DomNode& node) {
-    DOMNodeType type;
-    Check(node->get_nodeType(&type), "the DOM cannot give a node's type");
-    switch (type) {
+    switch (TypeOf(node.Get())) {
     case NODE_ELEMENT:
         return DomKind::Element;
     case NODE_TEXT:

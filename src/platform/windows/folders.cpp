@@ -36,15 +36,13 @@ bool IsPresentAndWritable(const char* path, CReason* reason) {
         ::CreateFileA(path, GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
     BY_HANDLE_FILE_INFORMATION information;
     CReason found;
-    // The attributes are asked too: a privileged process may be let into a read-only file.
+    // The attributes are asked too: a privileged process may be let into a read-only file. A folder is not opened so.
     if (!file) {
         found = CReason::OfCall("CreateFile", ::GetLastError());
     } else if (::GetFileType(file.Get()) != FILE_TYPE_DISK) {
         found = CReason::Of(ReasonKind::NotRegular);
     } else if (::GetFileInformationByHandle(file.Get(), &information) == FALSE) {
         found = CReason::OfCall("GetFileInformationByHandle", ::GetLastError());
-    } else if ((information.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
-        found = CReason::Of(ReasonKind::NotRegular);
     } else if ((information.dwFileAttributes & FILE_ATTRIBUTE_READONLY) != 0) {
         found = CReason::Of(ReasonKind::NotPermitted);
     }
