@@ -87,7 +87,6 @@ void CDocumentTables::AddCell(CRowTable& table, RowNumber row, const DomPair& at
         table.AddCell(row, baseName, std::move(text));
     } catch (const std::exception&) {
         Forget(table); // the attribute is there all the same
-        throw;
     }
 }
 

@@ -331,6 +331,9 @@ TEST(EngineMemory, FailingWhileAContainerIsEmptiedLeavesItsBeginningOrItsEnd) {
             const bool bBegins = left.find("\"1\"") != std::string::npos;
             const bool bEnds = left.find("\"3\"") != std::string::npos;
             bLeft = bLeft || bBegins != bEnds;
+            CRequest rows("List", "a");
+            EXPECT_EQ(CollectAttribute(&document.Object(), &rows), 0) << "as the tree has them";
+            EXPECT_EQ(rows.m_nCount, std::count(left.begin(), left.end(), '='));
             if (bWrites) {
                 EXPECT_TRUE(bBegins || !bEnds) << left;
             } else {
@@ -400,6 +403,25 @@ TEST(EngineMemory, FailingWhereAnAttributeIsAddedLeavesWhatTheTreeHas) {
             break;
         }
     }
+}
+
+TEST(EngineMemory, DoesNotGrowWithTheAttributesThatAHostFiltersOn) {
+    std::string attributes;
+    for (int number = 0; number < 200; ++number) {
+        attributes += " A" + std::to_string(number) + "='1'";
+    }
+    std::optional<CEngineDocument> document;
+    document.emplace("<r><L><i" + attributes + "/></L></r>");
+    CLibraryMemory::Reset();
+    std::size_t kept = 0; // by the indexes over the first attributes
+    for (int number = 0; number < 200; ++number) {
+        CRequest query = CRequest("L", "A0").With(("A" + std::to_string(number)).c_str(), "1");
+        const CLibraryMemory memory;
+        ASSERT_EQ(ReadAttribute(&document->Object(), &query), 0);
+        kept = number < 100 ? std::max(kept, CLibraryMemory::Outstanding()) : kept;
+    }
+    EXPECT_LE(CLibraryMemory::Outstanding(), kept);
+    document.reset();
 }
 
 TEST(HostMemory, IsGivenBackByTheFunctionsThatAreForIt) {

@@ -90,6 +90,7 @@ TEST_F(Surroundings, ADocumentWithoutASemaphoreTakesNoOperation) {
     CXmlObject document;
     EXPECT_EQ(document.Open("Cordelbox\\xml\\Faults.xml"), 1);
     EXPECT_EQ(document.ReleaseReference(), 1);
+    EXPECT_EQ(document.Save().m_what, What::NoDocument);
     State().currentDocument = &document;
     CXmlQuery query("Files", "ID", "x");
     EXPECT_EQ(WriteAttribute(State().currentDocument, &query), 1);

@@ -356,6 +356,41 @@ TEST(Tables, AreEmptyAfterTheContainerWasEmptied) {
     EXPECT_EQ(Find(document, "L", "5"), "1");
 }
 
+TEST(Tables, BeginAnewAfterTheContainerWasEmptied) {
+    CEngineDocument document("<r><L><i A=\"1\" B=\"x\"/><i A=\"2\" B=\"x\"/><i A=\"3\" B=\"x\"/></L></r>");
+    ASSERT_EQ(Find(document, "L", "x"), "1");
+    Remove("L", "1");
+    ASSERT_EQ(First(document, "L"), "2") << "no longer in the first row";
+    const CRequest clear("L", "");
+    ASSERT_EQ(RemoveItems(State().currentDocument, &clear), 0);
+    const CRequest lacking = CRequest("L", "").With("B", "y");
+    ASSERT_EQ(WriteItem(State().currentDocument, &lacking), 0);
+    EXPECT_EQ(Find(document, "L", "x"), "-");
+    EXPECT_EQ(First(document, "L"), "-");
+    Append("L", "4", "z");
+    EXPECT_EQ(First(document, "L"), "4");
+    EXPECT_EQ(Find(document, "L", "z"), "4");
+    EXPECT_EQ(Find(document, "L", "y"), "-") << "that row has no A";
+    const CRowTable& table = *document.Tables().FindTable("L");
+    EXPECT_FALSE(table.HasRepeatedNames(0));
+    EXPECT_FALSE(table.HasRepeatedNames(1));
+}
+
+TEST(Tables, ForgetWhichRowsCarriedANameWhenTheContainerWasEmptied) {
+    CEngineDocument document("<r><L>" + Row("1", "x") + Row("2", "x") + "</L></r>");
+    Remove("L", "1");
+    ASSERT_EQ(First(document, "L"), "2");
+    const CRequest clear("L", "");
+    ASSERT_EQ(RemoveItems(State().currentDocument, &clear), 0);
+    Append("L", "3", "x");
+    EXPECT_EQ(First(document, "L"), "3") << "the first row again";
+    EXPECT_FALSE(document.Tables().FindTable("L")->HasRepeatedNames(0));
+    const CRequest lacking = CRequest("L", "").With("B", "y");
+    ASSERT_EQ(WriteItem(State().currentDocument, &lacking), 0);
+    EXPECT_EQ(Find(document, "L", "y"), "-") << "that row has no A";
+    EXPECT_EQ(Find(document, "L", "x"), "3");
+}
+
 TEST(Tables, KnowTheFirstChildWithoutAttributes) {
     CEngineDocument document("<r><L><i/><i/><!--c-->text</L></r>");
     EXPECT_EQ(document.Tables().FindTable("L")->FirstBareRow(), 2u);

@@ -322,6 +322,48 @@ TEST(ALookup, OfMorePairsThanAnIndexKeepsShapesOfFindsARowWithABaseNameTwice) {
     EXPECT_EQ(query.FirstValue(), "other") << "the first of the two";
 }
 
+TEST(ALookup, OfAsManyPairsAsAShapeHasBitsForAndOfOneMoreFindsARowWhoseRepeatedNameMakesUpForAnother) {
+    for (const int count : {32, 33}) {
+        // One name twice with the text of its pair, and the last name not at all.
+        std::string attributes = " p:A0=\"0\"";
+        CRequest query("L", "A1");
+        for (int number = 0; number < count; ++number) {
+            query.With(("A" + Text(number)).c_str(), Text(number).c_str());
+            if (number < count - 1) {
+                attributes += " A" + Text(number) + "=\"" + Text(number) + "\"";
+            }
+        }
+        const std::string last = " A" + Text(count - 1) + "=\"none\"";
+        CEngineDocument document("<r xmlns:p=\"p\"><L><i" + last + "/><i" + attributes + "/></L></r>");
+        ASSERT_EQ(ReadAttribute(&document.Object(), &query), 0) << count;
+        EXPECT_EQ(query.FirstValue(), "1");
+    }
+}
+
+TEST(ALookup, FindsARowThatPassesInMoreWaysThanAnIndexKeepsShapesOf) {
+    constexpr int kPairs = 24;
+    std::string attributes = " p:A0=\"0\"";
+    for (int number = 0; number < kPairs; ++number) {
+        attributes += " A" + Text(number) + "=\"" + Text(number) + "\"";
+    }
+    CEngineDocument document("<r xmlns:p=\"p\"><L><i" + attributes + "/></L></r>");
+    for (int other = 1; other < kPairs; ++other) { // any one of the pairs may be another text
+        CRequest query("L", "A0");
+        for (int number = 0; number < kPairs; ++number) {
+            query.With(("A" + Text(number)).c_str(), number == other ? "none" : Text(number).c_str());
+        }
+        EXPECT_EQ(ReadAttribute(&document.Object(), &query), 0) << other;
+    }
+}
+
+TEST(ALookup, ForAnAttributeThatOnlyARemovedRowHadFindsNothing) {
+    CEngineDocument document(InList("<i K=\"x\" A=\"1\" n:A=\"1\"/><i K=\"x\"/>"));
+    EXPECT_LE(LooksOf(document, "A", {{"K", "x"}}, 0), kFewLooks);
+    const CRequest first = CRequest("L", "").With("A", "1");
+    ASSERT_EQ(RemoveItems(&document.Object(), &first), 0);
+    EXPECT_LE(LooksOf(document, "A", {{"K", "x"}}, 1), kFewLooks);
+}
+
 TEST(ALookup, ForAnAttributeThatARowComesToLackOrToHaveStaysRight) {
     CEngineDocument document(InList("<i K=\"x\" A=\"1\"/><i K=\"x\" A=\"2\"/>"));
     EXPECT_LE(LooksOf(document, "A", {{"K", "x"}}, 0), kFewLooks);
