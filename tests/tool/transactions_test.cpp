@@ -366,3 +366,28 @@ TEST_F(Transactions, ThatAreEndedBeforeTheSaveLeaveTheUndoOfWhatWasBefore) {
     Output({"undo"});
     EXPECT_THAT(Output({"job", "list"}), Not(HasSubstr("One")));
 }
+
+TEST_F(Transactions, AreUndoneAndDoneAgainInTheirOrderWhateverTheClockSays) {
+    const char* const behind[] = {"0", "86400", "-86400", "4000000000", "3600"};
+    std::vector<std::string> states{BytesOf(UserPath())};
+    const auto run = [&](std::size_t clock, const std::vector<std::string>& command) {
+        ::setenv("CLOCK_BEHIND", behind[clock], 1);
+        const ToolRun done = RunWith(HURRIED_CLOCK_PATH, command);
+        ::unsetenv("CLOCK_BEHIND");
+        EXPECT_EQ(done.status, kDone) << done.errors;
+        return done.output;
+    };
+    for (std::size_t i = 0; i < std::size(behind); ++i) {
+        run(i, {"set", "Project", "Name", behind[i]});
+        states.push_back(BytesOf(UserPath()));
+    }
+    EXPECT_THAT(run(0, {"history"}), HasSubstr("    4  1900-")) << "before 1970";
+    for (std::size_t i = std::size(behind); i-- > 0;) {
+        run(i, {"undo"});
+        EXPECT_EQ(BytesOf(UserPath()), states[i]);
+    }
+    for (std::size_t i = 0; i < std::size(behind); ++i) {
+        run(i, {"redo"});
+        EXPECT_EQ(BytesOf(UserPath()), states[i + 1]);
+    }
+}

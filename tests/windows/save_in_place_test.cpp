@@ -37,6 +37,15 @@ TEST_F(SaveInPlace, IsDoneWhereTheFolderTakesNoFile) {
     }
 }
 
+TEST_F(SaveInPlace, IsNotDoneToAFileThatHasAnotherName) {
+    const fs::path other = UserMainPath().parent_path().parent_path() / "other.xml";
+    fs::create_hard_link(UserMainPath(), other);
+    EXPECT_EQ(SaveWithoutNewFile(ERROR_ACCESS_DENIED), 1);
+    EXPECT_FALSE(m_bWroteCopy);
+    fs::remove(other);
+    ExpectWholeAfter(1);
+}
+
 TEST_F(SaveInPlace, LooksOnceMoreBeforeTheFirstByte) {
     const std::string path = UserMainPath().string();
     CReason reason;

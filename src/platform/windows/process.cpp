@@ -15,6 +15,13 @@ void WriteToStandardError(const char* text) noexcept {
     ::WriteFile(::GetStdHandle(STD_ERROR_HANDLE), text, static_cast<DWORD>(std::strlen(text)), &written, nullptr);
 }
 
+/// A host may unload the library and leave documents open: it stays where it is all the same.
+const bool kStaysLoaded = [] {
+    HMODULE module = nullptr;
+    return ::GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_PIN | GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
+                                reinterpret_cast<LPCSTR>(&WriteToStandardError), &module) != FALSE;
+}();
+
 } // namespace
 
 void StopProcess(const char* line) noexcept {

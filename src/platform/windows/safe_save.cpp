@@ -253,6 +253,15 @@ bool WriteInPlace(const std::wstring& path, std::string_view contents, CReason* 
     if (!file) {
         return Failed("CreateFile", reason);
     }
+    BY_HANDLE_FILE_INFORMATION information;
+    if (::GetFileInformationByHandle(file.Get(), &information) == FALSE) {
+        return Failed("GetFileInformationByHandle", reason);
+    }
+    if (information.nNumberOfLinks > 1) {
+        GiveReason(reason,
+                   CReason::Of(ReasonKind::NotPermitted, "the file has other names, and they would lead to it"));
+        return false;
+    }
     LARGE_INTEGER oldLength;
     if (::GetFileSizeEx(file.Get(), &oldLength) == FALSE) {
         return Failed("GetFileSizeEx", reason);
