@@ -391,3 +391,20 @@ TEST_F(Transactions, AreUndoneAndDoneAgainInTheirOrderWhateverTheClockSays) {
         EXPECT_EQ(BytesOf(UserPath()), states[i + 1]);
     }
 }
+
+TEST_F(Transactions, TakeNoNoteOfSomebodyElseForAReasonToTouchOtherFiles) {
+    const auto folder = UserPath().parent_path();
+    const auto letters = folder / "letters";
+    std::filesystem::create_directories(letters / ".cordelctl");
+    std::ofstream(letters / "letter.txt") << "a letter";
+    std::ofstream(letters / ".cordelctl" / "letter.txt.unfinished") << "another";
+    Output({"job", "add", "1", "One"});
+    std::ofstream(folder / ".cordelctl" / "Cordelbox.xml.unfinished")
+        << "now\nbatch\n1 0 0 0 0 0\n"
+        << (letters / "letter.txt").string() << "\n\x1b[31m";
+    const ToolRun run = Run({"job", "add", "2", "Two"});
+    EXPECT_EQ(run.status, kDone);
+    EXPECT_EQ(run.errors, "");
+    EXPECT_FALSE(std::filesystem::exists(folder / ".cordelctl" / "Cordelbox.xml.unfinished"));
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(letters / ".cordelctl"), {}), 1) << "as it was";
+}

@@ -83,8 +83,8 @@ std::istream& operator>>(std::istream& stream, platform::FileStamp& stamp) {
 
 std::string TimeNow() { return TextOfTime(std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now())); }
 
-CHistory::CHistory(const std::filesystem::path& document)
-    : m_document(document), m_folder(document.parent_path() / kFolder / document.filename()),
+CHistory::CHistory(const DocumentPlace& place)
+    : m_document(place.perUser), m_folder(place.perUser.parent_path() / kFolder / place.perUser.filename()),
       m_undone(m_folder / "undone") {}
 
 std::filesystem::path CHistory::LockFile(const std::filesystem::path& document) {

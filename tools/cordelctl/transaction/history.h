@@ -26,8 +26,7 @@ struct HistoryState {
 
 class CHistory {
 public:
-    explicit CHistory(const DocumentPlace& place) : CHistory(place.perUser) {}
-    explicit CHistory(const std::filesystem::path& document);
+    explicit CHistory(const DocumentPlace& place);
 
     /// The file that processes of this tool lock before they change the document. Makes its folder.
     static std::filesystem::path LockFile(const std::filesystem::path& document);

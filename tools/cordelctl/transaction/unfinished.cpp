@@ -17,23 +17,28 @@ std::filesystem::path NoteOf(const std::filesystem::path& document) {
 struct Noted {
     unsigned number = 0; // of the state before; 0: none was kept
     platform::FileStamp before = {};
-    std::string title;
-    std::filesystem::path document;
+    DocumentPlace place;
 
-    bool IsChanged() const { return StampOf(document) != before; }
+    bool IsChanged() const { return StampOf(place.perUser) != before; }
 };
 
+/// The documents of a note. In a folder that others may write to, it may not be one of this tool's: no other file than
+/// a document of the user's is taken from it.
 std::vector<Noted> ReadNote(const std::filesystem::path& note, std::string& command, std::string& time) {
     std::vector<Noted> documents;
+    const std::vector<DocumentPlace> places = AllDocuments({});
     std::istringstream lines(host::ReadBytes(note));
     std::getline(lines, time);
     std::getline(lines, command);
     Noted noted;
     std::string path;
-    while (lines >> noted.number >> noted.before >> std::ws && std::getline(lines, noted.title) &&
-           std::getline(lines, path)) {
-        noted.document = host::PathOf(path);
-        documents.push_back(noted);
+    while (lines >> noted.number >> noted.before >> std::ws && std::getline(lines, path)) {
+        const auto place = std::find_if(places.begin(), places.end(),
+                                        [&](const DocumentPlace& one) { return one.perUser == host::PathOf(path); });
+        if (place != places.end()) {
+            noted.place = *place;
+            documents.push_back(noted);
+        }
     }
     return documents;
 }
@@ -42,7 +47,7 @@ std::string Titles(const std::vector<Noted>& documents, bool bChanged) {
     std::string titles;
     for (const Noted& noted : documents) {
         if (noted.IsChanged() == bChanged) {
-            titles += (titles.empty() ? "" : " and ") + noted.title;
+            titles += (titles.empty() ? "" : " and ") + noted.place.title;
         }
     }
     return titles;
@@ -62,7 +67,6 @@ void CUnfinished::Begin(const std::string& command, const std::vector<SavedDocum
     text << TimeNow() << '\n' << command << '\n';
     for (const SavedDocument& document : documents) {
         text << (document.state ? document.state->number : 0) << ' ' << document.before << '\n'
-             << document.place.title << '\n'
              << host::TextOf(document.place.perUser) << '\n';
     }
     for (const SavedDocument& document : documents) {
@@ -83,15 +87,16 @@ std::string SettleUnfinished(const DocumentPlace& place) {
     const std::vector<Noted> documents = ReadNote(own, command, time);
     std::vector<host::CFileLock> locks;
     for (const Noted& noted : documents) {
-        if (noted.document != place.perUser && !locks.emplace_back().Try(CHistory::LockFile(noted.document), command)) {
+        if (noted.place.perUser != place.perUser &&
+            !locks.emplace_back().Try(CHistory::LockFile(noted.place.perUser), command)) {
             return {};
         }
     }
     const std::string changed = Titles(documents, true);
     const std::string unchanged = Titles(documents, false);
     for (const Noted& noted : documents) {
-        CHistory(noted.document).Settle(noted.number, noted.IsChanged());
-        std::filesystem::remove(NoteOf(noted.document), none);
+        CHistory(noted.place).Settle(noted.number, noted.IsChanged());
+        std::filesystem::remove(NoteOf(noted.place.perUser), none);
     }
     std::filesystem::remove(own, none);
     if (changed.empty() || unchanged.empty()) {
