@@ -5,6 +5,7 @@
 #include "unprivileged_posix.h"
 
 #include <fcntl.h>
+#include <grp.h>
 #include <linux/fs.h>
 #include <sched.h>
 #include <signal.h>
@@ -24,6 +25,7 @@
 #include <string>
 #include <thread>
 #include <tuple>
+#include <vector>
 
 namespace fs = std::filesystem;
 using namespace std::chrono_literals;
@@ -641,6 +643,26 @@ TEST_F(SaveAttacks, AnOwnerThatCannotBeKeptLendsItsRightsToNobody) {
         EXPECT_EQ(OwnerOf(UserMainPath()), UnprivilegedUser());
         EXPECT_EQ(ModeOf(UserMainPath()), after);
     }
+}
+
+TEST_F(SaveAttacks, AGroupThatTheSaverIsOfIsKeptWithoutTheOwner) {
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "needs the right to give files away";
+    }
+    GiveAway(kOtherUser, kOtherGroup, 0664);
+    std::vector<gid_t> before(static_cast<std::size_t>(::getgroups(0, nullptr)));
+    ASSERT_GE(::getgroups(static_cast<int>(before.size()), before.data()), 0);
+    ASSERT_EQ(::setgroups(1, &kOtherGroup), 0);
+    {
+        const CUnprivileged nobody;
+        Change();
+    }
+    ASSERT_EQ(::setgroups(before.size(), before.data()), 0);
+    EXPECT_EQ(SavedItems("Info"), kAfter);
+    struct stat status {};
+    ASSERT_EQ(::stat(UserMainPath().c_str(), &status), 0);
+    EXPECT_EQ(status.st_gid, kOtherGroup);
+    EXPECT_EQ(ModeOf(UserMainPath()), 0664u);
 }
 
 TEST_F(SaveAttacks, AListGoesWithTheGroupItSpeaksOf) {

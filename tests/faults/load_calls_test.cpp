@@ -209,13 +209,15 @@ TEST_P(LoadCalls, ThatFailAreNamedInTheReasonWithTheirError) {
         EXPECT_STREQ(reason.m_pCall, name);
         EXPECT_EQ(reason.m_nError, static_cast<std::uint32_t>(EIO));
     }
-    bool bRead = false;
-    const CReason afterwards = reasonWhere([&](std::size_t, const SystemCall& call) {
-        bRead = bRead || call.name == "pread";
-        return Fate{bRead && call.name == "fstat" ? ENOMEM : 0};
-    });
-    EXPECT_EQ(afterwards.m_kind, ReasonKind::OutOfMemory);
-    EXPECT_STREQ(afterwards.m_pCall, "fstat");
+    for (const std::size_t nAtMost : {std::size_t(-1), std::size_t{0}}) {
+        bool bRead = false;
+        const CReason afterwards = reasonWhere([&](std::size_t, const SystemCall& call) {
+            bRead = bRead || call.name == "pread";
+            return Fate{bRead && call.name == "fstat" ? ENOMEM : 0, false, nAtMost};
+        });
+        EXPECT_EQ(afterwards.m_kind, ReasonKind::OutOfMemory);
+        EXPECT_STREQ(afterwards.m_pCall, "fstat");
+    }
     const CReason changing = reasonWhere([](std::size_t, const SystemCall& call) {
         return Fate{0, false, call.name == "pread" ? 0 : std::size_t(-1)};
     });

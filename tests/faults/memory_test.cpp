@@ -8,6 +8,7 @@
 #include "fault_document.h"
 #include "nodes/node_writers.h"
 #include "nodes/row_access.h"
+#include "scratch_folder.h"
 #include "store/module_state.h"
 #include "store/node_readers.h"
 #include "store/outcome.h"
@@ -17,8 +18,11 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <exception>
+#include <filesystem>
 #include <memory>
 #include <optional>
+#include <string>
 
 namespace {
 
@@ -424,6 +428,29 @@ TEST(EngineMemory, DoesNotGrowWithTheAttributesThatAHostFiltersOn) {
     document.reset();
 }
 
+TEST(EngineMemory, FailingForTheNameOfAnAttributeLeavesNoneWithoutAName) {
+    const AnsiString list("L");
+    const AnsiString name(std::string(40000, 'n').c_str()); // of which the tree has no room beside others
+    const AnsiString value("v");
+    for (std::size_t allocation = 1;; ++allocation) {
+        CEngineDocument document("<r><L><i a='1'/></L></r>");
+        COutcome outcome;
+        CLibraryMemory::Reset();
+        {
+            const CLibraryMemory memory(allocation);
+            outcome = AddCell(&document.Object(), list, 0, name, value);
+        }
+        if (!CLibraryMemory::HasFailed()) {
+            EXPECT_TRUE(outcome);
+            EXPECT_GT(allocation, 1u);
+            break;
+        }
+        for (const pugi::xml_attribute attribute : document.Root("L").child("L").first_child().attributes()) {
+            EXPECT_STRNE(attribute.name(), "") << allocation;
+        }
+    }
+}
+
 TEST(HostMemory, IsGivenBackByTheFunctionsThatAreForIt) {
     const auto file = [](const char* id, const char* checked) {
         return "<Item FileID='" + std::string(id) + "' Component='c' ID='1' Type='2' Volume='v' Path='p' " +
@@ -510,6 +537,42 @@ TEST_P(SaveMemory, FailingIsTheReasonThatASaveGives) {
         }
         if (!outcome) {
             EXPECT_EQ(outcome.m_reason.m_kind, ReasonKind::OutOfMemory) << allocation;
+        }
+    }
+}
+
+TEST(SaveMemoryOfNamespaces, FailingLeavesNoDeclarationInTheTreeAndNoneOutOfTheFile) {
+    // Items that were made where a default namespace holds are saved with a declaration that the tree does not keep.
+    const CScratchFolder folder;
+    const std::filesystem::path file = folder.Path() / "saved.xml";
+    WriteBytes(file, "");
+    CEngineDocument document("<r xmlns='u'><List/></r>");
+    for (int number = 0; number < 700; ++number) { // more than one page of the tree's memory
+        const CRequest item = CRequest("List", "").With("a", std::to_string(number).c_str());
+        ASSERT_EQ(WriteItem(&document.Object(), &item), 0);
+    }
+    const std::string tree = document.Text("List");
+    document.Object().m_pDom->Save(file.c_str());
+    const std::string saved = ReadBytes(file);
+    ASSERT_NE(saved.find("<Item a=\"699\" xmlns=\"\""), std::string::npos);
+    for (const bool bFurther : {false, true}) {
+        for (std::size_t allocation = 1;; ++allocation) {
+            WriteBytes(file, "old");
+            bool bSaved = true;
+            CLibraryMemory::Reset();
+            try {
+                const CLibraryMemory memory(allocation, bFurther);
+                document.Object().m_pDom->Save(file.c_str());
+            } catch (const std::exception&) {
+                bSaved = false;
+            }
+            EXPECT_TRUE(document.Text("List") == tree) << "after allocation " << allocation;
+            EXPECT_TRUE(ReadBytes(file) == (bSaved ? saved : "old")) << "after allocation " << allocation;
+            if (!CLibraryMemory::HasFailed()) {
+                EXPECT_TRUE(bSaved);
+                EXPECT_GT(allocation, 3u);
+                break;
+            }
         }
     }
 }

@@ -19,6 +19,9 @@
 #include <filesystem>
 #include <fstream>
 #include <optional>
+#include <set>
+#include <sstream>
+#include <string>
 
 namespace fs = std::filesystem;
 
@@ -96,9 +99,23 @@ protected:
         State().stringsPath = {};
     }
 
+    /// The trees of the documents in the list.
+    std::set<std::string> Trees() const {
+        std::set<std::string> trees;
+        for (const PoolNode* node = m_owner.head; node != nullptr; node = node->next) {
+            std::ostringstream text;
+            node->document->m_pDom->DocumentElement().root().print(text, "", pugi::format_raw);
+            trees.insert(text.str());
+        }
+        return trees;
+    }
+
     /// Lets every allocation of an open fail and looks at what each failure leaves.
     template <class Open>
     void TryAll(Open open, bool bFurther, int& domFailures, int& refused) {
+        ASSERT_EQ(Try(open, 0, false), Outcome::Opened);
+        const std::set<std::string> whole = Trees();
+        ReleaseEverything();
         for (std::size_t allocation = 1;; ++allocation) {
             const Outcome outcome = Try(open, allocation, bFurther);
             const bool bRefused = CLibraryMemory::HasFailed();
@@ -111,6 +128,9 @@ protected:
             for (const PoolNode* node = m_owner.head; node != nullptr; node = node->next) {
                 EXPECT_EQ(Value(node->document->m_hSemaphore), 1);
                 EXPECT_EQ(node->document->m_nReferences, 1) << "what is in the list is open";
+            }
+            for (const std::string& tree : Trees()) {
+                EXPECT_TRUE(whole.contains(tree)) << "in part, after allocation " << allocation;
             }
             ReleaseEverything();
             ASSERT_EQ(CLibraryMemory::Outstanding(), 0u) << "leaked at allocation " << allocation;

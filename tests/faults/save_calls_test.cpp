@@ -5,7 +5,9 @@
 #include "store/xml_object.h"
 #include "system_calls.h"
 
+#include <dirent.h>
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -14,6 +16,7 @@
 #include <cstring>
 #include <filesystem>
 #include <map>
+#include <utility>
 
 namespace fs = std::filesystem;
 
@@ -272,10 +275,19 @@ TEST_F(SaveCalls, ThatWriteByteByByteWriteTheWholeDocument) {
 
 TEST_F(SaveCalls, ThatWriteNothingFailTheSave) {
     // As a full disk does that reports no error.
+    COutcome outcome;
     {
-        CSystemCallWatch watch([&](std::size_t, const SystemCall&) { return Fate{0, false, 0}; });
-        EXPECT_EQ(Save(), 1);
+        bool bInterrupted = false;
+        CSystemCallWatch watch([&](std::size_t, const SystemCall& call) {
+            if (call.name == "write" && !std::exchange(bInterrupted, true)) {
+                return Fate{EINTR};
+            }
+            return Fate{0, false, 0};
+        });
+        outcome = m_pDocument->Save();
     }
+    EXPECT_FALSE(outcome);
+    EXPECT_EQ(outcome.m_reason.m_nError, static_cast<std::uint32_t>(ENOSPC));
     EXPECT_EQ(ReadBytes(CopyPath()), m_strOld);
     EXPECT_EQ(Names(), std::set<std::string>{"Faults.xml"});
 }
@@ -342,6 +354,108 @@ TEST_F(SaveCalls, ThatFindEveryTemporaryNameTakenFailTheSave) {
         });
         EXPECT_EQ(Save(), 1);
     }
-    EXPECT_LE(tries, 10);
+    EXPECT_EQ(tries, 8);
     EXPECT_EQ(ReadBytes(CopyPath()), m_strOld);
+}
+
+TEST_F(SaveCalls, DoWithoutReadingAFolderOnlyWhereItMayNotBeRead) {
+    const std::string folder = CopyPath().parent_path().string() + "/";
+    for (const int error : {EACCES, EIO, ENOMEM, EMFILE}) {
+        RestoreCopy();
+        bool bFailed = false;
+        COutcome outcome;
+        {
+            const CSystemCallWatch watch([&](std::size_t, const SystemCall& call) {
+                const bool bFails = call.name == "open" && call.path == folder && !std::exchange(bFailed, true);
+                return Fate{bFails ? error : 0};
+            });
+            outcome = m_pDocument->Save();
+        }
+        EXPECT_TRUE(bFailed);
+        EXPECT_EQ(static_cast<bool>(outcome), error == EACCES) << std::strerror(error);
+        EXPECT_EQ(ReadBytes(CopyPath()), outcome ? m_strNew : m_strOld);
+        EXPECT_TRUE(outcome || outcome.m_reason.m_nError == static_cast<std::uint32_t>(error));
+    }
+}
+
+TEST_F(SaveCalls, LeaveAFileAloneThatTakesTheNameOfALeftoverMeanwhile) {
+    // Between the first look at it and its opening: a file with another name, or a pipe that nobody writes to.
+    const fs::path leftover = CopyPath().parent_path() / ".cordelbox-0123456789abcdef.tmp";
+    const fs::path letter = CopyPath().parent_path() / "letter.txt";
+    WriteBytes(letter, "a letter");
+    for (const bool bPipe : {false, true}) {
+        WriteBytes(leftover, "half a document");
+        {
+            const CSystemCallWatch watch([&](std::size_t, const SystemCall& call) {
+                if (call.name == "openat" && call.path == leftover) {
+                    fs::remove(leftover);
+                    if (bPipe) {
+                        EXPECT_EQ(::mkfifo(leftover.c_str(), 0600), 0);
+                    } else {
+                        fs::create_hard_link(letter, leftover);
+                    }
+                }
+                return Fate{};
+            });
+            EXPECT_EQ(Save(), 0);
+        }
+        EXPECT_TRUE(Names().contains(leftover.filename())) << (bPipe ? "the pipe" : "the link");
+        fs::remove(leftover);
+    }
+}
+
+TEST_F(SaveCalls, OpenNothingThatCanBeNoLeftover) {
+    // What opening does is up to a device or a pipe; and a link leads anywhere.
+    const fs::path folder = CopyPath().parent_path();
+    const fs::path pipe = folder / ".cordelbox-0000000000000001.tmp";
+    const fs::path link = folder / ".cordelbox-0000000000000002.tmp";
+    const fs::path linked = folder / ".cordelbox-0000000000000003.tmp";
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    fs::create_symlink("letter.txt", link);
+    WriteBytes(folder / "letter.txt", "a letter");
+    fs::create_hard_link(folder / "letter.txt", linked);
+    for (const SystemCall& call : CallsOfASave(std::size_t(-1))) {
+        EXPECT_FALSE(call.name == "openat" && (call.path == pipe || call.path == link || call.path == linked))
+            << call.path;
+    }
+    EXPECT_EQ(Names().size(), 5u);
+}
+
+TEST_F(SaveCalls, ThatCannotLookAtTheirTemporaryFileFailTheSaveAndRemoveItOnce) {
+    for (const char* const name : {"fcntl", "fstat"}) {
+        int removals = 0;
+        COutcome outcome;
+        {
+            const CSystemCallWatch watch([&](std::size_t, const SystemCall& call) {
+                removals += call.name == "unlinkat" ? 1 : 0;
+                return Fate{call.name == name && IsTemporary(call.path) ? EIO : 0};
+            });
+            outcome = m_pDocument->Save();
+        }
+        EXPECT_FALSE(outcome);
+        EXPECT_STREQ(outcome.m_reason.m_pCall, name);
+        EXPECT_EQ(removals, 1);
+        EXPECT_EQ(ReadBytes(CopyPath()), m_strOld);
+        EXPECT_EQ(Names(), std::set<std::string>{"Faults.xml"});
+    }
+}
+
+TEST_F(SaveCalls, LookAtFourThousandNamesOfAFolderAtMost) {
+    dirent64 entry{};
+    entry.d_reclen = sizeof entry;
+    entry.d_name[0] = 'n';
+    const std::string bytes(reinterpret_cast<const char*>(&entry), sizeof entry);
+    int names = 0;
+    {
+        const CSystemCallWatch watch([&](std::size_t, const SystemCall& call) {
+            Fate fate;
+            if (call.name == "getdents64") {
+                ++names;
+                fate.answer = bytes;
+            }
+            return fate;
+        });
+        EXPECT_EQ(Save(), 0);
+    }
+    EXPECT_EQ(names, 4096);
 }

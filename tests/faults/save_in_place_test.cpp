@@ -4,9 +4,14 @@
 #include "fault_document.h"
 #include "system_calls.h"
 
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
+#include <vector>
 
 namespace fs = std::filesystem;
 
@@ -131,6 +136,8 @@ TEST_P(SaveInPlace, FailsWhereAnyOfItsCallsFailsAndWorksTheNextTime) {
         } else if (calls[failing].name == "write") {
             EXPECT_EQ(status, 1);
             EXPECT_EQ(ReadBytes(CopyPath()).size(), m_strNew.size()) << "torn, and nothing of the old one's end";
+        } else if (calls[failing].name == "ftruncate") {
+            EXPECT_EQ(status, 1) << "the end of a longer document may still be there";
         } else if (status == 0) {
             EXPECT_EQ(ReadBytes(CopyPath()), m_strNew);
         }
@@ -140,4 +147,88 @@ TEST_P(SaveInPlace, FailsWhereAnyOfItsCallsFailsAndWorksTheNextTime) {
         EXPECT_EQ(ReadBytes(CopyPath()), m_strNew);
     }
     EXPECT_GE(failures, 6) << "opening, locking, looking, reserving, writing, cutting off, flushing";
+}
+
+TEST_P(SaveInPlace, WaitsASecondForALockAndNotForAnythingElse) {
+    struct {
+        int error;
+        int tries; // that fail
+        int32_t status;
+        int pauses;
+    } const cases[] = {{EAGAIN, 1000, 1, 99}, {EAGAIN, 99, 0, 99}, {EAGAIN, 1, 0, 1}, {ENOLCK, 1000, 1, 0}};
+    for (const auto& lock : cases) {
+        RestoreCopy();
+        int tries = 0;
+        int pauses = 0;
+        EXPECT_EQ(SaveWithoutNewFile(EACCES,
+                                     [&](std::size_t, const SystemCall& call) {
+                                         if (call.name == "nanosleep") {
+                                             EXPECT_EQ(call.bytes, "10000000");
+                                             ++pauses;
+                                             return Fate{EINTR}; // at once
+                                         }
+                                         const bool bFails =
+                                             call.name == "fcntl" && call.path == CopyPath() && tries++ < lock.tries;
+                                         return Fate{bFails ? lock.error : 0};
+                                     }),
+                  lock.status);
+        EXPECT_EQ(pauses, lock.pauses) << std::strerror(lock.error) << ' ' << lock.tries;
+        EXPECT_EQ(ReadBytes(CopyPath()), lock.status == 0 ? m_strNew : m_strOld);
+    }
+}
+
+namespace {
+
+/// Processes that are born while a save is at work, have its files too, and live for as long as this object.
+class CForkedProcesses {
+public:
+    CForkedProcesses() = default;
+    ~CForkedProcesses() {
+        for (const pid_t process : m_processes) {
+            ::kill(process, SIGKILL);
+            ::waitpid(process, nullptr, 0);
+        }
+    }
+    CForkedProcesses(const CForkedProcesses&) = delete;
+    CForkedProcesses& operator=(const CForkedProcesses&) = delete;
+
+    void Add() {
+        m_processes.push_back(::fork());
+        if (m_processes.back() == 0) {
+            ::pause();
+            ::_exit(0);
+        }
+    }
+    bool IsEmpty() const { return m_processes.empty(); }
+
+private:
+    std::vector<pid_t> m_processes;
+};
+
+} // namespace
+
+TEST_P(SaveInPlace, FindsNoLockThatAProcessWasBornWithDuringAnEarlierSave) {
+    for (const bool bInPlace : {true, false}) {
+        RestoreCopy();
+        CForkedProcesses processes;
+        const auto fork = [&](std::size_t, const SystemCall& call) {
+            if (call.name == "write" && processes.IsEmpty()) {
+                processes.Add();
+            }
+            return Fate{};
+        };
+        if (bInPlace) {
+            EXPECT_EQ(SaveWithoutNewFile(EACCES, fork), 0);
+        } else {
+            const CSystemCallWatch watch(fork);
+            EXPECT_EQ(Save(), 0);
+        }
+        EXPECT_FALSE(processes.IsEmpty());
+        EXPECT_EQ(SaveWithoutNewFile(EACCES,
+                                     [&](std::size_t, const SystemCall& call) {
+                                         EXPECT_NE(call.name, "nanosleep") << "another save holds the lock";
+                                         return Fate{call.name == "nanosleep" ? EINTR : 0};
+                                     }),
+                  0);
+    }
 }

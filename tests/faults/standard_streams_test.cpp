@@ -27,6 +27,16 @@ bool AnyIsInUse() {
     return false;
 }
 
+/// As the host left them.
+bool AllAreClosed() {
+    for (const int stream : kStreams) {
+        if (::fcntl(stream, F_GETFD) >= 0) {
+            return false;
+        }
+    }
+    return true;
+}
+
 /// Runs the work in a process of its own. True when the work says so.
 template <class Work>
 bool HoldsInAProcess(Work work) {
@@ -55,7 +65,7 @@ TEST_P(StandardStreams, ThatAreClosedAreNoFileOfASaveAtAnyCall) {
             bTaken = bTaken || AnyIsInUse();
             return Fate{};
         });
-        return Save() == 0 && !bTaken;
+        return Save() == 0 && !bTaken && AllAreClosed();
     }));
     EXPECT_EQ(ReadBytes(CopyPath()), m_strNew);
 }
@@ -71,7 +81,7 @@ TEST_P(StandardStreams, ThatAreClosedAreNoFileOfALoadAtAnyCall) {
             bTaken = bTaken || AnyIsInUse();
             return Fate{};
         });
-        return OpenDocument(&m_owner, "Cordelbox\\xml\\Faults.xml") != nullptr && !bTaken;
+        return OpenDocument(&m_owner, "Cordelbox\\xml\\Faults.xml") != nullptr && !bTaken && AllAreClosed();
     }));
 }
 

@@ -5,6 +5,7 @@
 #include "nodes/node_writers.h"
 #include "platform/code_page.h"
 #include "platform/folders.h"
+#include "platform/random.h"
 #include "platform/semaphore.h"
 #include "real_function.h"
 #include "store/document_pool.h"
@@ -13,11 +14,17 @@
 #include "store/xml_object.h"
 #include "system_calls.h"
 
+#include <fcntl.h>
 #include <locale.h>
 #include <semaphore.h>
+#include <signal.h>
+#include <sys/file.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <cstdlib>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -172,4 +179,47 @@ TEST_F(Surroundings, WithoutAHomeThereIsNoFolderForCopies) {
     EXPECT_EQ(platform::ApplicationDataFolder(), "");
     ::setenv("HOME", "/home/user", 1);
     EXPECT_EQ(platform::ApplicationDataFolder(), "/home/user/.config");
+}
+
+TEST_F(Surroundings, WithoutChanceFromTheSystemANumberComesFromTheClock) {
+    std::set<std::uint64_t> numbers;
+    const CSystemCallWatch watch([](std::size_t, const SystemCall& call) {
+        return Fate{call.name == "getrandom" ? EAGAIN : 0}; // early in a start of the system
+    });
+    for (int round = 0; round < 20; ++round) {
+        numbers.insert(platform::RandomNumber());
+    }
+    EXPECT_GT(numbers.size(), 1u);
+}
+
+TEST_F(Surroundings, ANumberIsTheChanceThatTheSystemGives) {
+    const CSystemCallWatch watch([](std::size_t, const SystemCall& call) {
+        Fate fate;
+        fate.answer = call.name == "getrandom" ? "AAAAAAAA" : "";
+        return fate;
+    });
+    EXPECT_EQ(platform::RandomNumber(), 0x4141414141414141u);
+}
+
+TEST_F(Surroundings, TheExistenceTestLeavesNoLockToAProcessThatWasBornDuringIt) {
+    pid_t child = -1;
+    {
+        const CSystemCallWatch watch([&](std::size_t, const SystemCall& call) {
+            if (call.name == "flock" && child < 0) {
+                child = ::fork(); // with the file that is about to be locked
+                if (child == 0) {
+                    ::pause();
+                    ::_exit(0);
+                }
+            }
+            return Fate{};
+        });
+        EXPECT_TRUE(platform::IsPresentAndWritable(CopyPath().c_str()));
+    }
+    EXPECT_GT(child, 0);
+    const int file = ::open(CopyPath().c_str(), O_RDONLY | O_CLOEXEC);
+    EXPECT_EQ(::flock(file, LOCK_EX | LOCK_NB), 0);
+    ::close(file);
+    ::kill(child, SIGKILL);
+    ::waitpid(child, nullptr, 0);
 }

@@ -16,6 +16,7 @@
 #include <cerrno>
 #include <cstdarg>
 #include <cstdio>
+#include <ctime>
 #include <utility>
 
 namespace {
@@ -44,6 +45,15 @@ Fate NoteFile(const char* name, int file) {
 
 Fate NoteName(const char* call, int folder, const char* name, bool bCreates = false) {
     return CSystemCallWatch::IsOn() ? Note({call, PathOf(folder) + "/" + name, {}, {}, bCreates}) : Fate();
+}
+
+Fate NoteAttribute(const char* call, int file, const char* name, std::string value = {}) {
+    return CSystemCallWatch::IsOn() ? Note({call, PathOf(file), name, std::move(value)}) : Fate();
+}
+
+/// The answer, or its length where there is no room for it.
+ssize_t Answered(const std::string& answer, char* buffer, std::size_t size) {
+    return static_cast<ssize_t>(size == 0 ? answer.size() : answer.copy(buffer, size));
 }
 
 /// True when the call is to fail; errno is then set.
@@ -199,7 +209,11 @@ int unlinkat(int folder, const char* name, int flags) noexcept {
 
 ssize_t getdents64(int folder, void* entries, std::size_t size) noexcept {
     static const auto real = Real<ssize_t (*)(int, void*, std::size_t)>("getdents64");
-    return Fails(NoteFile("getdents64", folder)) ? -1 : real(folder, entries, size);
+    const Fate fate = NoteFile("getdents64", folder);
+    if (!fate.answer.empty()) {
+        return Answered(fate.answer, static_cast<char*>(entries), size);
+    }
+    return Fails(fate) ? -1 : real(folder, entries, size);
 }
 
 ssize_t getrandom(void* bytes, std::size_t count, unsigned flags) {
@@ -213,22 +227,37 @@ ssize_t getrandom(void* bytes, std::size_t count, unsigned flags) {
 
 ssize_t flistxattr(int file, char* names, std::size_t size) noexcept {
     static const auto real = Real<ssize_t (*)(int, char*, std::size_t)>("flistxattr");
-    return Fails(NoteFile("flistxattr", file)) ? -1 : real(file, names, size);
+    const Fate fate = NoteFile("flistxattr", file);
+    if (!fate.answer.empty()) {
+        return Answered(fate.answer, names, size);
+    }
+    return Fails(fate) ? -1 : real(file, names, size);
 }
 
 ssize_t fgetxattr(int file, const char* name, void* value, std::size_t size) noexcept {
     static const auto real = Real<ssize_t (*)(int, const char*, void*, std::size_t)>("fgetxattr");
-    return Fails(NoteFile("fgetxattr", file)) ? -1 : real(file, name, value, size);
+    const Fate fate = NoteAttribute("fgetxattr", file, name);
+    if (!fate.answer.empty()) {
+        return Answered(fate.answer, static_cast<char*>(value), size);
+    }
+    return Fails(fate) ? -1 : real(file, name, value, size);
 }
 
 int fsetxattr(int file, const char* name, const void* value, std::size_t size, int flags) noexcept {
     static const auto real = Real<int (*)(int, const char*, const void*, std::size_t, int)>("fsetxattr");
-    return Fails(NoteFile("fsetxattr", file)) ? -1 : real(file, name, value, size, flags);
+    const Fate fate = NoteAttribute("fsetxattr", file, name, {static_cast<const char*>(value), size});
+    return Fails(fate) ? -1 : real(file, name, value, size, flags);
 }
 
 int fremovexattr(int file, const char* name) noexcept {
     static const auto real = Real<int (*)(int, const char*)>("fremovexattr");
-    return Fails(NoteFile("fremovexattr", file)) ? -1 : real(file, name);
+    return Fails(NoteAttribute("fremovexattr", file, name)) ? -1 : real(file, name);
+}
+
+int nanosleep(const timespec* duration, timespec* left) {
+    static const auto real = Real<int (*)(const timespec*, timespec*)>("nanosleep");
+    const auto nanoseconds = duration->tv_sec * 1'000'000'000 + duration->tv_nsec;
+    return Fails(Note({"nanosleep", {}, {}, std::to_string(nanoseconds)})) ? -1 : real(duration, left);
 }
 
 } // extern "C"

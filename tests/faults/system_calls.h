@@ -11,8 +11,8 @@
 struct SystemCall {
     std::string name;
     std::string path;   // of the file, or of the folder; of a converter its encoding
-    std::string target; // of a rename
-    std::string bytes;  // of a write
+    std::string target; // of a rename; of an attribute its name
+    std::string bytes;  // of a write or an attribute; of a pause how many nanoseconds it takes
     bool bCreates = false;
 };
 
@@ -21,7 +21,7 @@ struct Fate {
     int error = 0;                         // the call fails with it
     bool bKill = false;                    // the process is killed before the call
     std::size_t nAtMost = std::size_t(-1); // a write or a read takes only so many bytes
-    std::string answer{};                  // what a link leads to or chance brings, if not what it would be
+    std::string answer{};                  // what a link leads to, chance brings, or an attribute or a folder holds
 };
 
 using CSystemCallWatch = CCallWatch<SystemCall, Fate>;

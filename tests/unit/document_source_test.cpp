@@ -4,14 +4,19 @@
 
 #include "engine_document.h"
 #include "platform/document_limits.h"
+#include "scratch_folder.h"
 
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <fstream>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -211,12 +216,21 @@ TEST(DocumentSource, RefusesAFileOneByteLargerAndSaysThatItIsTooLarge) {
     EXPECT_EQ(reason.m_kind, ReasonKind::TooLarge);
 }
 
-TEST(DocumentSource, RefusesAFileThatIsTooLargeAsUtf8) {
-    // Three bytes for each of two: small enough as it is, too large as UTF-8.
-    std::string bytes = "\xFF\xFE" + Utf16("<a>", false);
-    bytes.resize(kMaxDocumentBytes / 3 * 2 + 32, '\x20');
+TEST(DocumentSource, ConvertsToTheLargestSizeAndNotAByteBeyond) {
+    // Three bytes for each of two: small enough as they are.
+    std::string bytes = "\xFF\xFE" + Utf16("<a>" + std::string(kMaxDocumentBytes % 3, ' '), false);
+    bytes.resize(bytes.size() + (kMaxDocumentBytes - 3) / 3 * 2, '\x20');
     ASSERT_LT(bytes.size(), kMaxDocumentBytes);
-    EXPECT_EQ(OpenRefusal(bytes).m_kind, ReasonKind::TooLarge);
+    const CMemoryFile file(bytes);
+    {
+        CDocumentSource source;
+        EXPECT_TRUE(source.Open(file.Path()));
+        EXPECT_EQ(source.Text().size(), kMaxDocumentBytes);
+    }
+    ASSERT_EQ(::pwrite(file.Descriptor(), " ", 2, static_cast<off_t>(bytes.size())), 2);
+    CReason reason;
+    EXPECT_FALSE(CDocumentSource().Open(file.Path(), &reason));
+    EXPECT_EQ(reason.m_kind, ReasonKind::TooLarge);
 }
 
 TEST(DocumentSource, HoldsWhatItReadWhateverBecomesOfTheFile) {
@@ -242,4 +256,44 @@ TEST(DocumentSource, ClosesItsFile) {
     }
     setrlimit(RLIMIT_NOFILE, &before);
     EXPECT_TRUE(bAll);
+}
+
+TEST(DocumentSource, OpensItsFileWithTheOneDescriptorThatIsLeft) {
+    // The first behind the standard streams.
+    constexpr int kFirst = 3;
+    const CScratchFolder folder;
+    const std::string path = folder.Path() / "document.xml";
+    std::ofstream(path) << "<a/>";
+    const int kept = ::fcntl(kFirst, F_DUPFD_CLOEXEC, kFirst + 1); // none where nothing is open there
+    rlimit before{};
+    getrlimit(RLIMIT_NOFILE, &before);
+    rlimit few = before;
+    few.rlim_cur = 64;
+    setrlimit(RLIMIT_NOFILE, &few);
+    std::vector<int> others;
+    while (others.empty() || others.back() >= 0) {
+        others.push_back(::open("/dev/null", O_RDONLY | O_CLOEXEC));
+    }
+    ::close(kFirst);
+    const bool bOpened = CDocumentSource().Open(path.c_str());
+    for (const int other : others) {
+        if (other > kFirst) {
+            ::close(other);
+        }
+    }
+    setrlimit(RLIMIT_NOFILE, &before);
+    if (kept >= 0) {
+        ::dup2(kept, kFirst);
+        ::close(kept);
+    }
+    EXPECT_TRUE(bOpened);
+}
+
+TEST(DocumentSource, WaitsForNobodyAtAPipe) {
+    const CScratchFolder folder;
+    const std::string pipe = folder.Path() / "pipe";
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    CReason reason;
+    EXPECT_FALSE(CDocumentSource().Open(pipe.c_str(), &reason));
+    EXPECT_EQ(reason.m_kind, ReasonKind::NotRegular);
 }

@@ -191,6 +191,25 @@ TEST_F(LoadAgain, AnItemIsInNoNamespaceWhereADefaultOneIsDeclared) {
     EXPECT_FALSE(Save(document));
 }
 
+TEST_F(LoadAgain, ADeclarationHoldsWithinItsElementOnlyWhenAnotherIsChanged) {
+    CEngineDocument document(
+        "<r xmlns:q='v'><List><i xmlns:p='u'><b xmlns:q='w' q:a=''/><c p:a='' q:a=''/></i></List></r>");
+    EXPECT_EQ(ChangeAll("List", "p", "v"), 1) << "both attributes of the last element would be one";
+    EXPECT_EQ(ChangeAll("List", "p", "w"), 0);
+}
+
+TEST_F(LoadAgain, AnItemIsInNoNamespaceWhereTheTypeDeclarationWouldPutItInOne) {
+    CEngineDocument document("<!DOCTYPE r [<!ATTLIST Item xmlns CDATA 'u'>]><r><List/></r>");
+    ASSERT_EQ(AppendWith("List", "a", "1"), 0);
+    ASSERT_EQ(AppendWith("List", "xmlns", "own"), 0);
+    EXPECT_FALSE(Save(document));
+    pugi::xml_document saved;
+    ASSERT_TRUE(saved.load_file(m_file.c_str()));
+    const pugi::xml_node item = saved.document_element().child("List").first_child();
+    EXPECT_STREQ(item.attribute("xmlns").as_string("(none)"), "");
+    EXPECT_STREQ(item.next_sibling().attribute("xmlns").value(), "own");
+}
+
 TEST_F(LoadAgain, DefaultsThatWouldBreakANewItemKeepItOut) {
     CEngineDocument prefixed("<!DOCTYPE r [<!ATTLIST Item p:a CDATA 'd'>]><r><List/><Own xmlns:p='u'/></r>");
     EXPECT_EQ(AppendWith("List", "b", "1"), 1);
@@ -198,7 +217,8 @@ TEST_F(LoadAgain, DefaultsThatWouldBreakANewItemKeepItOut) {
     EXPECT_FALSE(Save(prefixed));
     EXPECT_EQ(SavedText("Own", "a"), "d");
 
-    CEngineDocument large("<!DOCTYPE r [<!ATTLIST Item d CDATA '" + std::string(100 << 20, 'd') + "'>]><r><List/></r>");
+    CEngineDocument large("<!DOCTYPE r [<!ATTLIST Item d CDATA '" + std::string((128 << 20) - 1, 'd') +
+                          "'>]><r><List/></r>"); // with its name half of what is allowed
     EXPECT_EQ(AppendWith("List", "b", "1"), 0);
     EXPECT_EQ(AppendWith("List", "b", "2"), 0);
     EXPECT_EQ(AppendWith("List", "b", "3"), 1) << "three defaults are more than a load takes";

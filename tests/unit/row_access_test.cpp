@@ -251,6 +251,19 @@ TEST(Positions, AreWhereAPersonLooksForThem) {
     EXPECT_EQ(At(containers[0].m_position), "3:3");
 }
 
+TEST(Positions, OfTextAndSectionsAndInstructionsAreWhereTheyBegin) {
+    const CMemoryFile file("<r><L>\n one<?p d?>\n\ntwo<![CDATA[\nthree]]>four\n<i/> &amp;five<![CDATA[six]]></L></r>");
+    CXmlObject document;
+    ASSERT_EQ(document.OpenFile(file.Path(), nullptr, DomPositions::Noted), 0);
+    std::vector<RowValues> rows;
+    ASSERT_TRUE(ListRows(&document, "L", rows));
+    std::vector<std::string> positions;
+    for (const RowValues& row : rows) {
+        positions.push_back(At(row.m_position));
+    }
+    EXPECT_THAT(positions, ElementsAre("2:1", "2:5", "4:1", "4:4", "5:9", "6:1", "6:6", "6:15"));
+}
+
 TEST(Positions, OfDefaultsAndOfWhatEntitiesBringAreWhereTheyComeIn) {
     const CMemoryFile file(
         "<!DOCTYPE r [<!ATTLIST i d CDATA 'x'>\n<!ENTITY e '<i a=\"1\"/>'>]>\n<r><L>\n <i a=\"1\"/>\n"
@@ -307,7 +320,10 @@ TEST(Reasons, OfAFileThatIsNotThereNameTheCallAndItsError) {
 TEST(Stamps, TellTheStatesOfAFileApart) {
     const CScratchFolder folder;
     const std::string path = (folder.Path() / "file").string();
-    EXPECT_EQ(platform::StampOf(path.c_str()), (platform::FileStamp{0, 0, 0, 0, 0}));
+    CReason reason;
+    EXPECT_EQ(platform::StampOf(path.c_str(), &reason), (platform::FileStamp{0, 0, 0, 0, 0}));
+    EXPECT_EQ(reason.m_kind, ReasonKind::Absent);
+    EXPECT_STREQ(reason.m_pCall, "stat");
     EXPECT_EQ(platform::FileStamp(), (platform::FileStamp{0, 0, 0, 0, 0}));
     std::ofstream(path) << "one";
     const platform::FileStamp first = platform::StampOf(path.c_str());

@@ -142,6 +142,17 @@ TEST_F(SafeSave, DoesNotCreateAFile) {
     EXPECT_EQ(Names(), std::set<std::string>{});
 }
 
+TEST_F(SafeSave, ReplacesNothingButAFile) {
+    const fs::path pipe = m_folder / "pipe";
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    CReason reason;
+    EXPECT_FALSE(platform::ReplaceContents(pipe.c_str(), InPieces("new"), &reason));
+    EXPECT_EQ(reason.m_kind, ReasonKind::NotRegular);
+    EXPECT_TRUE(fs::is_fifo(pipe));
+    EXPECT_FALSE(Replace(m_folder, "new"));
+    EXPECT_EQ(Names(), (std::set<std::string>{"a.xml", "pipe"}));
+}
+
 TEST_F(SafeSave, DoesNotFollowALinkThatLeadsNowhere) {
     fs::remove(m_file);
     fs::create_symlink("b.xml", m_file);
@@ -183,6 +194,23 @@ TEST_F(SafeSave, RemovesTemporaryFilesThatWereLeftBehind) {
     EXPECT_TRUE(Replace("new"));
     EXPECT_EQ(Read(m_file), "new");
     EXPECT_EQ(Names(), std::set<std::string>{"a.xml"});
+}
+
+TEST_F(SafeSave, RemovesLeftoversOfTheSaverAndOfTheOwnerAndOfNobodyElse) {
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "needs the right to give files away";
+    }
+    constexpr uid_t kOwner = 1234;
+    const auto leave = [this](const char* name, uid_t owner) {
+        std::ofstream(m_folder / name) << "half a document";
+        ASSERT_EQ(::chown((m_folder / name).c_str(), owner, static_cast<gid_t>(-1)), 0);
+    };
+    leave("a.xml", kOwner);
+    leave(".cordelbox-0000000000000001.tmp", kOwner);
+    leave(".cordelbox-0000000000000002.tmp", ::geteuid());
+    leave(".cordelbox-0000000000000003.tmp", kOwner + 1);
+    EXPECT_TRUE(Replace("new"));
+    EXPECT_EQ(Names(), (std::set<std::string>{"a.xml", ".cordelbox-0000000000000003.tmp"}));
 }
 
 TEST_F(SafeSave, LeavesOtherFilesOfTheFolderAlone) {

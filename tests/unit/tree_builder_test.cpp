@@ -89,6 +89,11 @@ TEST(TreeBuilder, KeepsEveryKindOfNode) {
     EXPECT_EQ(Tree(xml), xml);
 }
 
+TEST(TreeBuilder, KeepsTextInItsPlaceBesideEveryKindOfNode) {
+    const std::string xml = "<r>1<a/>2<!--c-->3<?p d?>4<![CDATA[s]]>5</r>";
+    EXPECT_EQ(Tree(xml), xml);
+}
+
 TEST(TreeBuilder, DropsTextThatIsOnlyWhiteSpace) {
     EXPECT_EQ(Tree("<r> \t\r\n<a/>\n\n<b> </b>&#32;&#9;</r>"), "<r><a/><b/></r>");
 }
@@ -220,6 +225,13 @@ TEST(TreeBuilder, RefusesAReferenceToWhatMayBeDeclaredWhereNothingIsRead) {
     }
 }
 
+TEST(TreeBuilder, TakesAmpersandsThatBeginNoReferenceWhereNotEverythingIsRead) {
+    for (const char* const comment : {"a & b", "a & b & c", "&;", "a && b"}) {
+        const std::string xml = "<!DOCTYPE r SYSTEM 'x.dtd' [<!--" + std::string(comment) + "-->]><r/>";
+        EXPECT_EQ(Tree(xml), xml);
+    }
+}
+
 TEST(TreeBuilder, RefusesSuchAReferenceInAnEntityAndInADefault) {
     EXPECT_EQ(Tree("<!DOCTYPE r SYSTEM 'x.dtd' [<!ENTITY i \"<b a='&e;'/>\">]><r>&i;</r>"), kRefused);
     EXPECT_EQ(Tree("<!DOCTYPE r SYSTEM 'x.dtd' [<!ENTITY i \"<b a='&#38;e;'/>\">]><r>&i;</r>"), kRefused);
@@ -230,13 +242,14 @@ TEST(TreeBuilder, RefusesSuchAReferenceInAnEntityAndInADefault) {
 
 TEST(TreeBuilder, KeepsCarriageReturnsOfEntitiesWhereTheyCanBeWritten) {
     BuiltDocument document;
-    ASSERT_TRUE(Builds("<!DOCTYPE r [<!ENTITY e '<![CDATA[a&#13;b]]><![CDATA[&#13;]]><!--a&#13;b--><?p a&#13;b?>'>]>"
+    ASSERT_TRUE(Builds("<!DOCTYPE r [<!ENTITY e '<![CDATA[a&#13;b]]>c<![CDATA[&#13;]]><!--a&#13;b--><?p a&#13;b?>'>]>"
                        "<r>&e;</r>",
                        document));
     const pugi::xml_node text = document.m_tree.document_element().first_child();
     EXPECT_EQ(text.type(), pugi::node_pcdata);
     EXPECT_STREQ(text.value(), "a\rb");
-    const pugi::xml_node section = text.next_sibling();
+    EXPECT_STREQ(text.next_sibling().value(), "c");
+    const pugi::xml_node section = text.next_sibling().next_sibling();
     EXPECT_EQ(section.type(), pugi::node_cdata);
     EXPECT_STREQ(section.value(), "\n");
     EXPECT_STREQ(section.next_sibling().value(), "a\nb");
@@ -303,6 +316,9 @@ TEST(TreeBuilder, SaysWhereAndWhyADocumentIsRefused) {
     EXPECT_EQ(crossed.m_nLine, 2u);
     EXPECT_STREQ(crossed.m_strWords.c_str(), "mismatched tag");
     EXPECT_EQ(Refusal(Nested(kMaxElementDepth + 1)).m_kind, ReasonKind::TooDeep);
+    std::string undeclared = Nested(kMaxElementDepth);
+    undeclared.insert(undeclared.find("</a>"), "<p:a/>");
+    EXPECT_EQ(Refusal(undeclared).m_kind, ReasonKind::TooDeep) << "the first reason of two";
     EXPECT_EQ(Refusal("<?xml version='1.0' encoding='no-such'?><r/>").m_kind, ReasonKind::Encoding);
     EXPECT_EQ(Refusal("\xFF\xFE").m_kind, ReasonKind::Malformed);
 }
@@ -331,17 +347,54 @@ TEST(TreeBuilder, CountsTheNestingOfEntitiesAndNotTheirNumber) {
     EXPECT_TRUE(Builds("<!DOCTYPE r [" + declarations + "]><r>" + uses + "</r>"));
 }
 
+TEST(TreeBuilder, CountsTheDeepestOfTheEntitiesThatOneNames) {
+    // "both" names the chain, and an entity that is declared behind it and lies less deep.
+    const std::string declarations =
+        EntityDeclarations(kMaxEntityNesting - 1, true) + "<!ENTITY both '&e0;&late;'><!ENTITY late 'x'>";
+    EXPECT_TRUE(Builds("<!DOCTYPE r [" + declarations + "]><r>&both;</r>"));
+    EXPECT_FALSE(Builds("<!DOCTYPE r [" + declarations + "<!ENTITY outer '&both;'>]><r>&outer;</r>"));
+}
+
+TEST(TreeBuilder, TakesAnEntityThatNamesAnUnknownOneAsLongAsNobodyUsesIt) {
+    EXPECT_TRUE(Builds("<!DOCTYPE r [<!ENTITY e '&unknown;'>]><r/>"));
+    EXPECT_FALSE(Builds("<!DOCTYPE r [<!ENTITY e '&unknown;'>]><r>&e;</r>"));
+}
+
+TEST(TreeBuilder, TakesNoParameterEntityForOneOfTheContent) {
+    EXPECT_TRUE(Builds("<!DOCTYPE r SYSTEM 'x.dtd' [<!ENTITY % e 'v'>]><r/>"));
+    EXPECT_FALSE(Builds("<!DOCTYPE r SYSTEM 'x.dtd' [<!ENTITY % e 'v'>]><r a='&e;'/>"));
+}
+
+TEST(TreeBuilder, TakesTheFirstDeclarationOfAnEntity) {
+    const std::string chain = EntityDeclarations(kMaxEntityNesting, true);
+    EXPECT_EQ(Tree("<!DOCTYPE r [<!ENTITY e 'first'><!ENTITY e 'second'>]><r>&e;</r>"),
+              "<!DOCTYPE r [<!ENTITY e 'first'><!ENTITY e 'second'>]><r>first</r>");
+    EXPECT_TRUE(Builds("<!DOCTYPE r [<!ENTITY e 'first'>" + chain + "<!ENTITY e '&e0;'>]><r>&e;</r>"));
+    EXPECT_EQ(Tree("<!DOCTYPE r SYSTEM 'x.dtd' [<!ENTITY e 'a'><!ENTITY e 'b'><!ENTITY f '&g;'>]><r>&e;</r>"), kRefused)
+        << "an entity that is declared twice stands for no other";
+}
+
 TEST(TreeBuilder, RefusesADeepChainOfEntitiesInADefault) {
     EXPECT_FALSE(Builds("<!DOCTYPE r [" + EntityDeclarations(kMaxEntityNesting + 1, false) +
                         "<!ATTLIST r a CDATA '&e0;'>]><r/>"));
 }
 
-TEST(TreeBuilder, RefusesDefaultsThatMakeTheTreeTooLarge) {
-    std::string xml = "<!DOCTYPE r [<!ATTLIST i a CDATA '" + std::string(1 << 20, 'd') + "'>]><r>";
-    for (int count = 0; count < 300; ++count) {
+TEST(TreeBuilder, TakesDefaultsUpToTheLargestTreeAndRefusesOneMore) {
+    constexpr std::size_t kBytes = std::size_t{1} << 20; // of one, with its name
+    std::string xml = "<!DOCTYPE r [<!ATTLIST i a CDATA '" + std::string(kBytes - 1, 'd') + "'>]><r>";
+    for (std::size_t count = 0; count < kMaxDocumentBytes / kBytes; ++count) {
         xml += "<i/>";
     }
-    EXPECT_EQ(Refusal(xml + "</r>").m_kind, ReasonKind::TooLarge);
+    EXPECT_TRUE(Builds(xml + "</r>"));
+    EXPECT_EQ(Refusal(xml + "<i/></r>").m_kind, ReasonKind::TooLarge);
+}
+
+TEST(TreeBuilder, CountsTheBytesOfDefaultsOnly) {
+    BuiltDocument document;
+    ASSERT_TRUE(Builds("<!DOCTYPE r [<!ATTLIST i d CDATA 'xy' e CDATA 'z'>]>"
+                       "<r f='1'><i/><i a='1' b='2' c='3'/><i d='xy'/><i d='xy' e='z'/></r>",
+                       document));
+    EXPECT_EQ(document.m_nDefaultBytes, 3u + 2u + 3u + 2u + 2u);
 }
 
 TEST(TreeBuilder, RefusesExpansionInTheDeclarationThatASmallerDocumentCouldNotHave) {

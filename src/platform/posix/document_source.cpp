@@ -87,7 +87,7 @@ public:
     /// kMaxDocumentBytes.
     bool Convert(std::string_view text, std::string& converted) {
         std::string piece(std::size_t{16} << 10, '\0'); // not on the stack: hosts' threads may have little
-        while (!text.empty() && converted.size() <= kMaxDocumentBytes) {
+        while (!text.empty()) {
             char* input = const_cast<char*>(text.data()); // which iconv only reads
             const std::size_t length = CanCompose() ? SeparateLength(text) : text.size();
             std::size_t left = length;
@@ -102,11 +102,11 @@ public:
                 bWhole = iconv(m_hConverter, nullptr, nullptr, &output, &room) != static_cast<std::size_t>(-1);
             }
             converted.append(piece, 0, piece.size() - room);
-            if (!bWhole || (bStopped && !AppendAdded(text, converted))) {
+            if (!bWhole || (bStopped && !AppendAdded(text, converted)) || converted.size() > kMaxDocumentBytes) {
                 return false;
             }
         }
-        return text.empty() && converted.size() <= kMaxDocumentBytes;
+        return true;
     }
 
 private:

@@ -171,12 +171,10 @@ private:
     std::vector<std::pair<pugi::xml_node, pugi::xml_attribute>> m_declarations;
 };
 
-/// Takes a new child back unless it is kept.
+/// Takes a new child back unless it is kept. Where there was no memory for one it is empty, and can be given no name.
 class CNewChild {
 public:
-    explicit CNewChild(pugi::xml_node parent) : m_parent(parent), m_child(m_parent.append_child()) {
-        Require(!m_child.empty());
-    }
+    explicit CNewChild(pugi::xml_node parent) noexcept : m_parent(parent), m_child(m_parent.append_child()) {}
     ~CNewChild() {
         if (!m_bKept) {
             m_parent.remove_child(m_child);
@@ -379,7 +377,6 @@ DomText DomDocument::AddAttribute(const DomNode& element, const DomPair& attribu
     pugi::xml_node owner = element;
     const std::string name(attribute.name);
     pugi::xml_attribute added = AppendNamedAttribute(owner, name.c_str());
-    Require(!added.empty());
     try {
         Require(added.set_value(std::string(attribute.text).c_str()));
         RequireHolds(m_pNative->m_document.m_declarations, owner, added, attribute.text);

@@ -30,9 +30,6 @@ std::string_view NextReference(std::string_view text, std::size_t& position) noe
 
 bool CEntityNesting::Declare(std::string_view name, std::string_view text) {
     Entity& entity = m_byName[std::string(name)];
-    if (entity.bDeclared) {
-        return true; // the first declaration is the one that counts
-    }
     entity.bDeclared = true;
     ++m_nDeclared;
     std::set<std::string_view> known;

@@ -17,8 +17,9 @@ inline constexpr std::size_t kMaxEntityNesting = 20;
 /// The entities of one document, as they are declared.
 class CEntityNesting {
 public:
-    /// Takes note of an entity and of what it names in its text. False when entities then lie too deep within each
-    /// other, as those do that name themselves. Throws std::bad_alloc.
+    /// Takes note of an entity and of what it names in its text: once for each, as Expat reports the first declaration
+    /// of a name only. False when entities then lie too deep within each other, as those do that name themselves.
+    /// Throws std::bad_alloc.
     bool Declare(std::string_view name, std::string_view text);
 
     /// Whether text names an entity that is not declared. Throws std::bad_alloc.

@@ -27,9 +27,6 @@ void CNodePositions::Note(pugi::xml_node node, DomPosition position) {
 void CNodePositions::NoteElement(pugi::xml_node element, DomPosition position, std::string_view markup) {
     std::vector<DomPosition>& positions = m_positions[element.internal_object()];
     positions.push_back(position);
-    if (!markup.starts_with('<')) {
-        return;
-    }
     std::size_t from = 0;
     std::size_t name = markup.find_first_of(kWhite);
     while ((name = markup.find_first_not_of(kWhite, name)) != std::string_view::npos && markup[name] != '>' &&

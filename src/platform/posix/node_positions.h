@@ -12,7 +12,8 @@ class CNodePositions {
 public:
     void Note(pugi::xml_node node, DomPosition position);
 
-    /// `markup` is the element's start tag as it stands in the text; elsewhere its attributes are where it is.
+    /// `markup` is the element's start tag as it stands in the text. Inside an entity it is the reference, and the
+    /// attributes are where the element is.
     void NoteElement(pugi::xml_node element, DomPosition position, std::string_view markup);
 
     void Forget(pugi::xml_node node) noexcept;

@@ -69,9 +69,8 @@ private:
     int m_nError = 0;
 };
 
-/// False when it shall not be written.
-bool FindSize(const ContentsProducer& produceContents, std::size_t& size) noexcept {
-    size = 0;
+/// Adds up the bytes. False when they shall not be written.
+bool AddUpSize(const ContentsProducer& produceContents, std::size_t& size) noexcept {
     return produceContents([&size](std::string_view piece) { size += piece.size(); });
 }
 
@@ -147,7 +146,7 @@ bool WriteInPlace(const CFile& file, const Contents& contents, CReason* reason) 
         return Failed("fstat", reason);
     }
     std::size_t bytes = 0;
-    if (!MayHold(file, original.st_nlink, contents, reason) || !FindSize(contents.produce, bytes) ||
+    if (!MayHold(file, original.st_nlink, contents, reason) || !AddUpSize(contents.produce, bytes) ||
         !IsStillWanted(contents.isAsLoaded, reason)) {
         return false;
     }
@@ -166,10 +165,11 @@ bool WriteInPlace(const CFile& file, const Contents& contents, CReason* reason) 
     return fsync(file.Descriptor()) == 0 || Failed("fsync", reason);
 }
 
-/// The folder, to be read and flushed; or only as a place to find files in, where the process may not read it.
+/// The folder, to be read and flushed; or only as a place to find files in, where the process may not read it. Nothing
+/// but a folder is found under the path: it ends in a separator, or is ".".
 CFile OpenFolder(const CFileOpener& opener, const char* path) noexcept {
-    CFile folder = opener.Open(path, O_RDONLY | O_DIRECTORY);
-    return folder.IsOpen() || errno != EACCES ? std::move(folder) : opener.Open(path, O_PATH | O_DIRECTORY);
+    CFile folder = opener.Open(path, O_RDONLY);
+    return folder.IsOpen() || errno != EACCES ? std::move(folder) : opener.Open(path, O_PATH);
 }
 
 /// True when the file cannot be replaced, as opposed to a shortage: it is a mount of its own, or the folder keeps its

@@ -1,17 +1,14 @@
 #include "platform/semaphore.h"
 
 #include <cerrno>
+#include <memory>
 #include <new>
 
 namespace platform {
 
 SemaphoreHandle NewSemaphore() noexcept {
-    auto* const semaphore = new (std::nothrow) sem_t;
-    if (semaphore != nullptr && sem_init(semaphore, 0, 1) != 0) {
-        delete semaphore;
-        return nullptr;
-    }
-    return semaphore;
+    std::unique_ptr<sem_t> semaphore(new (std::nothrow) sem_t);
+    return semaphore != nullptr && sem_init(semaphore.get(), 0, 1) == 0 ? semaphore.release() : nullptr;
 }
 
 void DeleteSemaphore(SemaphoreHandle semaphore) noexcept {

@@ -14,7 +14,11 @@ constexpr std::size_t kMaxPatterns = 256;
 
 pugi::xml_attribute AppendNamedAttribute(pugi::xml_node element, const char* name) noexcept {
     pugi::xml_attribute attribute = element.append_attribute("");
-    return attribute.set_name(name) ? attribute : pugi::xml_attribute();
+    if (attribute.set_name(name)) {
+        return attribute;
+    }
+    element.remove_attribute(attribute);
+    return {};
 }
 
 CSharedNames::CSharedNames(pugi::xml_document& tree) : m_tree(tree), m_patterns(tree.append_child("Patterns")) {}

@@ -14,8 +14,8 @@
 #include <unordered_map>
 #include <vector>
 
-/// Appends an attribute with a name of its own and without text. Empty when there is no memory; the element is then of
-/// no further use. (pugixml's own function says nothing of a name that it had no memory for.)
+/// Appends an attribute with a name of its own and without text. Empty when there is no memory; the element is then as
+/// it was. (pugixml's own function leaves an attribute without a name.)
 pugi::xml_attribute AppendNamedAttribute(pugi::xml_node element, const char* name) noexcept;
 
 class CSharedNames {

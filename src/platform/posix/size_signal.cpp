@@ -6,13 +6,11 @@
 namespace platform {
 
 CNoSizeSignal::CNoSizeSignal() noexcept {
+    sigset_t waiting; // which only signals do that the thread had blocked
+    m_bWaiting = sigpending(&waiting) == 0 && sigismember(&waiting, SIGXFSZ) == 1;
     sigemptyset(&m_signal);
     sigaddset(&m_signal, SIGXFSZ);
     pthread_sigmask(SIG_BLOCK, &m_signal, &m_before);
-    // Only a thread that had it blocked can have one waiting.
-    sigset_t waiting;
-    m_bWaiting =
-        sigismember(&m_before, SIGXFSZ) == 1 && sigpending(&waiting) == 0 && sigismember(&waiting, SIGXFSZ) == 1;
 }
 
 CNoSizeSignal::~CNoSizeSignal() {

@@ -55,9 +55,8 @@ void RemoveLeftover(const CFileOpener& opener, const CFile& folder, const char* 
 } // namespace
 
 bool TryLock(const CFile& file, short type) noexcept {
-    struct flock lock = {};
+    struct flock lock = {}; // from the file's beginning to its end
     lock.l_type = type;
-    lock.l_whence = SEEK_SET;
     return fcntl(file.Descriptor(), F_OFD_SETLK, &lock) == 0;
 }
 

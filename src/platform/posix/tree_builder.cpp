@@ -32,7 +32,7 @@ void NormalizeLineEnds(std::string& text) noexcept {
     std::size_t end = 0;
     for (std::size_t position = 0; position < text.size(); ++position) {
         const bool bReturn = text[position] == '\r';
-        if (bReturn && position + 1 < text.size() && text[position + 1] == '\n') {
+        if (bReturn && text[position + 1] == '\n') {
             continue;
         }
         text[end++] = bReturn ? '\n' : text[position];
@@ -132,16 +132,11 @@ private:
         }
     }
 
+    /// Nothing can be set of a node that there was no memory for.
     static void Require(bool allocated) {
         if (!allocated) {
             throw std::bad_alloc();
         }
-    }
-
-    pugi::xml_node Append(pugi::xml_node_type type) {
-        const pugi::xml_node node = m_current.append_child(type);
-        Require(!node.empty());
-        return node;
     }
 
     void AppendAttribute(pugi::xml_node node, const char* name, const char* value) {
@@ -151,7 +146,7 @@ private:
 
     void FlushText() {
         if (!IsWhiteSpace(m_strText)) {
-            pugi::xml_node text = Append(pugi::node_pcdata);
+            pugi::xml_node text = m_current.append_child(pugi::node_pcdata);
             Require(text.set_value(m_strText.c_str()));
             NotePosition(text, m_textStart);
         }
@@ -181,7 +176,8 @@ private:
                                         XML_GetCurrentByteCount(m_pParser.get()));
     }
 
-    /// Notes where markup before the document element ends: the document type declaration is what comes next.
+    /// Notes where a comment or an instruction before the document element ends: in them "<!DOCTYPE" may stand, and
+    /// behind the last the document type declaration is what comes next.
     void NotePrologEnd() noexcept {
         if (m_nDepth == 0) {
             m_nPrologEnd = EventEnd();
@@ -191,7 +187,7 @@ private:
     static void XMLCALL OnDeclaration(void* self, const XML_Char* version, const XML_Char* encoding, int standalone) {
         CTreeBuilder& builder = Self(self);
         builder.Handle([&] {
-            const pugi::xml_node declaration = builder.Append(pugi::node_declaration);
+            const pugi::xml_node declaration = builder.m_current.append_child(pugi::node_declaration);
             builder.AppendAttribute(declaration, "version", version);
             if (encoding != nullptr) {
                 builder.AppendAttribute(declaration, "encoding", "UTF-8"); // as it will be saved
@@ -199,7 +195,6 @@ private:
             if (standalone >= 0) {
                 builder.AppendAttribute(declaration, "standalone", standalone != 0 ? "yes" : "no");
             }
-            builder.NotePrologEnd();
         });
     }
 
@@ -221,7 +216,7 @@ private:
         std::string text(m_text.substr(m_nPrologEnd, end - m_nPrologEnd));
         NormalizeLineEnds(text);
         text.erase(0, text.find_first_not_of(" \t\n", text.find(kOpening) + kOpening.size()));
-        Require(Append(pugi::node_doctype).set_value(text.c_str()));
+        Require(m_current.append_child(pugi::node_doctype).set_value(text.c_str()));
         if (m_bUnreadDeclarations && (m_entities.HasUndeclared() || m_entities.NamesUndeclared(text))) {
             Refuse(kUnreadEntity);
         }
@@ -285,7 +280,7 @@ private:
         if (m_nDepth == 1) {
             XML_SetBillionLaughsAttackProtectionMaximumAmplification(m_pParser.get(), kMaxEntityAmplification);
         }
-        m_current = Append(pugi::node_element);
+        m_current = m_current.append_child(pugi::node_element);
         Require(m_current.set_name(name));
         if (m_document.m_positions.has_value()) {
             m_document.m_positions->NoteElement(m_current, Here(), EventText());
@@ -297,10 +292,7 @@ private:
             Require(!appended.empty() && appended.set_value(attribute[1]));
             bNamespaces = bNamespaces || m_names.ConcernsNamespaces(count);
         }
-        const auto specified = static_cast<std::size_t>(XML_GetSpecifiedAttributeCount(m_pParser.get())) / 2;
-        if (count > specified) {
-            CountDefaults(attributes + 2 * specified);
-        }
+        CountDefaults(attributes + XML_GetSpecifiedAttributeCount(m_pParser.get()));
         if (bNamespaces) {
             EnterNamespaces(name, attributes);
         }
@@ -374,7 +366,7 @@ private:
             return;
         }
         NormalizeLineEnds(m_strText);
-        pugi::xml_node section = Append(pugi::node_cdata);
+        pugi::xml_node section = m_current.append_child(pugi::node_cdata);
         Require(section.set_value(m_strText.c_str()));
         NotePosition(section, m_cdataStart);
         m_strText.clear();
@@ -390,7 +382,7 @@ private:
             builder.FlushText();
             std::string comment(text); // with carriage returns when it stands in an entity
             NormalizeLineEnds(comment);
-            pugi::xml_node node = builder.Append(pugi::node_comment);
+            pugi::xml_node node = builder.m_current.append_child(pugi::node_comment);
             Require(node.set_value(comment.c_str()));
             builder.NotePosition(node, builder.Here());
             builder.NotePrologEnd();
@@ -404,7 +396,7 @@ private:
         }
         builder.Handle([&] {
             builder.FlushText();
-            pugi::xml_node instruction = builder.Append(pugi::node_pi);
+            pugi::xml_node instruction = builder.m_current.append_child(pugi::node_pi);
             std::string content(data);
             NormalizeLineEnds(content);
             Require(instruction.set_name(target) && instruction.set_value(content.c_str()));
