@@ -392,6 +392,19 @@ TEST_F(Transactions, AreUndoneAndDoneAgainInTheirOrderWhateverTheClockSays) {
     }
 }
 
+TEST_F(Transactions, ThatAreEndedRightAfterTheSaveAreUndoneOnRequest) {
+    const std::string document = BytesOf(UserPath());
+    ::setenv("ENDED_AT_FLUSH", "6", 1);
+    RunWith(OVERTAKER_PATH, {"job", "add", "1", "One"});
+    ::unsetenv("ENDED_AT_FLUSH");
+    ASSERT_NE(BytesOf(UserPath()), document);
+    const ToolRun undo = Run({"undo"});
+    EXPECT_EQ(undo.status, kRefused);
+    EXPECT_THAT(undo.errors, HasSubstr("was ended before it could note how it left the document"));
+    Output({"undo", "--force"});
+    EXPECT_EQ(BytesOf(UserPath()), document);
+}
+
 TEST_F(Transactions, TakeNoNoteOfSomebodyElseForAReasonToTouchOtherFiles) {
     const auto folder = UserPath().parent_path();
     const auto letters = folder / "letters";

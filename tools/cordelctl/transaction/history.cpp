@@ -234,7 +234,10 @@ HistoryState CHistory::Undo(bool force) {
     }
     HistoryState newest = states.back();
     if (!force && newest.after != StampOf(m_document)) {
-        throw CFailure(ExitCode::Refused, "another program changed the document after \"" + newest.command + "\"",
+        throw CFailure(ExitCode::Refused,
+                       newest.after == platform::FileStamp()
+                           ? "\"" + newest.command + "\" was ended before it could note how it left the document"
+                           : "another program changed the document after \"" + newest.command + "\"",
                        "see what: cordelctl diff --state " + std::to_string(newest.number) +
                            "; to undo all the same, with those changes: --force");
     }
