@@ -15,6 +15,7 @@
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
+#include <iterator>
 #include <map>
 #include <utility>
 
@@ -165,6 +166,38 @@ TEST_P(EachSaveCall, FailingOneByOneLeaveAWholeDocumentAndNothingBesideIt) {
         }
     }
     std::printf("%d calls failed, one by one\n", failures);
+}
+
+TEST_F(SaveCalls, ThroughALinkFailingOneByOneLeaveAWholeDocument) {
+    const fs::path folder = fs::path(CopyPath()).parent_path().parent_path() / "linked";
+    fs::create_directories(folder);
+    fs::rename(CopyPath(), folder / "target.xml");
+    fs::create_symlink("../linked/target.xml", CopyPath());
+    struct stat status {};
+    ASSERT_EQ(::stat(CopyPath().c_str(), &status), 0);
+    ASSERT_EQ(::lchown(CopyPath().c_str(), status.st_uid, status.st_gid), 0);
+    std::set<std::string> failed;
+    const std::size_t count = CallsOfASave(std::size_t(-1)).size();
+    for (std::size_t failing = 0; failing < count; ++failing) {
+        RestoreCopy();
+        SystemCall call;
+        int32_t saved = -1;
+        {
+            CSystemCallWatch watch([&](std::size_t number, const SystemCall& one) {
+                call = number == failing ? one : call;
+                return Fate{number == failing ? EIO : 0};
+            });
+            saved = Save();
+        }
+        SCOPED_TRACE(call.name + " of " + call.path);
+        ExpectWholeAfter(saved, !IsForRights(call));
+        EXPECT_TRUE(fs::is_symlink(CopyPath()));
+        EXPECT_EQ(std::distance(fs::directory_iterator(folder), {}), 1);
+        failed.insert(call.name);
+    }
+    EXPECT_TRUE(failed.contains("readlinkat"));
+    RestoreCopy();
+    ExpectNextSaveToWork();
 }
 
 TEST_F(SaveCalls, ThatFailAreNamedInTheReasonWithTheirError) {

@@ -123,6 +123,16 @@ ssize_t readlink(const char* path, char* buffer, std::size_t size) noexcept {
     return Fails(fate) ? -1 : real(path, buffer, size);
 }
 
+ssize_t readlinkat(int file, const char* name, char* buffer, std::size_t size) noexcept {
+    static const auto real = Real<ssize_t (*)(int, const char*, char*, std::size_t)>("readlinkat");
+    return Fails(NoteFile("readlinkat", file)) ? -1 : real(file, name, buffer, size);
+}
+
+int statx(int file, const char* name, int flags, unsigned mask, struct statx* status) noexcept {
+    static const auto real = Real<int (*)(int, const char*, int, unsigned, struct statx*)>("statx");
+    return Fails(NoteFile("statx", file)) ? -1 : real(file, name, flags, mask, status);
+}
+
 int flock(int file, int operation) noexcept {
     static const auto real = Real<int (*)(int, int)>("flock");
     return Fails(NoteFile("flock", file)) ? -1 : real(file, operation);

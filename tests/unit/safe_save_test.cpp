@@ -66,6 +66,18 @@ TEST_F(SafeSave, ReplacesTheContents) {
     EXPECT_EQ(Read(m_file), large);
 }
 
+TEST_F(SafeSave, ReplacesAFileOfTheCurrentFolder) {
+    const fs::path before = fs::current_path();
+    fs::current_path(m_folder);
+    fs::create_symlink("a.xml", "link.xml");
+    EXPECT_TRUE(Replace("a.xml", "new"));
+    EXPECT_EQ(Read(m_file), "new");
+    EXPECT_TRUE(Replace("link.xml", "newer"));
+    fs::current_path(before);
+    EXPECT_EQ(Read(m_file), "newer");
+    EXPECT_TRUE(fs::is_symlink(m_folder / "link.xml"));
+}
+
 TEST_F(SafeSave, TakesPiecesOfAnyLengthAndNone) {
     const std::string long1(100000, '1');
     const std::string long2(3000000, '2');
