@@ -302,6 +302,21 @@ TEST_F(SaveAttacks, ALinkThroughALinkOfAnotherUserIsNotFollowedToWhatIsNotTheirs
     EXPECT_EQ(ReadFile(PerUserRoot() / "letter.txt"), "a letter");
 }
 
+TEST_F(SaveAttacks, ALinkOfTheAdministratorIsFollowed) {
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "needs the right to give files away";
+    }
+    GiveAway(UnprivilegedUser(), ::getegid(), 0600);
+    fs::rename(UserMainPath(), Beside("real.xml"));
+    fs::create_symlink("real.xml", UserMainPath());
+    {
+        const CUnprivileged nobody;
+        Change();
+    }
+    EXPECT_TRUE(fs::is_symlink(UserMainPath()));
+    EXPECT_EQ(SavedItems("Info"), kAfter);
+}
+
 TEST_F(SaveAttacks, ALinkOfAnotherUserToAFileOfThatUserIsFollowed) {
     if (::geteuid() != 0) {
         GTEST_SKIP() << "needs the right to give files away";
@@ -377,6 +392,21 @@ TEST_F(SaveAttacks, AListThatCameWithAnotherFileOpensTheDocumentToNobody) {
     Change();
     EXPECT_EQ(SavedItems("Info"), kAfter);
     EXPECT_EQ(FileAttribute(UserMainPath(), kAccessList), "(none)");
+    EXPECT_EQ(ModeOf(UserMainPath()), 0600u);
+}
+
+TEST_F(SaveAttacks, AFileWithoutTheListThatTheDocumentHadOpensItToNobody) {
+    using enum AccessEntry::Tag;
+    const std::string list =
+        AccessListBytes({{Owner, 6}, {User, 0, kOtherUser}, {OwningGroup, 4}, {Mask, 4}, {Others, 4}});
+    if (!SetFileAttribute(UserMainPath(), kAccessList, list)) {
+        GTEST_SKIP() << "no access control lists here";
+    }
+    CloseAll();
+    Open();
+    PutAnother(::geteuid(), ::getegid(), 0644);
+    Change();
+    EXPECT_EQ(SavedItems("Info"), kAfter);
     EXPECT_EQ(ModeOf(UserMainPath()), 0600u);
 }
 

@@ -2,7 +2,9 @@
 // being cut short.
 
 #include "fault_document.h"
+#include "safe_save.h"
 #include "system_calls.h"
+#include "text_pieces.h"
 
 #include <signal.h>
 #include <sys/wait.h>
@@ -56,6 +58,17 @@ TEST_P(SaveInPlace, IsDoneWhereTheFolderTakesNoFile) {
         EXPECT_EQ(ReadBytes(CopyPath()), m_strNew);
         EXPECT_TRUE(CopyIsWhole());
     }
+}
+
+TEST_P(SaveInPlace, IsDoneWithContentsThatCameFromNoFileToo) {
+    bool bReplaced = false;
+    {
+        const CSystemCallWatch watch(
+            [](std::size_t, const SystemCall& call) { return Fate{call.bCreates ? EACCES : 0}; });
+        bReplaced = platform::ReplaceContents(CopyPath().c_str(), InPieces(m_strNew));
+    }
+    EXPECT_TRUE(bReplaced);
+    EXPECT_EQ(ReadBytes(CopyPath()), m_strNew);
 }
 
 TEST_P(SaveInPlace, IsNotDoneForAShortage) {

@@ -144,6 +144,7 @@ void AskForHostFolder(const std::vector<std::pair<std::string, std::string>>& pa
         CSystemCallWatch watch([&](std::size_t, const SystemCall& call) {
             Fate fate;
             fate.answer = call.name == "readlink" ? path : "";
+            fate.error = path.empty() ? ENOENT : 0;
             return fate;
         });
         bAsExpected = bAsExpected && platform::HostFolder() == folder.c_str();
@@ -156,10 +157,10 @@ TEST(HostFolder, OfAHostInTheRootFolderIsThatFolder) {
     EXPECT_EXIT(AskForHostFolder({{"/host", "/"}}), ::testing::ExitedWithCode(0), "");
 }
 
-TEST(HostFolder, IsNoneWhereThePathIsTooLong) {
+TEST(HostFolder, IsNoneWhereThePathIsTooLongOrCannotBeHad) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     const auto ofLength = [](std::size_t length) { return "/host/" + std::string(length - 6, 'h'); };
-    EXPECT_EXIT(AskForHostFolder({{ofLength(260), ""}, {ofLength(300), ""}, {ofLength(259), "/host"}}),
+    EXPECT_EXIT(AskForHostFolder({{"", ""}, {ofLength(260), ""}, {ofLength(300), ""}, {ofLength(259), "/host"}}),
                 ::testing::ExitedWithCode(0), "");
 }
 

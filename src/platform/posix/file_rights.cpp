@@ -140,10 +140,9 @@ FileRights ReadRights(int file) {
     return rights;
 }
 
-void CopyRights(int original, int replacement, std::optional<FileRights>* known) {
-    const bool bKnown = known != nullptr && known->has_value();
+void CopyRights(int original, int replacement, std::optional<FileRights>& known) {
     const FileRights rights = ReadRights(original);
-    FileRights most = bKnown && !(*known)->AreOfSameFile(rights) ? **known : rights;
+    FileRights most = known.has_value() && !known->AreOfSameFile(rights) ? *known : rights;
     const Ownership kept = SetOwnership(replacement, rights.owner == most.owner ? rights.owner : kSameOwner,
                                         rights.group == most.group ? rights.group : kSameGroup);
     const bool bLabelled = CopyAttributes(original, replacement);
@@ -153,11 +152,11 @@ void CopyRights(int original, int replacement, std::optional<FileRights>* known)
     if (fchmod(replacement, bLabelled && bListed ? mode : mode & S_IRWXU) != 0) {
         throw CallFailed("fchmod");
     }
-    if (bKnown) {
+    if (known.has_value()) {
         const struct stat status = StatusOf(replacement);
         most.device = status.st_dev;
         most.file = status.st_ino;
-        *known = std::move(most);
+        known = std::move(most);
     }
 }
 
@@ -188,7 +187,7 @@ std::optional<FileRights> RightsOf(const CFile& file, CReason* reason) {
 }
 
 bool CarryRightsOver(const CFile& original, const CFile& replacement, CReason* reason,
-                     std::optional<FileRights>* known) noexcept {
+                     std::optional<FileRights>& known) noexcept {
     try {
         CopyRights(original.Descriptor(), replacement.Descriptor(), known);
         return true;

@@ -41,11 +41,11 @@ std::optional<FileRights> RightsOf(const CFile& file, CReason* reason);
 /// extended attributes of another. At no moment and to nobody does the new file grant more than the other one did: what
 /// cannot be carried over shrinks to what everybody concerned had. False, with the reason where one is wanted, when
 /// the system fails, as opposed to when it does not allow something or does not know it; the new file is of no use
-/// then. `known`, where it is given and not none, is what the contents were open to until now: when the original is
+/// then. `known`, where it is not none, is what the contents were open to until now: when the original is
 /// another file, somebody has put it there, and what it grants beyond that is not carried over. Becomes that of the new
 /// file.
 bool CarryRightsOver(const CFile& original, const CFile& replacement, CReason* reason,
-                     std::optional<FileRights>* known = nullptr) noexcept;
+                     std::optional<FileRights>& known) noexcept;
 
 /// The permissions of a file with `mode` when it becomes one of the user who saves it, who could read and write it, or
 /// of another group.

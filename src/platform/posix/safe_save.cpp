@@ -85,7 +85,7 @@ struct Contents {
 bool FillTemporary(const CFile& temporary, const CFile& original, const Contents& contents,
                    std::optional<FileRights>& rights, CReason* reason) noexcept {
     return CFileWriter(temporary).Write(contents.produce, reason) &&
-           CarryRightsOver(original, temporary, reason, &rights) &&
+           CarryRightsOver(original, temporary, reason, rights) &&
            (fsync(temporary.Descriptor()) == 0 || Failed("fsync", reason));
 }
 

@@ -107,7 +107,8 @@ void MakeFile(const std::filesystem::path& path, std::string_view bytes, const s
         if (!original.IsOpen()) {
             Fail("cannot read", like);
         }
-        if (!platform::CarryRightsOver(original, file.File(), &reason)) {
+        std::optional<platform::FileRights> noneKnown;
+        if (!platform::CarryRightsOver(original, file.File(), &reason, noneKnown)) {
             FailFor(reason, path);
         }
     }
