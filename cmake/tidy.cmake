@@ -2,19 +2,19 @@
 # which knows how each source is compiled by itself, and compiles none.
 #
 #   tidied          all of it
-#   tidied/FILE     clang's analyser on one source
-#   tidied_together all other checks, on several sources at once
 
 add_custom_target(tidied)
-add_custom_target(tidied_together)
 
 file(GLOB_RECURSE tidied_headers CONFIGURE_DEPENDS
     ${PROJECT_SOURCE_DIR}/include/*.h ${PROJECT_SOURCE_DIR}/src/*.h ${PROJECT_SOURCE_DIR}/tools/*.h)
 
-# clang-tidy for the sources of a target, and for further files that this system does not compile: again whenever one of
-# them or any header has changed.
+# clang-tidy for the sources of a target: again whenever one of them or any header has changed.
+#
+#   EACH        the analyser looks at each source by itself
+#   ALONE ...   sources that nothing looks at together with others, and those that this system does not compile
 function(tidy_sources target)
-    cmake_parse_arguments(PARSE_ARGV 1 tidy "" "" "ALSO")
+    cmake_parse_arguments(PARSE_ARGV 1 tidy "EACH" "" "ALONE")
+    list(TRANSFORM tidy_ALONE PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/)
     if(CMAKE_CROSSCOMPILING)
         return()
     endif()
@@ -33,6 +33,7 @@ function(tidy_sources target)
         set_property(GLOBAL APPEND PROPERTY cordelbox_tidied_sources ${name})
         list(APPEND files ${file})
     endforeach()
+    list(REMOVE_ITEM files ${tidy_ALONE})
 
     set(number 0)
     set(together 12)
@@ -40,28 +41,20 @@ function(tidy_sources target)
         math(EXPR number "${number} + 1")
         list(SUBLIST files 0 ${together} some)
         list(REMOVE_ITEM files ${some})
-        add_tidy_commands(${target}_${number} ${some})
+        if(tidy_EACH)
+            add_tidy_command(${target}_${number} check ${some})
+            foreach(file IN LISTS some)
+                file(RELATIVE_PATH name ${PROJECT_SOURCE_DIR} ${file})
+                add_tidy_command(${name} analyse ${file})
+            endforeach()
+        else()
+            add_tidy_command(${target}_${number} all ${some})
+        endif()
     endwhile()
-    foreach(source IN LISTS tidy_ALSO) # which define what the others do
-        get_filename_component(file ${source} ABSOLUTE)
-        get_filename_component(name ${source} NAME_WE)
-        add_tidy_commands(${name} ${file})
+    foreach(file IN LISTS tidy_ALONE)
+        get_filename_component(name ${file} NAME_WE)
+        add_tidy_command(${name} all ${file})
     endforeach()
-endfunction()
-
-# The analyser for each of the files, the other checks for all of them at once.
-function(add_tidy_commands batch)
-    set(marks)
-    foreach(file IN LISTS ARGN)
-        file(RELATIVE_PATH name ${PROJECT_SOURCE_DIR} ${file})
-        add_tidy_command(${name} analyse ${file})
-        list(APPEND marks ${CMAKE_BINARY_DIR}/tidied/${name})
-    endforeach()
-    add_tidy_command(${batch} check ${ARGN})
-    add_custom_target(tidied_${batch} DEPENDS ${CMAKE_BINARY_DIR}/tidied/${batch})
-    add_custom_target(analysed_${batch} DEPENDS ${marks})
-    add_dependencies(tidied_together tidied_${batch})
-    add_dependencies(tidied tidied_${batch} analysed_${batch})
 endfunction()
 
 function(add_tidy_command name what)
@@ -74,4 +67,7 @@ function(add_tidy_command name what)
         DEPENDS ${ARGN} ${tidied_headers} ${tidy} ${PROJECT_SOURCE_DIR}/.clang-tidy ${PROJECT_SOURCE_DIR}/tools/.clang-tidy
         COMMENT "clang-tidy: ${what} ${name}"
         VERBATIM)
+    string(REPLACE "/" "_" target tidied_${name})
+    add_custom_target(${target} DEPENDS ${mark})
+    add_dependencies(tidied ${target})
 endfunction()
