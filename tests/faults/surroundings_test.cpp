@@ -140,14 +140,15 @@ TEST_F(Surroundings, WithoutALocaleOfUnicodeLettersAreFoldedAllTheSame) {
 /// these in turn; ends with 0 when the answers are as expected.
 void AskForHostFolder(const std::vector<std::pair<std::string, std::string>>& pathsAndFolders) {
     bool bAsExpected = true;
-    for (const auto& [path, folder] : pathsAndFolders) {
+    for (const auto& pathAndFolder : pathsAndFolders) {
+        const std::string& path = pathAndFolder.first;
         CSystemCallWatch watch([&](std::size_t, const SystemCall& call) {
             Fate fate;
             fate.answer = call.name == "readlink" ? path : "";
             fate.error = path.empty() ? ENOENT : 0;
             return fate;
         });
-        bAsExpected = bAsExpected && platform::HostFolder() == folder.c_str();
+        bAsExpected = bAsExpected && platform::HostFolder() == pathAndFolder.second.c_str();
     }
     std::exit(bAsExpected ? 0 : 1);
 }
