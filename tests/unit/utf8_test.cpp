@@ -49,7 +49,7 @@ TEST(Utf8, HasOneToFourBytesForACodePoint) {
 }
 
 TEST(Utf8, HasAReplacementForWhatIsNoCharacter) {
-    for (const char32_t codePoint : {0xD800, 0xDFFF, 0x110000}) {
+    for (const auto codePoint : {char32_t{0xD800}, char32_t{0xDFFF}, char32_t{0x110000}}) {
         EXPECT_EQ(Appended(codePoint), "\xEF\xBF\xBD");
     }
 }
