@@ -13,7 +13,7 @@ using platform::NextCodePoint;
 
 class CodePageUtf8 : public ::testing::Test {
 private:
-    const CUtf8CodePage m_codePage;
+    const CCodePage m_codePage;
 };
 
 TEST_F(CodePageUtf8, HasEveryCharacter) {
@@ -22,6 +22,28 @@ TEST_F(CodePageUtf8, HasEveryCharacter) {
     EXPECT_EQ(platform::ToWideText(bytes), wide);
     EXPECT_EQ(platform::ToAnsi(wide), AnsiString(bytes));
     EXPECT_EQ(platform::CDomArgument(AnsiString(bytes)).View(), wide);
+}
+
+TEST_F(CodePageUtf8, ReadsNothingBehindTheText) {
+    EXPECT_EQ(platform::ToAnsi(std::wstring_view(L"\u00E4bc", 2)), AnsiString("\xC3\xA4"
+                                                                              "b"));
+    EXPECT_EQ(platform::ToWideText(std::string_view("\xC3\xA4"
+                                                    "bc",
+                                                    3)),
+              L"\u00E4b");
+}
+
+TEST_F(CodePageUtf8, HasTextsOfAnyLength) {
+    std::wstring wide;
+    std::string bytes;
+    for (const std::size_t length : {255, 256, 257, 100000}) {
+        wide.resize(length, L'\u20AC');
+        while (bytes.size() < 3 * length) {
+            bytes += "\xE2\x82\xAC";
+        }
+        EXPECT_EQ(platform::ToAnsi(wide), bytes.c_str()) << length;
+        EXPECT_EQ(platform::ToWideText(bytes), wide) << length;
+    }
 }
 
 TEST_F(CodePageUtf8, HasNoCharacterForHalfOfOne) {
@@ -58,9 +80,11 @@ TEST_F(CodePageUtf8, TakesIllFormedBytesForWhatTheyWouldBeStoredAs) {
 
 TEST_F(CodePageUtf8, CutsWhereACharacterEnds) {
     EXPECT_EQ(platform::WholeCharacters("abc", 5), 3u);
+    EXPECT_EQ(platform::WholeCharacters("abc", 3), 3u);
     EXPECT_EQ(platform::WholeCharacters("abc", 2), 2u);
     EXPECT_EQ(platform::WholeCharacters("\xE2\x82\xACz", 3), 3u);
     EXPECT_EQ(platform::WholeCharacters("a\xE2\x82\xACz", 3), 1u);
+    EXPECT_EQ(platform::WholeCharacters("\xC2\xA9z", 1), 0u) << "the first that begins a character of two bytes";
 }
 
 TEST_F(CodePageUtf8, FindsNoCharacterWithinAnother) {
@@ -76,6 +100,10 @@ TEST(CodePoints, AreReadFromTwoHalves) {
     EXPECT_EQ(NextCodePoint(text, position), U'\U0001F5A8');
     EXPECT_EQ(NextCodePoint(text, position), U'z');
     EXPECT_EQ(position, text.size());
+    position = 0;
+    EXPECT_EQ(NextCodePoint(L"\xD800\xDC00", position), U'\U00010000') << "the first";
+    position = 0;
+    EXPECT_EQ(NextCodePoint(L"\xDBFF\xDFFF", position), U'\U0010FFFF') << "the last";
 }
 
 TEST(CodePoints, ThatAreHalvesAloneStayHalves) {
@@ -86,4 +114,10 @@ TEST(CodePoints, ThatAreHalvesAloneStayHalves) {
     }
     std::size_t position = 0;
     EXPECT_EQ(NextCodePoint(L"\xFFFD", position), 0xFFFDu);
+}
+
+TEST(CodePageOfSingleBytes, FoldsTheFirstByteBeyondAsciiWhereThatIsALetter) {
+    const CCodePage cyrillic(1251);
+    EXPECT_TRUE(EqualIgnoringCase("\x80", "\x90"));
+    EXPECT_FALSE(EqualIgnoringCase("\x80", "\x91"));
 }

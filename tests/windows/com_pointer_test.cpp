@@ -49,6 +49,7 @@ TEST(ComPointer, ReleasesWhatItReceivedOnce) {
         Give(object, pointer.Receive());
         EXPECT_TRUE(pointer);
         EXPECT_EQ(pointer.Get(), &object);
+        EXPECT_EQ(pointer.operator->(), &object);
         EXPECT_EQ(object.Holders(), 1u);
     }
     EXPECT_EQ(object.Holders(), 0u);

@@ -15,7 +15,7 @@ namespace {
 
 Lacks g_lacks;
 const std::string* g_hostPath = nullptr;
-bool g_bUtf8 = false;
+UINT g_codePage = CP_ACP; // the system's own
 std::atomic<int> g_nBlocks = 0;
 int g_nComTexts = 0;
 int g_nComArrays = 0;
@@ -25,7 +25,7 @@ bool IsRefused(int& granted) noexcept { return granted != std::numeric_limits<in
 
 bool IsMemoryRefused() noexcept { return IsRefused(g_lacks.nAllocations); }
 
-UINT CodePage(UINT codePage) noexcept { return g_bUtf8 && codePage == CP_ACP ? CP_UTF8 : codePage; }
+UINT CodePage(UINT codePage) noexcept { return codePage == CP_ACP ? g_codePage : codePage; }
 
 } // namespace
 
@@ -39,9 +39,9 @@ CHostPath::CHostPath(const std::string& path) : m_strPath(path) { g_hostPath = &
 
 CHostPath::~CHostPath() { g_hostPath = nullptr; }
 
-CUtf8CodePage::CUtf8CodePage() { g_bUtf8 = true; }
+CCodePage::CCodePage(UINT codePage) { g_codePage = codePage; }
 
-CUtf8CodePage::~CUtf8CodePage() { g_bUtf8 = false; }
+CCodePage::~CCodePage() { g_codePage = CP_ACP; }
 
 int Blocks() noexcept { return g_nBlocks; }
 
@@ -146,7 +146,7 @@ DWORD WINAPI LackingGetModuleFileNameA(HMODULE module, LPSTR path, DWORD size) {
 
 UINT WINAPI LackingGetACP() {
     static const auto s_real = RealFunction(&::GetACP, "GetACP", "kernel32.dll");
-    return g_bUtf8 ? UINT{CP_UTF8} : s_real();
+    return g_codePage != CP_ACP ? g_codePage : s_real();
 }
 
 int WINAPI LackingMultiByteToWideChar(UINT codePage, DWORD flags, LPCCH bytes, int length, LPWSTR units, int size) {

@@ -48,13 +48,13 @@ private:
     const std::string m_strPath;
 };
 
-/// While it lives, the code page is UTF-8.
-class CUtf8CodePage {
+/// While it lives, the code page is another one of single bytes, or UTF-8.
+class CCodePage {
 public:
-    CUtf8CodePage();
-    ~CUtf8CodePage();
-    CUtf8CodePage(const CUtf8CodePage&) = delete;
-    CUtf8CodePage& operator=(const CUtf8CodePage&) = delete;
+    explicit CCodePage(UINT codePage = CP_UTF8);
+    ~CCodePage();
+    CCodePage(const CCodePage&) = delete;
+    CCodePage& operator=(const CCodePage&) = delete;
 };
 
 // What this program has made, less what it has given back: memory, texts and arrays of COM, semaphores.

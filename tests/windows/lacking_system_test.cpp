@@ -61,7 +61,7 @@ TEST_F(LackingSystem, KnowsNoFolderOfAHostWhosePathIsTooLong) {
 }
 
 TEST_F(LackingSystem, WithoutConversionsFoldsOnlyAscii) {
-    const CUtf8CodePage codePage;
+    const CCodePage codePage;
     EXPECT_TRUE(platform::EqualIgnoringCase("a\xC3\xA4", "A\xC3\x84"));
     for (const int granted : {2, 3}) { // both texts are asked whether they are valid
         const CLackingSystem lacking({.nConversions = granted});
