@@ -133,6 +133,11 @@ TEST(Markup, OfUtf16IsReadInEitherOrderOfBytes) {
     }
 }
 
+TEST(Markup, OfUtf16EndsWithItsLastWholeCharacter) {
+    EXPECT_EQ(FaultOf(Utf16(L"<r/>", false, true) + "<"), "");
+    EXPECT_EQ(FaultOf(Utf16(L"<r/>", true, true) + '\0'), "");
+}
+
 TEST(Markup, TellsNamesBeyondAsciiApart) {
     EXPECT_EQ(FaultOf("<\xE4:r xmlns:\xE4='u'/>"), "");
     EXPECT_EQ(FaultOf("<\xE4:r xmlns:\xE5='u'/>"), kUndeclaredElement);
