@@ -580,6 +580,24 @@ TEST_F(SaveAttacks, ALimitOnFileSizesFailsASaveInPlaceAndLeavesTheOldDocument) {
     EXPECT_EQ(SavedItems("Info"), kBefore);
 }
 
+TEST_F(SaveAttacks, ALimitOnFileSizesFailsASaveInPlaceOfADocumentThatIsBeyondItAlready) {
+    // Space that the file has need not be reserved: the limit would be met in the middle.
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "needs the right to give files away";
+    }
+    WriteAttr("Info", "Name", std::string(20000, 'n').c_str());
+    fs::permissions(UserMainPath(), static_cast<fs::perms>(0666));
+    fs::permissions(Folder(), static_cast<fs::perms>(0555));
+    const std::string before = ReadFile(UserMainPath());
+    {
+        const CFileSizeLimit limit(5000);
+        const CUnprivileged nobody;
+        WriteAttr("Info", "Name", std::string(10000, 'm').c_str());
+    }
+    fs::permissions(Folder(), static_cast<fs::perms>(0755));
+    EXPECT_EQ(ReadFile(UserMainPath()), before);
+}
+
 TEST_F(SaveAttacks, ASignalOfThatLimitThatWaitsAlreadyStillComes) {
     const std::string large(200000, 'l');
     const int status = EndOfProcess([&] {

@@ -12,6 +12,7 @@
 #include "temporary_file.h"
 
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -136,6 +137,17 @@ bool MayHold(const CFile& file, nlink_t names, const Contents& contents, CReason
     return true;
 }
 
+/// Whether the process may make a file so long. Within a file that is as long already no reserving of space would tell.
+bool IsWithinLimit(std::size_t bytes, CReason* reason) noexcept {
+    rlimit limit{RLIM_INFINITY, RLIM_INFINITY};
+    getrlimit(RLIMIT_FSIZE, &limit);
+    if (bytes <= limit.rlim_cur) {
+        return true;
+    }
+    errno = EFBIG;
+    return Failed("write", reason);
+}
+
 bool WriteInPlace(const CFile& file, const Contents& contents, CReason* reason) {
     const CPlaceLock lock(file);
     if (!lock.IsHeld()) {
@@ -147,7 +159,7 @@ bool WriteInPlace(const CFile& file, const Contents& contents, CReason* reason) 
     }
     std::size_t bytes = 0;
     if (!MayHold(file, original.st_nlink, contents, reason) || !AddUpSize(contents.produce, bytes) ||
-        !IsStillWanted(contents.isAsLoaded, reason)) {
+        !IsWithinLimit(bytes, reason) || !IsStillWanted(contents.isAsLoaded, reason)) {
         return false;
     }
     const auto size = static_cast<off_t>(bytes);
