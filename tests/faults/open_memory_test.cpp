@@ -46,7 +46,7 @@ protected:
         ::setenv("XDG_CONFIG_HOME", (m_host / "PerUser").c_str(), 1);
         std::string rows;
         for (int row = 0; row < 300; ++row) {
-            rows += "<Item ID=\"" + std::to_string(row) + "\"/>text<!--c-->";
+            rows += "<Item ID=\"" + std::to_string(row) + "\" Name=\"n\"/>text<!--c-->";
         }
         const std::string document =
             "<?xml version=\"1.0\" encoding=\"UTF-8\"?><!DOCTYPE r [<!ENTITY e 'entity'>]><r><L>" + rows +

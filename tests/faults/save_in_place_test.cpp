@@ -3,6 +3,7 @@
 
 #include "fault_document.h"
 #include "safe_save.h"
+#include "store/xml_object.h"
 #include "system_calls.h"
 #include "text_pieces.h"
 
@@ -13,6 +14,7 @@
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
+#include <string>
 #include <vector>
 
 namespace fs = std::filesystem;
@@ -244,4 +246,48 @@ TEST_P(SaveInPlace, FindsNoLockThatAProcessWasBornWithDuringAnEarlierSave) {
                                      }),
                   0);
     }
+}
+
+TEST_P(SaveInPlace, SaysWhyItLeavesAFileAloneThatOthersCouldReadTheDocumentIn) {
+    const auto reason = [this] {
+        const CSystemCallWatch watch(
+            [](std::size_t, const SystemCall& call) { return Fate{call.bCreates ? EACCES : 0}; });
+        const COutcome outcome = m_pDocument->Save();
+        EXPECT_FALSE(outcome);
+        EXPECT_EQ(outcome.m_reason.m_kind, ReasonKind::NotPermitted);
+        return std::string(outcome.m_reason.m_strWords.c_str());
+    };
+    const fs::path other = CopyPath().parent_path() / "other";
+    fs::create_hard_link(CopyPath(), other);
+    EXPECT_EQ(reason(), "the file has other names, and they would lead to it");
+    fs::remove(other);
+    fs::rename(CopyPath(), other);
+    RestoreCopy();
+    fs::permissions(CopyPath(), static_cast<fs::perms>(0666));
+    EXPECT_EQ(reason(), "another file is in its place, which others may open");
+    EXPECT_EQ(ReadBytes(CopyPath()), m_strOld);
+    fs::permissions(CopyPath(), static_cast<fs::perms>(0640));
+    EXPECT_EQ(SaveWithoutNewFile(EACCES), 0);
+    fs::permissions(CopyPath(), static_cast<fs::perms>(0666)); // of the file that was saved
+    EXPECT_EQ(SaveWithoutNewFile(EACCES), 0);
+}
+
+TEST_P(SaveInPlace, WritesNoByteWhereTheContentsOrTheLastLookForbidIt) {
+    const auto save = [this](const platform::ContentsProducer& contents, bool bWanted, CReason& reason) {
+        const CSystemCallWatch watch(
+            [](std::size_t, const SystemCall& call) { return Fate{call.bCreates ? EACCES : 0}; });
+        return platform::ReplaceContents(CopyPath().c_str(), contents, &reason, [bWanted] { return bWanted; });
+    };
+    const auto refuse = [](const platform::PieceSink& sink) {
+        sink("the beginning");
+        return false;
+    };
+    CReason reason;
+    EXPECT_FALSE(save(refuse, true, reason));
+    EXPECT_EQ(ReadBytes(CopyPath()), m_strOld);
+    EXPECT_FALSE(save(InPieces("new"), false, reason));
+    EXPECT_EQ(reason.m_kind, ReasonKind::Overtaken);
+    EXPECT_EQ(ReadBytes(CopyPath()), m_strOld);
+    EXPECT_TRUE(save(InPieces("new"), true, reason));
+    EXPECT_EQ(ReadBytes(CopyPath()), "new");
 }

@@ -34,8 +34,10 @@ TEST(ValidUtf8, PassesAsItIs) {
 }
 
 TEST(ValidUtf8, IsNotCopied) {
-    const AnsiString text("plain \xC3\xA4");
-    EXPECT_EQ(platform::CDomArgument(text).View().data(), text.c_str());
+    for (const char* const bytes : {"plain", "longer than eight bytes", "plain \xC3\xA4"}) {
+        const AnsiString text(bytes);
+        EXPECT_EQ(platform::CDomArgument(text).View().data(), text.c_str()) << bytes;
+    }
 }
 
 TEST(InvalidUtf8, BecomesOneReplacementPerByteThatStartsNothing) {

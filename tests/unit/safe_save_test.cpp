@@ -103,11 +103,6 @@ TEST_F(SafeSave, KeepsTheOldContentsWhenTheNewOnesShallNotBeWritten) {
     EXPECT_FALSE(platform::ReplaceContents(m_file.c_str(), refuse));
     EXPECT_EQ(Read(m_file), old);
     EXPECT_EQ(Names(), std::set<std::string>{"a.xml"});
-    // In place too, where the temporary name would be too long.
-    const fs::path longName = m_folder / (std::string(250, 'n') + ".xml");
-    fs::rename(m_file, longName);
-    EXPECT_FALSE(platform::ReplaceContents(longName.c_str(), refuse));
-    EXPECT_EQ(Read(longName), old);
 }
 
 TEST_F(SafeSave, LooksOnceMoreImmediatelyBeforeItReplacesTheFile) {
@@ -128,17 +123,6 @@ TEST_F(SafeSave, LooksOnceMoreImmediatelyBeforeItReplacesTheFile) {
     EXPECT_EQ(Names(), std::set<std::string>{"a.xml"});
     EXPECT_TRUE(platform::ReplaceContents(m_file.c_str(), InPieces("new"), &reason, [] { return true; }));
     EXPECT_EQ(Read(m_file), "new");
-}
-
-TEST_F(SafeSave, LooksOnceMoreBeforeTheFirstByteInPlace) {
-    const fs::path longName = m_folder / (std::string(250, 'n') + ".xml"); // a temporary name would be too long
-    fs::rename(m_file, longName);
-    CReason reason;
-    EXPECT_FALSE(platform::ReplaceContents(longName.c_str(), InPieces("new"), &reason, [] { return false; }));
-    EXPECT_EQ(reason.m_kind, ReasonKind::Overtaken);
-    EXPECT_EQ(Read(longName), "old");
-    EXPECT_TRUE(platform::ReplaceContents(longName.c_str(), InPieces("new"), &reason, [] { return true; }));
-    EXPECT_EQ(Read(longName), "new");
 }
 
 TEST_F(SafeSave, MakesANewFileOfThatName) {
