@@ -2,6 +2,8 @@
 
 #include "platform/document_encoding.h"
 
+#include "utf16_bytes.h"
+
 #include <gtest/gtest.h>
 
 #include <string>
@@ -11,14 +13,6 @@ namespace {
 std::string Declared(const std::string& head) { return FindEncoding(head).m_strDeclared; }
 
 bool IsContradictory(const std::string& head) { return FindEncoding(head).IsContradictory(); }
-
-std::string TwoBytesEach(const std::string& ascii, bool bBigEndian) {
-    std::string text;
-    for (const char character : ascii) {
-        text += bBigEndian ? std::string{'\0', character} : std::string{character, '\0'};
-    }
-    return text;
-}
 
 } // namespace
 
@@ -49,7 +43,7 @@ TEST(DocumentEncoding, IsLookedForInTheFirstKibibyte) {
 TEST(DocumentEncoding, OfUtf16ShowsInItsBytes) {
     for (const bool bBigEndian : {false, true}) {
         const EncodingForm form = bBigEndian ? EncodingForm::Utf16BigEndian : EncodingForm::Utf16LittleEndian;
-        const std::string text = TwoBytesEach("<?xml encoding='utf-16'?>", bBigEndian);
+        const std::string text = Utf16("<?xml encoding='utf-16'?>", bBigEndian);
         const DocumentEncoding plain = FindEncoding(text);
         EXPECT_EQ(plain.m_form, form);
         EXPECT_EQ(plain.m_nMarkBytes, 0u);
@@ -73,23 +67,23 @@ TEST(DocumentEncoding, ContradictsItselfWhereTheBytesShowAnotherOne) {
     for (const char* const name : {"UTF-16", "UTF16", "UCS-2", "ISO-10646-UCS-2"}) {
         EXPECT_TRUE(IsContradictory(declaring(name))) << name;
         EXPECT_TRUE(IsContradictory("\xEF\xBB\xBF" + declaring(name))) << name;
-        EXPECT_FALSE(IsContradictory("\xFF\xFE" + TwoBytesEach(declaring(name), false))) << name;
-        EXPECT_FALSE(IsContradictory("\xFE\xFF" + TwoBytesEach(declaring(name), true))) << name;
+        EXPECT_FALSE(IsContradictory("\xFF\xFE" + Utf16(declaring(name), false))) << name;
+        EXPECT_FALSE(IsContradictory("\xFE\xFF" + Utf16(declaring(name), true))) << name;
     }
     for (const char* const name : {"UTF-16LE", "UNICODE"}) {
         EXPECT_TRUE(IsContradictory(declaring(name))) << name;
-        EXPECT_FALSE(IsContradictory("\xFF\xFE" + TwoBytesEach(declaring(name), false))) << name;
-        EXPECT_TRUE(IsContradictory("\xFE\xFF" + TwoBytesEach(declaring(name), true))) << name;
+        EXPECT_FALSE(IsContradictory("\xFF\xFE" + Utf16(declaring(name), false))) << name;
+        EXPECT_TRUE(IsContradictory("\xFE\xFF" + Utf16(declaring(name), true))) << name;
     }
     for (const char* const name : {"UTF-16BE", "UNICODEFFFE"}) {
         EXPECT_TRUE(IsContradictory(declaring(name))) << name;
-        EXPECT_TRUE(IsContradictory("\xFF\xFE" + TwoBytesEach(declaring(name), false))) << name;
-        EXPECT_FALSE(IsContradictory("\xFE\xFF" + TwoBytesEach(declaring(name), true))) << name;
+        EXPECT_TRUE(IsContradictory("\xFF\xFE" + Utf16(declaring(name), false))) << name;
+        EXPECT_FALSE(IsContradictory("\xFE\xFF" + Utf16(declaring(name), true))) << name;
     }
     for (const char* const name : {"UTF-8", "UTF8"}) {
         EXPECT_FALSE(IsContradictory(declaring(name))) << name;
         EXPECT_FALSE(IsContradictory("\xEF\xBB\xBF" + declaring(name))) << name;
-        EXPECT_TRUE(IsContradictory("\xFF\xFE" + TwoBytesEach(declaring(name), false))) << name;
+        EXPECT_TRUE(IsContradictory("\xFF\xFE" + Utf16(declaring(name), false))) << name;
     }
     EXPECT_FALSE(IsContradictory(declaring("windows-1252")));
     EXPECT_TRUE(IsContradictory("\xEF\xBB\xBF" + declaring("windows-1252")));

@@ -5,6 +5,7 @@
 #include "engine_document.h"
 #include "platform/document_limits.h"
 #include "scratch_folder.h"
+#include "utf16_bytes.h"
 
 #include <gtest/gtest.h>
 
@@ -28,14 +29,6 @@ std::optional<std::string> Utf8Of(const std::string& bytes) {
         return {};
     }
     return std::string(source.Text());
-}
-
-std::string Utf16(const std::string& ascii, bool bBigEndian) {
-    std::string text;
-    for (const char character : ascii) {
-        text += bBigEndian ? std::string{'\0', character} : std::string{character, '\0'};
-    }
-    return text;
 }
 
 /// Why the document in those bytes is refused.
