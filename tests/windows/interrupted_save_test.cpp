@@ -27,8 +27,11 @@ public:
         startup.hStdOutput = hOutput;
         const std::wstring program = (InstallFolder() / "endless_saver.exe").wstring();
         PROCESS_INFORMATION process{};
-        const bool started = ::CreateProcessW(program.c_str(), nullptr, nullptr, nullptr, TRUE, 0, nullptr, nullptr,
-                                              &startup, &process) != FALSE;
+        bool started = false;
+        for (int attempts = 0; attempts < 3 && !started; ++attempts) { // Wine cannot always on a busy machine
+            started = ::CreateProcessW(program.c_str(), nullptr, nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup,
+                                       &process) != FALSE;
+        }
         const DWORD error = ::GetLastError();
         ::CloseHandle(hOutput);
         if (!started) {
