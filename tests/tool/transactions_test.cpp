@@ -367,6 +367,20 @@ TEST_F(Transactions, ThatAreEndedBeforeTheSaveLeaveTheUndoOfWhatWasBefore) {
     EXPECT_THAT(Output({"job", "list"}), Not(HasSubstr("One")));
 }
 
+TEST_F(Transactions, ThatAreEndedBeforeTheSaveArePassedByWhereTheirStatesCannotBeRemoved) {
+    Output({"job", "add", "1", "One"});
+    for (const char* const flush : {"4", "5"}) {
+        ::setenv("ENDED_AT_FLUSH", flush, 1);
+        RunWith(OVERTAKER_PATH, {"job", "add", "2", "Two"});
+        ::unsetenv("ENDED_AT_FLUSH");
+    }
+    ASSERT_GT(Run({"--json", "history"}).Json().size(), 1u);
+    ::setenv("NOTHING_REMOVED", "1", 1);
+    EXPECT_EQ(RunWith(OVERTAKER_PATH, {"undo"}).status, 0);
+    ::unsetenv("NOTHING_REMOVED");
+    EXPECT_THAT(Output({"job", "list"}), Not(HasSubstr("One")));
+}
+
 TEST_F(Transactions, AreUndoneAndDoneAgainInTheirOrderWhateverTheClockSays) {
     const char* const behind[] = {"0", "86400", "-86400", "4000000000", "3600"};
     std::vector<std::string> states{BytesOf(UserPath())};

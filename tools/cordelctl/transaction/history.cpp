@@ -225,12 +225,13 @@ void CHistory::ReplaceDocument(const std::filesystem::path& state, const platfor
 
 HistoryState CHistory::Undo(bool force) {
     auto states = States();
+    while (!states.empty() && states.back().after == platform::FileStamp() &&
+           states.back().before == StampOf(m_document)) {
+        Drop(states.back()); // its command was ended before it changed anything
+        states.pop_back();
+    }
     if (states.empty()) {
         throw CFailure(ExitCode::Missing, "there is nothing to undo");
-    }
-    if (states.back().after == platform::FileStamp() && states.back().before == StampOf(m_document)) {
-        Drop(states.back()); // its command was ended before it changed anything
-        return Undo(force);
     }
     HistoryState newest = states.back();
     if (!force && newest.after != StampOf(m_document)) {
