@@ -10,10 +10,9 @@ file(GLOB_RECURSE tidied_headers CONFIGURE_DEPENDS
 
 # clang-tidy for the sources of a target: again whenever one of them or any header has changed.
 #
-#   EACH        the analyser looks at each source by itself
-#   ALONE ...   sources that nothing looks at together with others, and those that this system does not compile
+#   ALONE ...   sources that are not looked at together with others, and those that this system does not compile
 function(tidy_sources target)
-    cmake_parse_arguments(PARSE_ARGV 1 tidy "EACH" "" "ALONE")
+    cmake_parse_arguments(PARSE_ARGV 1 tidy "" "" "ALONE")
     list(TRANSFORM tidy_ALONE PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/)
     if(CMAKE_CROSSCOMPILING)
         return()
@@ -41,33 +40,22 @@ function(tidy_sources target)
         math(EXPR number "${number} + 1")
         list(SUBLIST files 0 ${together} some)
         list(REMOVE_ITEM files ${some})
-        if(tidy_EACH)
-            add_tidy_command(${target}_${number} check ${some})
-            foreach(file IN LISTS some)
-                file(RELATIVE_PATH name ${PROJECT_SOURCE_DIR} ${file})
-                add_tidy_command(${name} analyse ${file})
-            endforeach()
-        else()
-            add_tidy_command(${target}_${number} all ${some})
-        endif()
+        add_tidy_command(${target}_${number} ${some})
     endwhile()
     foreach(file IN LISTS tidy_ALONE)
         get_filename_component(name ${file} NAME_WE)
-        add_tidy_command(${name} all ${file})
+        add_tidy_command(${name} ${file})
     endforeach()
 endfunction()
 
-function(add_tidy_command name what)
+function(add_tidy_command name)
     set(mark ${CMAKE_BINARY_DIR}/tidied/${name})
     set(tidy ${PROJECT_SOURCE_DIR}/scripts/tidy)
-    get_filename_component(folder ${mark} DIRECTORY)
-    file(MAKE_DIRECTORY ${folder})
     add_custom_command(OUTPUT ${mark}
-        COMMAND ${tidy} ${CMAKE_BINARY_DIR} ${mark} ${what} ${ARGN}
+        COMMAND ${tidy} ${CMAKE_BINARY_DIR} ${mark} ${ARGN}
         DEPENDS ${ARGN} ${tidied_headers} ${tidy} ${PROJECT_SOURCE_DIR}/.clang-tidy ${PROJECT_SOURCE_DIR}/tools/.clang-tidy
-        COMMENT "clang-tidy: ${what} ${name}"
+        COMMENT "clang-tidy: ${name}"
         VERBATIM)
-    string(REPLACE "/" "_" target tidied_${name})
-    add_custom_target(${target} DEPENDS ${mark})
-    add_dependencies(tidied ${target})
+    add_custom_target(tidied_${name} DEPENDS ${mark})
+    add_dependencies(tidied tidied_${name})
 endfunction()
