@@ -2,8 +2,9 @@
 
 #include "host_test.h"
 
+#include "file_bytes.h"
+
 #include <fstream>
-#include <iterator>
 #include <stdexcept>
 
 namespace fs = std::filesystem;
@@ -43,9 +44,8 @@ std::string Document(const std::string& containers) {
 }
 
 std::string ReadFile(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    EXPECT_TRUE(file.is_open()) << path;
-    return std::string(std::istreambuf_iterator<char>(file), {});
+    EXPECT_TRUE(fs::exists(path)) << path;
+    return ReadBytes(path);
 }
 
 void WriteFile(const fs::path& path, const std::string& bytes) {

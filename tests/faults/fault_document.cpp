@@ -59,17 +59,6 @@ std::string OldDocument(DocumentSize size) {
 
 } // namespace
 
-std::string ReadBytes(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary | std::ios::ate);
-    if (!file) {
-        return "(none)";
-    }
-    std::string bytes(static_cast<std::size_t>(file.tellg()), '\0');
-    file.seekg(0).read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    bytes.resize(static_cast<std::size_t>(file.gcount()));
-    return bytes;
-}
-
 bool Holds(const fs::path& path, const std::string& bytes) {
     std::ifstream file(path, std::ios::binary);
     std::array<char, 64 << 10> piece;
@@ -82,10 +71,6 @@ bool Holds(const fs::path& path, const std::string& bytes) {
         nHeld += read.size();
     }
     return file.eof() && nHeld == bytes.size();
-}
-
-void WriteBytes(const fs::path& path, const std::string& bytes) {
-    std::ofstream(path, std::ios::binary | std::ios::trunc) << bytes;
 }
 
 FaultTest::FaultTest(DocumentSize size)

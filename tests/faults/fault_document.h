@@ -3,6 +3,7 @@
 #pragma once
 
 #include "cordelbox.h"
+#include "file_bytes.h"
 #include "scratch_folder.h"
 
 #include <gtest/gtest.h>
@@ -11,11 +12,8 @@
 #include <set>
 #include <string>
 
-/// Bytes of a file; "(none)" when there is no such file.
-std::string ReadBytes(const std::filesystem::path& path);
 /// True when a file holds just these bytes; takes no memory for those of the file.
 bool Holds(const std::filesystem::path& path, const std::string& bytes);
-void WriteBytes(const std::filesystem::path& path, const std::string& bytes);
 
 /// How much text each of the document's forty elements holds.
 enum class DocumentSize : std::size_t {

@@ -1,6 +1,7 @@
 // Every call of a load to the system fails in turn, in every way. Whatever fails, either a document is open, whole, or
 // none is, and no lock is held; and the next load works.
 
+#include "file_bytes.h"
 #include "platform/semaphore.h"
 #include "scratch_folder.h"
 #include "store/document_pool.h"
@@ -99,8 +100,7 @@ protected:
         const fs::path file = m_folder.Path() / "contents";
         std::ofstream(file) << "";
         document.m_pDom->Save(file.c_str());
-        std::ifstream stream(file, std::ios::binary);
-        return std::string(std::istreambuf_iterator<char>(stream), {});
+        return ReadBytes(file);
     }
 
 private:

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "file_bytes.h"
+
 #include <filesystem>
 #include <random>
 #include <string>
@@ -17,9 +19,6 @@ std::string FaultOf(const std::string& bytes);
 
 /// Documents that are malformed, endless, deep, or not what they declare.
 std::string HostileDocument(std::mt19937& random);
-
-std::string ReadBytes(const std::filesystem::path& path);
-void WriteBytes(const std::filesystem::path& path, const std::string& bytes);
 
 inline std::size_t Below(std::mt19937& random, std::size_t limit) { return random() % limit; }
 inline bool OneIn(std::mt19937& random, unsigned count) { return random() % count == 0; }

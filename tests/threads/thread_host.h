@@ -3,6 +3,7 @@
 #pragma once
 
 #include "cordelbox.h"
+#include "file_bytes.h"
 #include "platform/semaphore.h"
 #include "saved_document.h"
 #include "scratch_folder.h"
@@ -12,7 +13,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <set>
 #include <string>
 #include <thread>
@@ -41,8 +41,7 @@ protected:
     /// The values of an attribute of all rows of a container in a per-user copy; a value that stands there twice is a
     /// failure.
     std::set<std::string> SavedValues(const std::string& name, const char* container, const char* attribute) const {
-        std::ifstream file(CopyPath(name), std::ios::binary);
-        const std::string bytes(std::istreambuf_iterator<char>(file), {});
+        const std::string bytes = ReadBytes(CopyPath(name));
         std::set<std::string> values;
         for (const Record& row : RecordsBelow(ReadSavedDocument(bytes), container)) {
             for (const auto& [itsName, value] : row) {

@@ -54,16 +54,6 @@ void CheckData(const std::vector<std::string>& arguments, const std::string& out
 
 } // namespace
 
-std::string ReadBytes(const std::filesystem::path& path) {
-    std::ifstream stream(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
-
-void WriteBytes(const std::filesystem::path& path, const std::string& bytes) {
-    std::filesystem::create_directories(path.parent_path());
-    std::ofstream(path, std::ios::binary) << bytes;
-}
-
 std::string ValueOf(const Record& record, const std::string& name) {
     for (const auto& [key, value] : record) {
         if (key == name) {

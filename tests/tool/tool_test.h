@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include "file_bytes.h"
 #include "saved_document.h"
 
 #include <gmock/gmock.h>
@@ -71,9 +72,6 @@ private:
     int RunProgram(const std::vector<std::string>& arguments, const std::filesystem::path& input,
                    const std::filesystem::path& output, const std::filesystem::path& errors) const;
 };
-
-std::string ReadBytes(const std::filesystem::path& path);
-void WriteBytes(const std::filesystem::path& path, const std::string& bytes);
 
 /// The value of an attribute of a record; fails the test when there is none.
 std::string ValueOf(const Record& record, const std::string& name);

@@ -18,15 +18,6 @@
 
 using ::testing::HasSubstr;
 
-namespace {
-
-std::string BytesOf(const std::filesystem::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(stream), {});
-}
-
-} // namespace
-
 class Transactions : public ToolTest {
 protected:
     void SetUp() override {
@@ -325,7 +316,7 @@ TEST_F(Transactions, WatchPrintsWhatOthersChange) {
 TEST_F(Transactions, OfTwoDocumentsThatIsEndedInTheMiddleIsToldOfAndCanBeTakenBack) {
     const auto folder = UserPath().parent_path();
     const std::filesystem::path documents[] = {UserPath(), folder / "Workshop.xml"};
-    const std::string before[] = {BytesOf(documents[0]), BytesOf(documents[1])};
+    const std::string before[] = {ReadBytes(documents[0]), ReadBytes(documents[1])};
     int halves = 0;
     int status = -1;
     for (int flush = 1; status != kDone; ++flush) {
@@ -336,7 +327,7 @@ TEST_F(Transactions, OfTwoDocumentsThatIsEndedInTheMiddleIsToldOfAndCanBeTakenBa
         ::setenv("ENDED_AT_FLUSH", std::to_string(flush).c_str(), 1);
         status = RunWith(OVERTAKER_PATH, {"batch"}, "job add 1 One\njob add 2 Two --printer Workshop\n").status;
         ::unsetenv("ENDED_AT_FLUSH");
-        const bool changed[] = {BytesOf(documents[0]) != before[0], BytesOf(documents[1]) != before[1]};
+        const bool changed[] = {ReadBytes(documents[0]) != before[0], ReadBytes(documents[1]) != before[1]};
         halves += changed[0] != changed[1] ? 1 : 0;
         const ToolRun undo = Run({"undo"});
         if (changed[0] != changed[1]) {
@@ -348,20 +339,20 @@ TEST_F(Transactions, OfTwoDocumentsThatIsEndedInTheMiddleIsToldOfAndCanBeTakenBa
         }
         EXPECT_EQ(undo.status, changed[0] ? kDone : kMissing) << undo.errors;
         EXPECT_EQ(Run({"undo", "--printer", "Workshop"}).status, changed[1] ? kDone : kMissing) << flush;
-        EXPECT_EQ(BytesOf(documents[0]), before[0]) << flush;
-        EXPECT_EQ(BytesOf(documents[1]), before[1]) << flush;
+        EXPECT_EQ(ReadBytes(documents[0]), before[0]) << flush;
+        EXPECT_EQ(ReadBytes(documents[1]), before[1]) << flush;
     }
     EXPECT_GT(halves, 0);
 }
 
 TEST_F(Transactions, ThatAreEndedBeforeTheSaveLeaveTheUndoOfWhatWasBefore) {
     Output({"job", "add", "1", "One"});
-    const std::string document = BytesOf(UserPath());
+    const std::string document = ReadBytes(UserPath());
     for (int flush = 1; flush <= 5; ++flush) {
         ::setenv("ENDED_AT_FLUSH", std::to_string(flush).c_str(), 1);
         RunWith(OVERTAKER_PATH, {"job", "add", "2", "Two"});
         ::unsetenv("ENDED_AT_FLUSH");
-        ASSERT_EQ(BytesOf(UserPath()), document) << flush;
+        ASSERT_EQ(ReadBytes(UserPath()), document) << flush;
     }
     Output({"undo"});
     EXPECT_THAT(Output({"job", "list"}), Not(HasSubstr("One")));
@@ -383,7 +374,7 @@ TEST_F(Transactions, ThatAreEndedBeforeTheSaveArePassedByWhereTheirStatesCannotB
 
 TEST_F(Transactions, AreUndoneAndDoneAgainInTheirOrderWhateverTheClockSays) {
     const char* const behind[] = {"0", "86400", "-86400", "4000000000", "3600"};
-    std::vector<std::string> states{BytesOf(UserPath())};
+    std::vector<std::string> states{ReadBytes(UserPath())};
     const auto run = [&](std::size_t clock, const std::vector<std::string>& command) {
         ::setenv("CLOCK_BEHIND", behind[clock], 1);
         const ToolRun done = RunWith(HURRIED_CLOCK_PATH, command);
@@ -393,30 +384,30 @@ TEST_F(Transactions, AreUndoneAndDoneAgainInTheirOrderWhateverTheClockSays) {
     };
     for (std::size_t i = 0; i < std::size(behind); ++i) {
         run(i, {"set", "Project", "Name", behind[i]});
-        states.push_back(BytesOf(UserPath()));
+        states.push_back(ReadBytes(UserPath()));
     }
     EXPECT_THAT(run(0, {"history"}), HasSubstr("    4  1900-")) << "before 1970";
     for (std::size_t i = std::size(behind); i-- > 0;) {
         run(i, {"undo"});
-        EXPECT_EQ(BytesOf(UserPath()), states[i]);
+        EXPECT_EQ(ReadBytes(UserPath()), states[i]);
     }
     for (std::size_t i = 0; i < std::size(behind); ++i) {
         run(i, {"redo"});
-        EXPECT_EQ(BytesOf(UserPath()), states[i + 1]);
+        EXPECT_EQ(ReadBytes(UserPath()), states[i + 1]);
     }
 }
 
 TEST_F(Transactions, ThatAreEndedRightAfterTheSaveAreUndoneOnRequest) {
-    const std::string document = BytesOf(UserPath());
+    const std::string document = ReadBytes(UserPath());
     ::setenv("ENDED_AT_FLUSH", "6", 1);
     RunWith(OVERTAKER_PATH, {"job", "add", "1", "One"});
     ::unsetenv("ENDED_AT_FLUSH");
-    ASSERT_NE(BytesOf(UserPath()), document);
+    ASSERT_NE(ReadBytes(UserPath()), document);
     const ToolRun undo = Run({"undo"});
     EXPECT_EQ(undo.status, kRefused);
     EXPECT_THAT(undo.errors, HasSubstr("was ended before it could note how it left the document"));
     Output({"undo", "--force"});
-    EXPECT_EQ(BytesOf(UserPath()), document);
+    EXPECT_EQ(ReadBytes(UserPath()), document);
 }
 
 TEST_F(Transactions, TakeNoNoteOfSomebodyElseForAReasonToTouchOtherFiles) {

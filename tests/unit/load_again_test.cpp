@@ -2,6 +2,7 @@
 // documents and edits that come near to them.
 
 #include "engine_document.h"
+#include "file_bytes.h"
 #include "nodes/node_writers.h"
 #include "platform/document_limits.h"
 #include "repeated.h"
@@ -13,7 +14,6 @@
 
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <random>
 #include <string>
 #include <vector>
@@ -47,10 +47,7 @@ protected:
         return ReadAttribute(&object, &query) == 0 ? query.FirstValue().c_str() : "(none)";
     }
 
-    bool OldCopyStays() {
-        std::ifstream stream(m_file);
-        return std::string(std::istreambuf_iterator<char>(stream), {}) == "<old/>";
-    }
+    bool OldCopyStays() { return ReadBytes(m_file) == "<old/>"; }
 
     const CScratchFolder m_folder;
     const fs::path m_file = m_folder.Path() / "document.xml";

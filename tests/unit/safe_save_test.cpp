@@ -1,5 +1,6 @@
 // Replacing a file in one step.
 
+#include "file_bytes.h"
 #include "safe_save.h"
 #include "temporary_file.h"
 #include "text_pieces.h"
@@ -11,18 +12,12 @@
 
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <set>
 #include <string>
 
 namespace fs = std::filesystem;
 
 namespace {
-
-std::string Read(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(file), {});
-}
 
 ino_t FileNumber(const fs::path& path) {
     struct stat status {};
@@ -58,12 +53,12 @@ protected:
 
 TEST_F(SafeSave, ReplacesTheContents) {
     EXPECT_TRUE(Replace("new contents"));
-    EXPECT_EQ(Read(m_file), "new contents");
+    EXPECT_EQ(ReadBytes(m_file), "new contents");
     EXPECT_TRUE(Replace(""));
-    EXPECT_EQ(Read(m_file), "");
+    EXPECT_EQ(ReadBytes(m_file), "");
     const std::string large(5 << 20, 'x');
     EXPECT_TRUE(Replace(large));
-    EXPECT_EQ(Read(m_file), large);
+    EXPECT_EQ(ReadBytes(m_file), large);
 }
 
 TEST_F(SafeSave, ReplacesAFileOfTheCurrentFolder) {
@@ -71,10 +66,10 @@ TEST_F(SafeSave, ReplacesAFileOfTheCurrentFolder) {
     fs::current_path(m_folder);
     fs::create_symlink("a.xml", "link.xml");
     EXPECT_TRUE(Replace("a.xml", "new"));
-    EXPECT_EQ(Read(m_file), "new");
+    EXPECT_EQ(ReadBytes(m_file), "new");
     EXPECT_TRUE(Replace("link.xml", "newer"));
     fs::current_path(before);
-    EXPECT_EQ(Read(m_file), "newer");
+    EXPECT_EQ(ReadBytes(m_file), "newer");
     EXPECT_TRUE(fs::is_symlink(m_folder / "link.xml"));
 }
 
@@ -89,19 +84,19 @@ TEST_F(SafeSave, TakesPiecesOfAnyLengthAndNone) {
         sink(long2);
         return true;
     }));
-    EXPECT_EQ(Read(m_file), long1 + "x" + long2);
+    EXPECT_EQ(ReadBytes(m_file), long1 + "x" + long2);
     EXPECT_TRUE(platform::ReplaceContents(m_file.c_str(), [](const platform::PieceSink&) { return true; }));
-    EXPECT_EQ(Read(m_file), "");
+    EXPECT_EQ(ReadBytes(m_file), "");
 }
 
 TEST_F(SafeSave, KeepsTheOldContentsWhenTheNewOnesShallNotBeWritten) {
-    const std::string old = Read(m_file);
+    const std::string old = ReadBytes(m_file);
     const auto refuse = [](const platform::PieceSink& sink) {
         sink("the beginning");
         return false;
     };
     EXPECT_FALSE(platform::ReplaceContents(m_file.c_str(), refuse));
-    EXPECT_EQ(Read(m_file), old);
+    EXPECT_EQ(ReadBytes(m_file), old);
     EXPECT_EQ(Names(), std::set<std::string>{"a.xml"});
 }
 
@@ -112,17 +107,17 @@ TEST_F(SafeSave, LooksOnceMoreImmediatelyBeforeItReplacesTheFile) {
     CReason reason;
     EXPECT_FALSE(platform::ReplaceContents(m_file.c_str(), InPieces("new"), &reason, [&] {
         for (const std::string& name : Names()) {
-            found = name != "a.xml" && name != "other" ? Read(m_folder / name) : found;
+            found = name != "a.xml" && name != "other" ? ReadBytes(m_folder / name) : found;
         }
         fs::rename(other, m_file);
         return false;
     }));
     EXPECT_EQ(found, "new"); // it was whole already
     EXPECT_EQ(reason.m_kind, ReasonKind::Overtaken);
-    EXPECT_EQ(Read(m_file), "another program's");
+    EXPECT_EQ(ReadBytes(m_file), "another program's");
     EXPECT_EQ(Names(), std::set<std::string>{"a.xml"});
     EXPECT_TRUE(platform::ReplaceContents(m_file.c_str(), InPieces("new"), &reason, [] { return true; }));
-    EXPECT_EQ(Read(m_file), "new");
+    EXPECT_EQ(ReadBytes(m_file), "new");
 }
 
 TEST_F(SafeSave, MakesANewFileOfThatName) {
@@ -188,7 +183,7 @@ TEST_F(SafeSave, RemovesTemporaryFilesThatWereLeftBehind) {
     std::ofstream(m_folder / ".cordelbox-0123456789abcdef.tmp") << "longer than what is saved now";
     std::ofstream(m_folder / ".cordelbox-fedcba9876543210.tmp") << "";
     EXPECT_TRUE(Replace("new"));
-    EXPECT_EQ(Read(m_file), "new");
+    EXPECT_EQ(ReadBytes(m_file), "new");
     EXPECT_EQ(Names(), std::set<std::string>{"a.xml"});
 }
 
@@ -240,7 +235,7 @@ TEST_F(SafeSave, TakesTheLongestNameWithATemporaryFile) {
     std::ofstream(file) << "old";
     const ino_t before = FileNumber(file);
     EXPECT_TRUE(Replace(file, "new"));
-    EXPECT_EQ(Read(file), "new");
+    EXPECT_EQ(ReadBytes(file), "new");
     EXPECT_NE(FileNumber(file), before);
 }
 
@@ -249,11 +244,11 @@ TEST_F(SafeSave, ReplacesTheTargetOfALink) {
     EXPECT_TRUE(Replace(m_folder / "link.xml", "new"));
     EXPECT_TRUE(fs::is_symlink(m_folder / "link.xml"));
     EXPECT_FALSE(fs::is_symlink(m_file));
-    EXPECT_EQ(Read(m_file), "new");
+    EXPECT_EQ(ReadBytes(m_file), "new");
 }
 
 TEST_F(SafeSave, LeavesAnotherNameOfTheFileWithTheOldContents) {
     fs::create_hard_link(m_file, m_folder / "b.xml");
     EXPECT_TRUE(Replace("new"));
-    EXPECT_EQ(Read(m_folder / "b.xml"), "old");
+    EXPECT_EQ(ReadBytes(m_folder / "b.xml"), "old");
 }
