@@ -67,7 +67,7 @@ void AppendUtf8(std::string& text, char32_t codePoint) {
     if (codePoint > 0x10FFFF || (codePoint >= 0xD800 && codePoint <= 0xDFFF)) {
         codePoint = kReplacementCharacter;
     }
-    const auto append = [&text](char32_t byte) { text += static_cast<char>(static_cast<unsigned char>(byte)); };
+    const auto append = [&text](char32_t unit) { text += static_cast<char>(static_cast<unsigned char>(unit)); };
     if (codePoint < 0x80) {
         append(codePoint);
         return;

@@ -139,8 +139,9 @@ target_compile_options(cordelbox_core PRIVATE -w -O1 -g0 -D_GLIBCXX_ASSERTIONS)
 
     def configure(self):
         environment = os.environ | ({"CMAKE_CXX_COMPILER_LAUNCHER": "ccache"} if shutil.which("ccache") else {})
-        subprocess.run(["cmake", "--preset", self.target.preset], cwd=self.tree, env=environment, check=True,
-                       stdout=subprocess.DEVNULL)
+        # Each source by itself, so that the compiler's database names it.
+        subprocess.run(["cmake", "--preset", self.target.preset, "-DCORDELBOX_LIBRARY_AT_ONCE=OFF"],
+                       cwd=self.tree, env=environment, check=True, stdout=subprocess.DEVNULL)
 
     # The places
 

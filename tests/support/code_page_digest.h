@@ -29,7 +29,7 @@ template <class UnitOf>
 std::uint64_t DigestOf(unsigned codePage, UnitOf unitOf) {
     std::uint64_t digest = 14695981039346656037u;
     const auto add = [&digest](std::uint64_t value) {
-        for (int byte = 0; byte < 2; ++byte, value >>= 8) {
+        for (int half = 0; half < 2; ++half, value >>= 8) {
             digest = (digest ^ (value & 0xFF)) * 1099511628211u;
         }
     };

@@ -8,8 +8,8 @@ class CodePage1252 : public CodePageTest<1252> {};
 
 TEST_F(CodePage1252, EveryByteAbove127SurvivesASaveAndALoad) {
     std::string bytes;
-    for (int byte = 0x80; byte <= 0xFF; ++byte) {
-        bytes += static_cast<char>(byte);
+    for (int character = 0x80; character <= 0xFF; ++character) {
+        bytes += static_cast<char>(character);
     }
     OpenMain("<List/>");
     WriteTestFileName("List", "1", bytes.c_str());

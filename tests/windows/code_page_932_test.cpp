@@ -30,8 +30,8 @@ TEST_F(CodePage932, DoubleByteTextSurvivesASaveAndALoad) {
 
 TEST_F(CodePage932, KatakanaOfOneByteSurviveASaveAndALoad) {
     std::string bytes;
-    for (int byte = 0xA1; byte <= 0xDF; ++byte) {
-        bytes += static_cast<char>(byte);
+    for (int character = 0xA1; character <= 0xDF; ++character) {
+        bytes += static_cast<char>(character);
     }
     OpenMain("<List/>");
     WriteTestFileName("List", "1", bytes.c_str());
