@@ -4,6 +4,15 @@
 
 add_custom_target(tested)
 
+# Some tests wait for most of their time. scripts/build starts more at once than there are processors, and no more compilers.
+include(ProcessorCount)
+ProcessorCount(processors)
+if(processors GREATER 0)
+    set_property(GLOBAL APPEND PROPERTY JOB_POOLS building=${processors})
+    set(CMAKE_JOB_POOL_COMPILE building)
+    set(CMAKE_JOB_POOL_LINK building)
+endif()
+
 # A test for ctest and for the target `tested`. NEEDS are targets and files that it uses besides its command. The log and
 # the mark that it passed lie in tested/NAME of the build.
 function(add_checked_test name)
