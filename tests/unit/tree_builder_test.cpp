@@ -125,6 +125,14 @@ TEST(TreeBuilder, KeepsTheDeclarationWhateverStandsBeforeIt) {
               "<!--<!DOCTYPE no>--><?pi <!DOCTYPE no>?><!DOCTYPE r  SYSTEM 'x.dtd' ><r/>");
 }
 
+TEST(TreeBuilder, KeepsADeclarationThatSpeaksOfAnotherOne) {
+    const std::string declaration = "<!DOCTYPE r [<!--<!DOCTYPE no>-->]><r/>";
+    for (const char* const before : {"", "<!--<!DOCTYPE no>-->", "<?pi <!DOCTYPE no>?>", "<?pi d?><!--<!DOCTYPE no>-->",
+                                     "<!--c--><?pi <!DOCTYPE no>?>"}) {
+        EXPECT_EQ(Tree(before + declaration), before + declaration);
+    }
+}
+
 TEST(TreeBuilder, MakesEveryLineEndOfTheDeclarationALineFeed) {
     EXPECT_EQ(Tree("<!DOCTYPE r\r\n[\r<!ENTITY e 'x'>\n\r]\r><r/>"), "<!DOCTYPE r\n[\n<!ENTITY e 'x'>\n\n]\n><r/>");
     EXPECT_EQ(Tree("<!DOCTYPE r\r><r/>"), "<!DOCTYPE r\n><r/>");
@@ -242,7 +250,8 @@ TEST(TreeBuilder, RefusesSuchAReferenceInAnEntityAndInADefault) {
 
 TEST(TreeBuilder, KeepsCarriageReturnsOfEntitiesWhereTheyCanBeWritten) {
     BuiltDocument document;
-    ASSERT_TRUE(Builds("<!DOCTYPE r [<!ENTITY e '<![CDATA[a&#13;b]]>c<![CDATA[&#13;]]><!--a&#13;b--><?p a&#13;b?>'>]>"
+    ASSERT_TRUE(Builds("<!DOCTYPE r [<!ENTITY e '<![CDATA[a&#13;b]]>c<![CDATA[&#13;]]><!--a&#13;b&#13;&#10;c--><?p "
+                       "a&#13;b&#13;&#10;c?>'>]>"
                        "<r>&e;</r>",
                        document));
     const pugi::xml_node text = document.m_tree.document_element().first_child();
@@ -252,8 +261,8 @@ TEST(TreeBuilder, KeepsCarriageReturnsOfEntitiesWhereTheyCanBeWritten) {
     const pugi::xml_node section = text.next_sibling().next_sibling();
     EXPECT_EQ(section.type(), pugi::node_cdata);
     EXPECT_STREQ(section.value(), "\n");
-    EXPECT_STREQ(section.next_sibling().value(), "a\nb");
-    EXPECT_STREQ(section.next_sibling().next_sibling().value(), "a\nb");
+    EXPECT_STREQ(section.next_sibling().value(), "a\nb\nc");
+    EXPECT_STREQ(section.next_sibling().next_sibling().value(), "a\nb\nc");
 }
 
 TEST(TreeBuilder, TakesPrefixesThatAreDeclared) {
@@ -407,6 +416,15 @@ TEST(TreeBuilder, RefusesExpansionInTheDeclarationThatASmallerDocumentCouldNotHa
     }
     EXPECT_FALSE(Builds(declaration + uses + "'>]><r>" + std::string(1 << 20, 'y') + "</r>"));
     EXPECT_TRUE(Builds(declaration + uses.substr(0, 300) + "'>]><r/>"));
+}
+
+TEST(TreeBuilder, RefusesExpansionInTheDeclarationBeyondTheThresholdHoweverLittleItMultiplies) {
+    const std::string large(std::size_t{1} << 20, 'x');
+    const auto withUses = [&](const std::string& uses) {
+        return "<!DOCTYPE r [<!ENTITY e '" + large + "'><!ATTLIST r a CDATA '" + uses + "'>]><r a=''/>";
+    };
+    EXPECT_TRUE(Builds(withUses("&e;&e;&e;&e;")));
+    EXPECT_FALSE(Builds(withUses("&e;&e;&e;&e;&e;&e;&e;&e;")));
 }
 
 TEST(TreeBuilder, TakesElementsUpToTheGreatestDepth) {

@@ -380,10 +380,8 @@ private:
         }
         builder.Handle([&] {
             builder.FlushText();
-            std::string comment(text); // with carriage returns when it stands in an entity
-            NormalizeLineEnds(comment);
             pugi::xml_node node = builder.m_current.append_child(pugi::node_comment);
-            Require(node.set_value(comment.c_str()));
+            Require(node.set_value(text));
             builder.NotePosition(node, builder.Here());
             builder.NotePrologEnd();
         });
@@ -397,9 +395,7 @@ private:
         builder.Handle([&] {
             builder.FlushText();
             pugi::xml_node instruction = builder.m_current.append_child(pugi::node_pi);
-            std::string content(data);
-            NormalizeLineEnds(content);
-            Require(instruction.set_name(target) && instruction.set_value(content.c_str()));
+            Require(instruction.set_name(target) && instruction.set_value(data));
             builder.NotePosition(instruction, builder.Here());
             builder.NotePrologEnd();
         });
