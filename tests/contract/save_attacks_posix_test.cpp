@@ -618,6 +618,21 @@ TEST_F(SaveAttacks, ASignalOfThatLimitThatWaitsAlreadyStillComes) {
     EXPECT_EQ(status, 0) << "signal " << (WIFSIGNALED(status) ? WTERMSIG(status) : 0);
 }
 
+TEST_F(SaveAttacks, ASaveLeavesTheThreadTheSignalsThatItTakes) {
+    sigset_t blocked;
+    sigset_t before;
+    sigset_t after;
+    sigemptyset(&blocked);
+    sigaddset(&blocked, SIGUSR1);
+    ASSERT_EQ(::pthread_sigmask(SIG_SETMASK, &blocked, &before), 0);
+    Change();
+    ASSERT_EQ(::pthread_sigmask(SIG_SETMASK, &before, &after), 0);
+    for (int signal = 1; signal < NSIG; ++signal) {
+        EXPECT_EQ(::sigismember(&after, signal) == 1, signal == SIGUSR1) << signal;
+    }
+    EXPECT_EQ(SavedItems("Info"), kAfter);
+}
+
 // Access rights.
 
 TEST_F(SaveAttacks, AnAccessControlListIsKept) {

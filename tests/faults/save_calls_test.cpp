@@ -200,6 +200,32 @@ TEST_F(SaveCalls, ThroughALinkFailingOneByOneLeaveAWholeDocument) {
     ExpectNextSaveToWork();
 }
 
+TEST_F(SaveCalls, ThatFailOnceForALinkFailTheSaveWithTheirError) {
+    const fs::path target = fs::path(CopyPath()).parent_path().parent_path() / "target.xml";
+    fs::rename(CopyPath(), target);
+    fs::create_symlink(target, CopyPath());
+    struct stat status {};
+    ASSERT_EQ(::stat(CopyPath().c_str(), &status), 0);
+    ASSERT_EQ(::lchown(CopyPath().c_str(), status.st_uid, status.st_gid), 0);
+    // The copy is opened twice: the first time it shows that it is a link.
+    for (const auto& nth : {std::pair("open", 2), std::pair("fstat", 1), std::pair("readlinkat", 1)}) {
+        const char* const name = nth.first;
+        int calls = 0;
+        COutcome outcome;
+        {
+            const CSystemCallWatch watch([&](std::size_t, const SystemCall& call) {
+                const bool bFails = IsFor(call, name) && call.path == CopyPath() && ++calls == nth.second;
+                return Fate{bFails ? EIO : 0};
+            });
+            outcome = m_pDocument->Save();
+        }
+        EXPECT_EQ(calls, nth.second) << name;
+        EXPECT_FALSE(outcome) << name;
+        EXPECT_EQ(outcome.m_reason.m_nError, static_cast<std::uint32_t>(EIO)) << name;
+        EXPECT_EQ(ReadBytes(target), m_strOld);
+    }
+}
+
 TEST_F(SaveCalls, ThatFailAreNamedInTheReasonWithTheirError) {
     const std::size_t count = CallsOfASave(std::size_t(-1)).size();
     std::set<std::string> named;
@@ -343,6 +369,7 @@ TEST_F(SaveCalls, ThatFindTheirTemporaryFileTakenForALeftoverMakeAnother) {
             if (IsFor(call, "fcntl") && IsTemporary(call.path) && ++locks == 1) {
                 if (bRemovedAlready) {
                     fs::remove(call.path);
+                    errno = EIO; // as whatever went before may leave it
                 } else {
                     finder = ::open(call.path.c_str(), O_RDONLY | O_CLOEXEC);
                     struct flock lock = {};

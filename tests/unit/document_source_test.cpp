@@ -224,6 +224,10 @@ TEST(DocumentSource, ConvertsToTheLargestSizeAndNotAByteBeyond) {
     CReason reason;
     EXPECT_FALSE(CDocumentSource().Open(file.Path(), &reason));
     EXPECT_EQ(reason.m_kind, ReasonKind::TooLarge);
+    // Half a character behind the largest text is what is wrong then.
+    ASSERT_EQ(::pwrite(file.Descriptor(), "\x00\xD8", 2, static_cast<off_t>(bytes.size())), 2);
+    EXPECT_FALSE(CDocumentSource().Open(file.Path(), &reason));
+    EXPECT_EQ(reason.m_kind, ReasonKind::Encoding);
 }
 
 TEST(DocumentSource, HoldsWhatItReadWhateverBecomesOfTheFile) {

@@ -4,6 +4,7 @@
 #include "engine_document.h"
 #include "file_bytes.h"
 #include "nodes/node_writers.h"
+#include "nodes/row_access.h"
 #include "platform/document_limits.h"
 #include "repeated.h"
 #include "scratch_folder.h"
@@ -130,6 +131,15 @@ TEST_F(LoadAgain, BlanksThatAReaderCutsFromTokensAreRefused) {
     }
 }
 
+TEST_F(LoadAgain, BlanksThatAReaderCutsAreRefusedInAnAttributeThatARowGains) {
+    CEngineDocument document("<!DOCTYPE r [<!ATTLIST i a NMTOKENS #IMPLIED>]><r><List><i/></List></r>");
+    EXPECT_FALSE(AddCell(&document.Object(), "List", 0, "a", " x"));
+    EXPECT_EQ(document.Text("List"), "<List><i/></List>");
+    EXPECT_TRUE(AddCell(&document.Object(), "List", 0, "a", "x y"));
+    EXPECT_FALSE(Save(document));
+    EXPECT_EQ(SavedText("List", "a"), "x y");
+}
+
 TEST_F(LoadAgain, BlanksOfOtherAttributesStay) {
     CEngineDocument document("<!DOCTYPE r [<!ATTLIST i a CDATA #IMPLIED b NMTOKENS #IMPLIED>"
                              "<!ATTLIST i a NMTOKENS #IMPLIED>]><r><List><i a='' c=''/></List></r>");
@@ -220,6 +230,13 @@ TEST_F(LoadAgain, DefaultsThatWouldBreakANewItemKeepItOut) {
     EXPECT_EQ(AppendWith("List", "b", "2"), 0);
     EXPECT_EQ(AppendWith("List", "b", "3"), 1) << "three defaults are more than a load takes";
     EXPECT_FALSE(Save(large));
+    EXPECT_EQ(SavedText("List", "b"), "1");
+}
+
+TEST_F(LoadAgain, AnAttributeThatIsDeclaredWithoutADefaultKeepsNoItemOut) {
+    CEngineDocument document("<!DOCTYPE r [<!ATTLIST Item xmlns:p CDATA #IMPLIED p:a CDATA #IMPLIED>]><r><List/></r>");
+    EXPECT_EQ(AppendWith("List", "b", "1"), 0);
+    EXPECT_FALSE(Save(document));
     EXPECT_EQ(SavedText("List", "b"), "1");
 }
 

@@ -11,6 +11,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fstream>
 #include <numeric>
 
@@ -294,6 +295,31 @@ TEST(Positions, AreNotKnownUnlessTheyWereAskedForNorOfWhatWasAdded) {
     rows.clear();
     ASSERT_TRUE(ListRows(&document, "L", rows));
     EXPECT_EQ(At(rows[0].m_position), "0:0");
+}
+
+TEST(Positions, OfWhatWasRemovedAreNotThoseOfWhatIsAddedInItsPlace) {
+    // Enough for memory to be used again, whichever node of a removed row lay there.
+    constexpr RowNumber kRows = 3000;
+    std::string xml = "<r><L>";
+    for (RowNumber row = 0; row < kRows; ++row) {
+        xml += "<Item a=\"1\"><Item><Item><Item/></Item></Item></Item>";
+    }
+    const CMemoryFile file(xml + "</L></r>");
+    CXmlObject document;
+    ASSERT_EQ(document.OpenFile(file.Path(), nullptr, DomPositions::Noted), 0);
+    std::vector<RowNumber> all(kRows);
+    std::iota(all.begin(), all.end(), 0u);
+    ASSERT_TRUE(RemoveRows(&document, "L", all));
+    const NamedValue values[] = {{"a", "1"}};
+    for (RowNumber row = 0; row < 4 * kRows; ++row) {
+        ASSERT_TRUE(AppendRow(&document, "L", values));
+    }
+    std::vector<RowValues> rows;
+    ASSERT_TRUE(ListRows(&document, "L", rows));
+    const auto isKnown = [](const RowValues& row) {
+        return row.m_position.line != 0 || row.m_cells[0].m_position.line != 0;
+    };
+    EXPECT_EQ(std::count_if(rows.begin(), rows.end(), isKnown), 0);
 }
 
 TEST(Reasons, OfAMalformedDocumentSayWhere) {
