@@ -417,14 +417,39 @@ TEST(EngineMemory, DoesNotGrowWithTheAttributesThatAHostFiltersOn) {
     std::optional<CEngineDocument> document;
     document.emplace("<r><L><i" + attributes + "/></L></r>");
     CLibraryMemory::Reset();
-    std::size_t kept = 0; // by the indexes over the first attributes
+    constexpr int kIndexes = 32; // as many as are kept
+    std::size_t kept = 0;
     for (int number = 0; number < 200; ++number) {
         CRequest query = CRequest("L", "A0").With(("A" + std::to_string(number)).c_str(), "1");
         const CLibraryMemory memory;
         ASSERT_EQ(ReadAttribute(&document->Object(), &query), 0);
-        kept = number < 100 ? std::max(kept, CLibraryMemory::Outstanding()) : kept;
+        const std::size_t held = CLibraryMemory::Outstanding();
+        EXPECT_EQ(held > kept, number < kIndexes) << number;
+        EXPECT_GE(held, kept) << number;
+        kept = held;
     }
-    EXPECT_LE(CLibraryMemory::Outstanding(), kept);
+    document.reset();
+}
+
+TEST(EngineMemory, HoldsOneIndexForAllTheAttributesThatEveryRowHas) {
+    std::optional<CEngineDocument> document;
+    document.emplace("<r><L><i A='1' B='1' C='1'/><i A='2' B='2' C='2'/></L></r>");
+    CLibraryMemory::Reset();
+    const auto heldAfterReading = [&](const char* name) {
+        CRequest query = CRequest("L", name).With("A", "1");
+        const CLibraryMemory memory;
+        EXPECT_EQ(ReadAttribute(&document->Object(), &query), 0) << name;
+        return CLibraryMemory::Outstanding();
+    };
+    const std::size_t held = heldAfterReading("A");
+    EXPECT_EQ(heldAfterReading("B"), held);
+    EXPECT_EQ(heldAfterReading("C"), held);
+    for (const RowNumber row : {0u, 1u}) {
+        const CLibraryMemory memory;
+        ASSERT_TRUE(AddCell(&document->Object(), "L", row, "D", "1"));
+    }
+    const std::size_t heldWithMore = heldAfterReading("A");
+    EXPECT_EQ(heldAfterReading("D"), heldWithMore);
     document.reset();
 }
 

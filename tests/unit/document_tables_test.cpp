@@ -391,6 +391,43 @@ TEST(Tables, ForgetWhichRowsCarriedANameWhenTheContainerWasEmptied) {
     EXPECT_EQ(Find(document, "L", "x"), "3");
 }
 
+TEST(Tables, TakeNoNameOfTheFirstNewRowForARepeatedOneWhenTheContainerWasEmptied) {
+    CEngineDocument document("<r><L>" + Row("1", "x") + "</L></r>");
+    ASSERT_EQ(First(document, "L"), "1");
+    const CRequest clear("L", "");
+    ASSERT_EQ(RemoveItems(State().currentDocument, &clear), 0);
+    Append("L", "2", "x");
+    EXPECT_FALSE(document.Tables().FindTable("L")->HasRepeatedNames(0));
+}
+
+TEST(Tables, ForgetTheTextsOfNamesWhenTheContainerWasEmptied) {
+    // Each name stands in a row of its own, and is compared with that of the row before: the second time with what the
+    // name before it was the first time.
+    constexpr int kNames = 40;
+    CEngineDocument document("<r><L/></r>");
+    for (const int shift : {0, kNames - 1}) {
+        for (int number = 0; number < kNames; ++number) {
+            const std::string name = "N" + std::to_string(10 + (number + shift) % kNames);
+            const CRequest item = CRequest("L", "").With(name.c_str(), name.c_str());
+            ASSERT_EQ(WriteItem(State().currentDocument, &item), 0);
+        }
+        for (int number = 0; number < kNames; ++number) {
+            const std::string name = "N" + std::to_string(10 + number);
+            CRequest query = CRequest("L", name.c_str()).With(name.c_str(), name.c_str());
+            ASSERT_EQ(ReadAttribute(&document.Object(), &query), 0) << name << ", shift " << shift;
+        }
+        const CRequest clear("L", "");
+        ASSERT_EQ(RemoveItems(State().currentDocument, &clear), 0);
+    }
+}
+
+TEST(Tables, KnowWhetherEveryRowHasANameWhenOneIsGone) {
+    CEngineDocument document("<r><L><i B=\"x\"/><i A=\"2\" B=\"x\"/></L></r>");
+    ASSERT_EQ(Find(document, "L", "x"), "2");
+    Remove("L", "2");
+    EXPECT_EQ(Find(document, "L", "x"), "-") << "the row that is left has no A";
+}
+
 TEST(Tables, KnowTheFirstChildWithoutAttributes) {
     CEngineDocument document("<r><L><i/><i/><!--c-->text</L></r>");
     EXPECT_EQ(document.Tables().FindTable("L")->FirstBareRow(), 2u);

@@ -122,6 +122,13 @@ TEST(TheFilter, TakesAnyOfTwoPairsOfOneName) {
     EXPECT_EQ(ReadAttribute(&document.Object(), &both), 1) << "two attributes equal a pair, three are asked for";
 }
 
+TEST(TheFilter, TakesTwoPairsOfOneNameForTwoAttributesOfThatName) {
+    CEngineDocument document("<r xmlns:m=\"1\" xmlns:n=\"2\"><List><i n:A=\"1\" m:A=\"2\" C=\"both\"/></List></r>");
+    CRequest query = CRequest("List", "C").With("A", "1").With("A", "2");
+    EXPECT_EQ(ReadAttribute(&document.Object(), &query), 0);
+    EXPECT_EQ(PairsOf(query), (TextPairs{{"C", "both"}}));
+}
+
 TEST(TheFilter, MayNameTheAttributeThatIsRead) {
     CEngineDocument document(kTwoRows);
     CRequest query = CRequest("List", "B").With("B", "3");
