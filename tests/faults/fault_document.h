@@ -18,7 +18,7 @@ bool Holds(const std::filesystem::path& path, const std::string& bytes);
 /// How much text each of the document's forty elements holds.
 enum class DocumentSize : std::size_t {
     Everyday = 20,    // a save writes it at once
-    Large = 64 << 10, // a save writes it in three pieces
+    Large = 52 << 10, // a save writes it in three pieces
 };
 
 class FaultTest : public ::testing::Test {

@@ -31,7 +31,7 @@ constexpr const char* kLoadedName = "Cordelbox\\xml\\Loads.xml";
 std::string LargeDocument(const std::string& encoding, const std::string& text) {
     std::string xml =
         "<?xml version=\"1.0\" encoding=\"" + encoding + "\"?><!DOCTYPE r [<!ENTITY e 'entity'>]><r><Files>";
-    for (int row = 0; row < 12000; ++row) {
+    for (int row = 0; row < 8000; ++row) {
         xml += "<Item FileID=\"" + std::to_string(row) + "\" Name=\"" + text + "\"/>";
     }
     return xml + "</Files></r>";

@@ -200,8 +200,8 @@ RefNode Element(const std::string& name, std::vector<RefAttribute> attributes, s
 /// Names and texts for each of which the tree needs memory of its own, where shorter ones share a page: every
 /// allocation inside the DOM can be refused.
 Case CaseOfLongTexts() {
-    const std::string longName(40000, 'n');
-    const std::string longText(40000, 't');
+    const std::string longName(33000, 'n');
+    const std::string longText(33000, 't');
     const RefNode row = Element("ElementWithANameOfSomeLength", {{"ID", "1"}, {"Name", "before"}}, {Element("i", {})});
     Case wanted;
     wanted.document = Element("Doc", {}, {Element("List", {}, {row, row}), Element("Last", {})});
@@ -279,7 +279,7 @@ TEST(EngineMemory, FailingInARequestAddsNothingToIt) {
 }
 
 TEST(EngineMemory, FailingIsTheReasonThatAnOperationGives) {
-    const std::string longText(40000, 't');
+    const std::string longText(33000, 't');
     const CRequest item = CRequest("List", "").With("Name", longText.c_str());
     const CRequest value("List", "Name", longText.c_str());
     const auto write = [&](CEngineDocument& document, COutcome& outcome) {
