@@ -32,6 +32,12 @@ def listed(text):
     return entries, equivalent, complaints
 
 
+def equivalents(mutants, path):
+    """Those that the page lists as equivalent."""
+    _, same, _ = listed(path.read_text(encoding="utf-8"))
+    return {mutant for mutant in mutants if (mutant.path, mutant.code, mutant.place.what) in same}
+
+
 def compare(verdicts, path, whole):
     """What the page lacks and, of a run of all mutants, what it has too much; and the mutants that are equivalent."""
     entries, same, complaints = listed(path.read_text(encoding="utf-8") if path.exists() else "")

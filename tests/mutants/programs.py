@@ -18,7 +18,8 @@ HERE = pathlib.Path(__file__).resolve().parent
 PATIENCE = 10.0
 MOST = 3.0
 FACTOR = 8.0
-# All mutants are tried with few tests each first, then what is left with the other fast ones, then with the slow ones.
+# All mutants are tried with few tests each first, then what is left with the other fast ones, then, but for those that
+# are known to survive, with the slow ones.
 FEW_SECONDS = 0.25     # of the processor, of the few
 NEAREST = 4            # among the few, those that reach the fewest mutants, whatever they cost up to
 NEAR_SECONDS = 1.5
@@ -45,7 +46,7 @@ class Reach:
 @dataclasses.dataclass(frozen=True)
 class Verdict:
     caught: bool
-    by: str  # the test that failed; for a survivor, how many were tried
+    by: str  # the test that failed; for a survivor, how many reach it
 
 
 class Worker:
@@ -268,18 +269,24 @@ class Programs:
                             if test.name == name and not answer["hung"]:
                                 self.killers[mutant.path][test] += 1
                     return Verdict(True, name + (" does not end" if answer["hung"] else ""))
-        tried = len(self.by_number[mutant.number])
-        return Verdict(False, f"{tried} tests" if tried else "no test reaches it")
+        return self._survival(mutant)
 
-    def judge(self, mutants, report):
-        """Calls report(mutant, verdict) for each mutant."""
+    def _survival(self, mutant):
+        reaching = len(self.by_number[mutant.number])
+        return Verdict(False, f"{reaching} tests reach it" if reaching else "no test reaches it")
+
+    def judge(self, mutants, listed, report):
+        """Calls report(mutant, verdict) for each mutant. Those that are listed are not tried with the slow tests."""
         left = list(mutants)
         passes = [(code_page, speed) for speed in range(3) for code_page in self.code_pages]
         for number, (code_page, speed) in enumerate(passes, 1):
             survivors = []
 
             def judge(worker, mutant):
-                verdict = self._judge(worker, mutant, speed)
+                if speed == 2 and mutant in listed:
+                    verdict = self._survival(mutant)
+                else:
+                    verdict = self._judge(worker, mutant, speed)
                 with self.lock:
                     if verdict.caught or number == len(passes):
                         report(mutant, verdict)
