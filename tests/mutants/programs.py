@@ -18,8 +18,8 @@ HERE = pathlib.Path(__file__).resolve().parent
 PATIENCE = 10.0
 MOST = 3.0
 FACTOR = 8.0
-# All mutants are tried with few tests each first, then what is left with the other fast ones, then, but for those that
-# are known to survive, with the slow ones.
+# All mutants are tried with few tests each first; then what is left, but for those that are known to survive, with the
+# other fast ones, then with the slow ones.
 FEW_SECONDS = 0.25     # of the processor, of the few
 NEAREST = 4            # among the few, those that reach the fewest mutants, whatever they cost up to
 NEAR_SECONDS = 1.5
@@ -276,14 +276,14 @@ class Programs:
         return Verdict(False, f"{reaching} tests reach it" if reaching else "no test reaches it")
 
     def judge(self, mutants, listed, report):
-        """Calls report(mutant, verdict) for each mutant. Those that are listed are not tried with the slow tests."""
+        """Calls report(mutant, verdict) for each mutant. Those that are listed are tried with few tests only."""
         left = list(mutants)
         passes = [(code_page, speed) for speed in range(3) for code_page in self.code_pages]
         for number, (code_page, speed) in enumerate(passes, 1):
             survivors = []
 
             def judge(worker, mutant):
-                if speed == 2 and mutant in listed:
+                if speed > 0 and mutant in listed:
                     verdict = self._survival(mutant)
                 else:
                     verdict = self._judge(worker, mutant, speed)
