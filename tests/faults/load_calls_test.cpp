@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -18,6 +19,7 @@
 #include <fstream>
 #include <iterator>
 #include <map>
+#include <utility>
 
 namespace fs = std::filesystem;
 
@@ -209,6 +211,15 @@ TEST_P(LoadCalls, ThatFailAreNamedInTheReasonWithTheirError) {
         EXPECT_STREQ(reason.m_pCall, name);
         EXPECT_EQ(reason.m_nError, static_cast<std::uint32_t>(EIO));
     }
+    for (const int failing : {1, 2, 3}) { // for the rights, and on each side of the reading
+        int looks = 0;
+        const CReason reason = reasonWhere([&](std::size_t, const SystemCall& call) {
+            looks += call.name == "fstat" && IsOfCopy(call) ? 1 : 0;
+            return Fate{call.name == "fstat" && IsOfCopy(call) && looks == failing ? EIO : 0};
+        });
+        EXPECT_EQ(reason.m_kind, ReasonKind::CallFailed) << failing;
+        EXPECT_STREQ(reason.m_pCall, "fstat") << failing;
+    }
     for (const std::size_t nAtMost : {std::size_t(-1), std::size_t{0}}) {
         bool bRead = false;
         const CReason afterwards = reasonWhere([&](std::size_t, const SystemCall& call) {
@@ -244,6 +255,25 @@ TEST_P(LoadCalls, ThatReadLessThanWasAskedForReadOn) {
     for (const std::size_t nAtMost : {std::size_t{997}, std::size_t{100000}}) {
         EXPECT_TRUE(LoadsWholeOrNotAtAll([&](std::size_t, const SystemCall&) { return Fate{0, false, nAtMost}; }));
     }
+}
+
+TEST_P(LoadCalls, ThatFindTheFileRewrittenMeanwhileAtTheSameLengthReadItAgain) {
+    const std::string rewritten = LargeDocument(GetParam(), "COPIED");
+    bool bRead = false;
+    bool bRewritten = false;
+    CXmlObject document;
+    {
+        CSystemCallWatch watch([&](std::size_t, const SystemCall& call) {
+            bRead = bRead || call.name == "pread";
+            if (bRead && call.name == "fstat" && !std::exchange(bRewritten, true)) {
+                WriteBytes(m_copy, rewritten);
+                fs::last_write_time(m_copy, fs::file_time_type::clock::now() + std::chrono::hours(1));
+            }
+            return Fate{};
+        });
+        EXPECT_EQ(document.Open(kLoadedName), 0);
+    }
+    EXPECT_NE(Contents(document).find("COPIED"), std::string::npos);
 }
 
 TEST_P(LoadCalls, ThatFindTheFileCutOffMeanwhileReadAgainAndThenLeaveNoDocument) {

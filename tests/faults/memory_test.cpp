@@ -380,6 +380,32 @@ TEST(EngineMemory, FailingWhereRowsAreLookedForGivesTheSameRowsOrSaysSo) {
     EXPECT_GT(found, 0) << "without an index, by looking at every row";
 }
 
+TEST(EngineMemory, FailingWhereARowOfRepeatedNamesIsTakenOutFindsItNoMore) {
+    const AnsiString list("L");
+    const RowNumber first[] = {0};
+    int failures = 0;
+    for (std::size_t allocation = 1;; ++allocation) {
+        CEngineDocument document("<r xmlns:p='u'><L><i a='1' p:a='2'/><i a='3'/></L></r>");
+        std::vector<RowNumber> rows;
+        ASSERT_TRUE(FindRows(&document.Object(), list, "a", "2", rows)); // with an index
+        COutcome outcome;
+        CLibraryMemory::Reset();
+        {
+            const CLibraryMemory memory(allocation);
+            outcome = RemoveRows(&document.Object(), list, first);
+        }
+        const bool bFailed = CLibraryMemory::HasFailed();
+        failures += bFailed ? 1 : 0;
+        rows.clear();
+        FindRows(&document.Object(), list, "a", "2", rows);
+        EXPECT_EQ(rows, outcome ? std::vector<RowNumber>() : std::vector<RowNumber>{0}) << allocation;
+        if (!bFailed) {
+            break;
+        }
+    }
+    EXPECT_GT(failures, 0);
+}
+
 TEST(EngineMemory, FailingWhereAnAttributeIsAddedLeavesWhatTheTreeHas) {
     const AnsiString list("L");
     const AnsiString name("ANameThatIsLongerThanTheOthers");

@@ -484,11 +484,13 @@ TEST_F(SaveCalls, OpenNothingThatCanBeNoLeftover) {
 TEST_F(SaveCalls, ThatCannotLookAtTheirTemporaryFileFailTheSaveAndRemoveItOnce) {
     for (const char* const name : {"fcntl", "fstat"}) {
         int removals = 0;
+        int looks = 0;
         COutcome outcome;
         {
             const CSystemCallWatch watch([&](std::size_t, const SystemCall& call) {
                 removals += call.name == "unlinkat" ? 1 : 0;
-                return Fate{call.name == name && IsTemporary(call.path) ? EIO : 0};
+                looks += call.name == name && IsTemporary(call.path) ? 1 : 0;
+                return Fate{call.name == name && IsTemporary(call.path) && looks == 1 ? EIO : 0};
             });
             outcome = m_pDocument->Save();
         }

@@ -8,6 +8,7 @@
 #include "text_pieces.h"
 
 #include <signal.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -162,6 +163,45 @@ TEST_P(SaveInPlace, FailsWhereAnyOfItsCallsFailsAndWorksTheNextTime) {
         EXPECT_EQ(ReadBytes(CopyPath()), m_strNew);
     }
     EXPECT_GE(failures, 6) << "opening, locking, looking, reserving, writing, cutting off, flushing";
+}
+
+TEST_P(SaveInPlace, IsNotDoneWhereTheFileCannotBeLookedAt) {
+    int looks = 0;
+    const std::vector<SystemCall> calls = CallsInPlace();
+    for (std::size_t failing = 0; failing < calls.size(); ++failing) {
+        if (calls[failing].name != "fstat" || calls[failing].path != CopyPath()) {
+            continue;
+        }
+        RestoreCopy();
+        std::size_t number = 0;
+        EXPECT_EQ(SaveWithoutNewFile(
+                      EACCES, [&](std::size_t, const SystemCall&) { return Fate{number++ == failing ? EIO : 0}; }),
+                  1)
+            << failing;
+        EXPECT_EQ(ReadBytes(CopyPath()), m_strOld);
+        ++looks;
+    }
+    EXPECT_GE(looks, 2) << "at its names, and at its rights";
+}
+
+TEST_P(SaveInPlace, IsDoneUpToTheLimitOnFileSizesAndNotAByteBeyond) {
+    rlimit before{};
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &before), 0);
+    for (const int lacking : {0, 1}) {
+        RestoreCopy();
+        const rlimit limit{m_strNew.size() - static_cast<std::size_t>(lacking), before.rlim_max};
+        ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
+        COutcome outcome;
+        {
+            const CSystemCallWatch watch(
+                [](std::size_t, const SystemCall& call) { return Fate{call.bCreates ? EACCES : 0}; });
+            outcome = m_pDocument->Save();
+        }
+        ::setrlimit(RLIMIT_FSIZE, &before);
+        EXPECT_EQ(static_cast<bool>(outcome), lacking == 0);
+        EXPECT_EQ(outcome.m_reason.m_nError, static_cast<std::uint32_t>(lacking == 0 ? 0 : EFBIG));
+        EXPECT_TRUE(Holds(CopyPath(), lacking == 0 ? m_strNew : m_strOld));
+    }
 }
 
 TEST_P(SaveInPlace, WaitsASecondForALockAndNotForAnythingElse) {

@@ -15,6 +15,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <random>
 #include <string>
 #include <vector>
@@ -196,6 +197,29 @@ TEST_F(LoadAgain, AnItemIsInNoNamespaceWhereADefaultOneIsDeclared) {
     const CRequest all("List", "");
     EXPECT_EQ(RemoveItems(&document.Object(), &all), 0);
     EXPECT_FALSE(Save(document));
+}
+
+TEST_F(LoadAgain, ItemsThatAreGoneSayNothingWhereADefaultNamespaceIsDeclared) {
+    const std::string text(1000, 't');
+    CEngineDocument document("<r xmlns='u'><List/><Other/></r>");
+    for (int row = 0; row < 200; ++row) {
+        ASSERT_EQ(AppendWith("List", "a", (text + std::to_string(row)).c_str()), 0);
+    }
+    const CRequest all("List", "");
+    ASSERT_EQ(RemoveItems(&document.Object(), &all), 0);
+    for (int row = 0; row < 200; ++row) { // in the same memory
+        ASSERT_EQ(AppendWith("Other", "xmlns", ("own" + std::to_string(row)).c_str()), 0);
+    }
+    EXPECT_FALSE(Save(document));
+    pugi::xml_document saved;
+    ASSERT_TRUE(saved.load_file(m_file.c_str()));
+    EXPECT_TRUE(saved.document_element().child("List").first_child().empty());
+    int row = 0;
+    for (const pugi::xml_node item : saved.document_element().child("Other").children()) {
+        EXPECT_EQ(std::distance(item.attributes_begin(), item.attributes_end()), 1);
+        EXPECT_EQ(item.attribute("xmlns").value(), "own" + std::to_string(row++));
+    }
+    EXPECT_EQ(row, 200);
 }
 
 TEST_F(LoadAgain, ADeclarationHoldsWithinItsElementOnlyWhenAnotherIsChanged) {

@@ -2,6 +2,7 @@
 
 #include "file_bytes.h"
 #include "safe_save.h"
+#include "size_signal.h"
 #include "temporary_file.h"
 #include "text_pieces.h"
 
@@ -10,8 +11,13 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <array>
+#include <csignal>
+#include <cstddef>
 #include <filesystem>
 #include <fstream>
+#include <memory>
+#include <new>
 #include <set>
 #include <string>
 
@@ -251,4 +257,17 @@ TEST_F(SafeSave, LeavesAnotherNameOfTheFileWithTheOldContents) {
     fs::create_hard_link(m_file, m_folder / "b.xml");
     EXPECT_TRUE(Replace("new"));
     EXPECT_EQ(ReadBytes(m_folder / "b.xml"), "old");
+}
+
+TEST(SizeSignal, IsTheOnlyOneThatIsHeldBack) {
+    alignas(platform::CNoSizeSignal) std::array<std::byte, sizeof(platform::CNoSizeSignal)> memory;
+    memory.fill(std::byte{0xFF}); // as the stack may be
+    auto* const held = new (memory.data()) platform::CNoSizeSignal();
+    sigset_t blocked;
+    pthread_sigmask(SIG_BLOCK, nullptr, &blocked);
+    std::destroy_at(held);
+    EXPECT_EQ(sigismember(&blocked, SIGXFSZ), 1);
+    for (const int signal : {SIGHUP, SIGINT, SIGTERM, SIGCHLD, SIGUSR1}) {
+        EXPECT_EQ(sigismember(&blocked, signal), 0) << signal;
+    }
 }
