@@ -10,6 +10,9 @@
 
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
+#include <sys/stat.h>
+
 #include <cerrno>
 #include <chrono>
 #include <cstdio>
@@ -17,8 +20,10 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <iterator>
 #include <map>
+#include <thread>
 #include <utility>
 
 namespace fs = std::filesystem;
@@ -327,6 +332,38 @@ TEST_P(LoadCalls, DuringWhichTheFileIsRewrittenGiveOneWholeReadingOrNone) {
     }
     std::ofstream(m_copy) << before;
     ExpectNextLoadToWork();
+}
+
+TEST_P(LoadCalls, DuringWhichTheFileGrowsOrIsDatedAnewReadAgain) {
+    const auto grow = [this] { std::ofstream(m_copy, std::ios::app) << "<!--more-->"; };
+    const auto date = [this](timespec time) {
+        const timespec times[] = {{0, UTIME_OMIT}, time};
+        ASSERT_EQ(::utimensat(AT_FDCWD, m_copy.c_str(), times, 0), 0);
+    };
+    const timespec once = {1000000000, 0};
+    const timespec momentLater = {1000000000, 1};
+    const timespec secondLater = {1000000001, 0};
+    // The last change leaves no trace but the moment of the change itself.
+    const std::function<void()> changes[] = {grow, [&] { date(secondLater); }, [&] { date(momentLater); },
+                                             [&] { date(once); }};
+    for (const std::function<void()>& change : changes) {
+        date(once);
+        int readings = 0;
+        CXmlObject* document = nullptr;
+        {
+            const CSystemCallWatch watch([&](std::size_t, const SystemCall& call) {
+                if (call.name == "pread" && ++readings == 1) {
+                    std::this_thread::sleep_for(std::chrono::milliseconds(20)); // longer than the clock's step
+                    change();
+                }
+                return Fate{};
+            });
+            document = OpenDocument(&m_owner, kLoadedName);
+        }
+        EXPECT_EQ(readings, 2) << &change - changes;
+        EXPECT_NE(document, nullptr);
+        EXPECT_EQ(ReleaseDocument(&m_owner, kLoadedName), 0);
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Each, LoadCalls, ::testing::Values("UTF-8", "ISO-8859-1"), [](const auto& instance) {

@@ -190,6 +190,26 @@ TEST_F(OpenMemory, FailingInALoadLeavesNothingInTheListSoThatTheNextOpenTriesAga
     ReleaseEverything();
 }
 
+TEST_F(OpenMemory, FailingWhereAnOpenDocumentIsOpenedAgainLeavesItAsItWas) {
+    State().poolOwner = &m_owner;
+    for (std::size_t allocation = 1;; ++allocation) {
+        CXmlObject* const document = GetPrinterXmlObj("Printer.xml");
+        ASSERT_NE(document, nullptr);
+        const Outcome outcome = Try([] { return GetPrinterXmlObj("Printer.xml"); }, allocation, false);
+        const bool bFailed = CLibraryMemory::HasFailed();
+        EXPECT_EQ(outcome == Outcome::Opened, !bFailed) << allocation;
+        EXPECT_NE(outcome, Outcome::DomFailed) << allocation;
+        EXPECT_EQ(m_owner.head->document, document);
+        EXPECT_EQ(document->m_nReferences, bFailed ? 1 : 2) << allocation;
+        EXPECT_EQ(Value(document->m_hSemaphore), 1);
+        EXPECT_EQ(Value(m_owner.semaphore), 1);
+        ReleaseEverything();
+        if (!bFailed) {
+            break;
+        }
+    }
+}
+
 TEST_F(OpenMemory, FailingInALoadKeepsTheLockOfTheDocumentItself) {
     for (std::size_t allocation = 1;; ++allocation) {
         CXmlObject document;

@@ -464,6 +464,24 @@ TEST_F(SaveCalls, LeaveAFileAloneThatTakesTheNameOfALeftoverMeanwhile) {
     }
 }
 
+TEST_F(SaveCalls, LeaveALeftoverThatTheyCannotLookAt) {
+    const fs::path leftover = CopyPath().parent_path() / ".cordelbox-0123456789abcdef.tmp";
+    for (const char* const name : {"fstatat", "openat", "fcntl", "fstat"}) {
+        RestoreCopy();
+        WriteBytes(leftover, "half a document");
+        {
+            const CSystemCallWatch watch([&](std::size_t, const SystemCall& call) {
+                return Fate{call.name == name && call.path == leftover ? EACCES : 0};
+            });
+            EXPECT_EQ(Save(), 0) << name;
+        }
+        EXPECT_EQ(ReadBytes(CopyPath()), m_strNew);
+        EXPECT_TRUE(Names().contains(leftover.filename())) << name;
+        EXPECT_EQ(Save(), 0);
+        EXPECT_FALSE(Names().contains(leftover.filename())) << name;
+    }
+}
+
 TEST_F(SaveCalls, OpenNothingThatCanBeNoLeftover) {
     // What opening does is up to a device or a pipe; and a link leads anywhere.
     const fs::path folder = CopyPath().parent_path();

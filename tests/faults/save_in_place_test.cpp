@@ -63,6 +63,22 @@ TEST_P(SaveInPlace, IsDoneWhereTheFolderTakesNoFile) {
     }
 }
 
+TEST_P(SaveInPlace, IsDoneWhereTheCopyCannotBeReplacedAndNotForAShortage) {
+    for (const int error : {EBUSY, EACCES, EPERM, ENOSPC, EIO, EROFS}) {
+        const bool bInPlace = error == EBUSY || error == EACCES || error == EPERM;
+        RestoreCopy();
+        int32_t status = -1;
+        {
+            const CSystemCallWatch watch(
+                [&](std::size_t, const SystemCall& call) { return Fate{call.name == "renameat" ? error : 0}; });
+            status = Save();
+        }
+        EXPECT_EQ(status, bInPlace ? 0 : 1) << std::strerror(error);
+        EXPECT_EQ(ReadBytes(CopyPath()), bInPlace ? m_strNew : m_strOld);
+        EXPECT_EQ(Names(), std::set<std::string>{"Faults.xml"});
+    }
+}
+
 TEST_P(SaveInPlace, IsDoneWithContentsThatCameFromNoFileToo) {
     bool bReplaced = false;
     {

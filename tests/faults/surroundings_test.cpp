@@ -8,6 +8,7 @@
 #include "platform/random.h"
 #include "platform/semaphore.h"
 #include "real_function.h"
+#include "store/document_paths.h"
 #include "store/document_pool.h"
 #include "store/module_state.h"
 #include "store/node_readers.h"
@@ -163,6 +164,19 @@ TEST(HostFolder, IsNoneWhereThePathIsTooLongOrCannotBeHad) {
     const auto ofLength = [](std::size_t length) { return "/host/" + std::string(length - 6, 'h'); };
     EXPECT_EXIT(AskForHostFolder({{"", ""}, {ofLength(260), ""}, {ofLength(300), ""}, {ofLength(259), "/host"}}),
                 ::testing::ExitedWithCode(0), "");
+}
+
+TEST(HostFolder, ThatIsNoneGivesNoDocumentAPath) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const auto ask = [] {
+        ::setenv("XDG_CONFIG_HOME", "/root of users", 1);
+        const CSystemCallWatch watch([](std::size_t, const SystemCall& call) {
+            return Fate{call.name == "readlink" ? ENOENT : 0}; // no /proc, say
+        });
+        const bool bNone = InstallFolderPath("a.xml") == "" && UserCopyPath("/anywhere/a.xml") == "";
+        std::exit(bNone ? 0 : 1);
+    };
+    EXPECT_EXIT(ask(), ::testing::ExitedWithCode(0), "");
 }
 
 TEST(HostFolder, StaysTheOneThatTheHostWasStartedInWhenThatIsRenamed) {

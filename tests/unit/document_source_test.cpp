@@ -120,6 +120,8 @@ TEST(DocumentSource, RefusesADeclarationThatIsNotInTheEncodingThatItNames) {
     EXPECT_EQ(Utf8Of("<?xml version='1.0' encoding='UTF-16LE'?><a/>"), std::nullopt);
     EXPECT_EQ(Utf8Of("<?xml version='1.0' encoding='UTF-16LE'?><aa/>"), std::nullopt) << "an even number of bytes";
     EXPECT_EQ(Utf8Of("<?xml version='1.0' encoding='UTF-32'?><aaaa/>"), std::nullopt);
+    EXPECT_EQ(Utf8Of("<?xml version='1.0' encoding='IBM037'?><a/>"), std::nullopt)
+        << "in which every byte is something";
 }
 
 TEST(DocumentSource, ConvertsMarkedUtf16ThatBeginsWithWhiteSpaceOrAComment) {

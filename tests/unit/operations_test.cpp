@@ -104,6 +104,10 @@ TEST(RecordingAPartition, RefusesANumberThatIsTooLongAndRecordsNothing) {
     EXPECT_EQ(recorded.m_nLength, 16u);
     EXPECT_EQ(recorded.m_nRoom, 15u);
     EXPECT_EQ(document.Text("CurrentDisk"), "<CurrentDisk/>");
+    partition.percent = std::numeric_limits<int32_t>::max();
+    const PartitionRecorded both = RecordPartition(&document.Object(), partition, Medium::Disk);
+    EXPECT_STREQ(both.m_pTooLong, "Size") << "the first of two";
+    EXPECT_EQ(both.m_nLength, 16u);
 }
 
 TEST(RecordingAPartition, SaysWhatCameOfEachLayout) {

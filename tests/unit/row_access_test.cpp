@@ -220,6 +220,21 @@ TEST(RowAccess, RemovesTheRowsThatAreNamedAndNoOthers) {
     EXPECT_THAT(Found(document, "a", "499"), ElementsAre(Rows(document, "L")[0].m_nRow));
 }
 
+TEST(RowAccess, RemovesARowOnceThatIsNamedTwice) {
+    CEngineDocument document("<r><L><i a=\"1\"/><i a=\"2\"/><i a=\"3\"/></L></r>");
+    const RowNumber twice[] = {1, 1};
+    EXPECT_TRUE(RemoveRows(&document.Object(), "L", twice));
+    EXPECT_EQ(document.Text("L"), "<L><i a=\"1\"/><i a=\"3\"/></L>");
+    EXPECT_EQ(document.Tables().FindTable("L")->LiveCount(), 2u);
+}
+
+TEST(RowAccess, CallsOtherWhatCanBeNoRow) {
+    CEngineDocument document("<?xml version=\"1.0\"?><r/>");
+    const pugi::xml_node root = document.Root("r").root();
+    EXPECT_EQ(document.Tables().Dom().Kind(root), DomKind::Other);
+    EXPECT_EQ(document.Tables().Dom().Kind(root.first_child()), DomKind::Other) << "the declaration";
+}
+
 TEST(RowAccess, AddsAContainerThatOperationsThenFind) {
     CEngineDocument document("<r><L/></r>");
     const CRequest item = CRequest("Jobs", "").With("Name", "x");
@@ -250,6 +265,19 @@ TEST(Positions, AreWhereAPersonLooksForThem) {
     std::vector<ContainerInfo> containers;
     ASSERT_TRUE(ListContainers(&document, containers));
     EXPECT_EQ(At(containers[0].m_position), "3:3");
+}
+
+TEST(Positions, CountEveryLineEndWithinAnElementOnce) {
+    const CMemoryFile file("<r><L>\r<i a='1'\r b='2'\r\n  c='3'\rd='4'\n\re='5'/></L></r>");
+    CXmlObject document;
+    ASSERT_EQ(document.OpenFile(file.Path(), nullptr, DomPositions::Noted), 0);
+    std::vector<RowValues> rows;
+    ASSERT_TRUE(ListRows(&document, "L", rows));
+    std::vector<std::string> positions;
+    for (const CellValue& cell : rows.at(0).m_cells) {
+        positions.push_back(At(cell.m_position));
+    }
+    EXPECT_THAT(positions, ElementsAre("2:4", "3:2", "4:3", "5:1", "7:1"));
 }
 
 TEST(Positions, OfTextAndSectionsAndInstructionsAreWhereTheyBegin) {

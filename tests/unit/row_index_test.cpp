@@ -6,6 +6,7 @@
 #include "nodes/node_writers.h"
 #include "platform/random.h"
 #include "platform/text_hash.h"
+#include "rows/row_filter.h"
 #include "store/module_state.h"
 #include "store/node_readers.h"
 
@@ -87,6 +88,21 @@ TEST(RowIndex, LetsARowGoWhoseOwnTextsHaveOneHash) {
     ASSERT_EQ(RemoveItems(&document.Object(), &remove), 0);
     EXPECT_EQ(FindAll(Table(document), Text(first)), std::vector<RowNumber>{});
     EXPECT_EQ(FindAll(Table(document), Text(second)), std::vector<RowNumber>{});
+}
+
+TEST(RowIndex, KeepsTheOthersOfThatHashWhenSuchARowGoes) {
+    const auto [first, second] = TextsOfOneHash();
+    const std::string twofold = "<i A=\"go\" B=\"" + Text(first) + "\" p:B=\"" + Text(second) + "\"/>";
+    const std::string other = "<i B=\"" + Text(first) + "\"/>";
+    for (const bool bBefore : {false, true}) {
+        CEngineDocument document("<r xmlns:p=\"p\"><L>" + (bBefore ? other + twofold : twofold + other) + "</L></r>");
+        const RowNumber left = bBefore ? 0 : 1;
+        ASSERT_EQ(FindAll(Table(document), Text(second)), std::vector<RowNumber>{1 - left});
+        const CRequest remove = CRequest("L", "").With("A", "go");
+        ASSERT_EQ(RemoveItems(&document.Object(), &remove), 0);
+        EXPECT_EQ(FindAll(Table(document), Text(first)), std::vector<RowNumber>{left});
+        EXPECT_EQ(FindAll(Table(document), Text(second)), std::vector<RowNumber>{});
+    }
 }
 
 TEST(RowIndex, LooksAtNoRowForATextThatNoneHasAnyMore) {
@@ -286,6 +302,43 @@ TEST(ALookup, FindsARowWithSoManyAttributesOfOneNameThatItIsKeptAside) {
     ASSERT_EQ(RemoveItems(&document.Object(), &remove), 0);
     CRequest again = CRequest("L", "A").With("K", "57");
     EXPECT_EQ(ReadAttribute(&document.Object(), &again), 1);
+}
+
+TEST(ALookup, FindsRowsKeptAsideAndOthersInDocumentOrder) {
+    std::string declarations;
+    std::string low;
+    std::string high;
+    for (int number = 0; number < 100; ++number) {
+        declarations += " xmlns:p" + Text(number) + "=\"" + Text(number) + "\"";
+        low += " p" + Text(number) + ":B=\"" + Text(number) + "\"";
+        high += " p" + Text(number) + ":B=\"" + Text(number + 50) + "\"";
+    }
+    CEngineDocument document("<r" + declarations + "><L><i" + low + "/><i B=\"7\"/><i" + high +
+                             "/><i B=\"70\"/><i B=\"120\"/><i" + low + "/></L></r>");
+    EXPECT_EQ(FindAll(Table(document), "7"), (std::vector<RowNumber>{0, 1, 5}));
+    EXPECT_EQ(FindAll(Table(document), "70"), (std::vector<RowNumber>{0, 2, 3, 5}));
+    EXPECT_EQ(FindAll(Table(document), "120"), (std::vector<RowNumber>{2, 4}));
+}
+
+TEST(ARowFilter, FindsAllRowsThatPassWhateverItsCount) {
+    CEngineDocument document(InList("<i K=\"x\" M=\"y\"/><!--c--><i K=\"x\"/><i K=\"z\" n:K=\"x\"/><i M=\"y\"/>"));
+    const AnsiString k("K");
+    const AnsiString x("x");
+    const AnsiString z("z");
+    const auto found = [&](int32_t count, const std::vector<const AnsiString*>& texts) {
+        CRowFilter filter(count, texts.size());
+        for (const AnsiString* const text : texts) {
+            filter.AddPair(Table(document), k, *text);
+        }
+        std::vector<RowNumber> rows;
+        filter.FindAll(Table(document), rows);
+        return rows;
+    };
+    EXPECT_EQ(found(1, {&x}), (std::vector<RowNumber>{0, 2, 3})) << "by an index";
+    EXPECT_EQ(found(1, {&x, &z}), (std::vector<RowNumber>{0, 2, 3}));
+    EXPECT_EQ(found(2, {&x, &z}), std::vector<RowNumber>{3});
+    EXPECT_EQ(found(2, {&x}), std::vector<RowNumber>{});
+    EXPECT_EQ(found(-1, {&x}), std::vector<RowNumber>{});
 }
 
 TEST(ALookup, NoLongerFindsARowKeptAsideForItsManyKeysWhenItIsRemoved) {

@@ -229,4 +229,8 @@ TEST_F(XmlObject, SaysWhyItIsNotSaved) {
     fs::create_directories(copy.parent_path());
     std::ofstream(copy) << "<a/>";
     EXPECT_EQ(m_document.Save().m_what, What::Done);
+    ::setenv("XDG_CONFIG_HOME", std::string("/").append(300, 'x').c_str(), 1);
+    const COutcome noPath = m_document.Save();
+    EXPECT_EQ(noPath.m_what, What::NoUserCopy);
+    EXPECT_EQ(noPath.m_reason.m_kind, ReasonKind::NoPath);
 }

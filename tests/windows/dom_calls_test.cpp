@@ -235,6 +235,7 @@ TEST_F(DomCalls, ThatFindNoEndOfLevelsGiveNoDocument) {
 
 TEST_F(DomCalls, FindNothingInADocumentWithoutAnElement) {
     const auto dom = DomDocument::Create();
+    EXPECT_FALSE(dom->DocumentElement());
     EXPECT_FALSE(dom->FirstElementNamed(L"Files"));
 }
 
@@ -305,6 +306,7 @@ TEST_F(DomCalls, ReadEveryKindOfNode) {
     const DomNode files = dom->FirstElementNamed(L"Files");
     EXPECT_EQ(dom->TagName(files).View(), L"Files");
     EXPECT_TRUE(dom->HasChildren(files));
+    EXPECT_EQ(dom->AttributePosition(files, 0).line, 0u) << "this DOM does not say";
     const std::pair<DomKind, DomView> nodes[] = {{DomKind::Text, L"text"},
                                                  {DomKind::Cdata, L"data"},
                                                  {DomKind::Comment, L"words"},

@@ -78,6 +78,11 @@ TEST(Markup, IsNotTakenFromWhatHoldsText) {
     }
 }
 
+TEST(Markup, WithMoreEndsThanBeginningsIsReadOn) {
+    EXPECT_EQ(FaultOf("</r></r><p:r/>"), kUndeclaredElement);
+    EXPECT_EQ(FaultOf("</r></r><r xmlns:p='u'><p:i/></r>"), "");
+}
+
 TEST(Markup, EndsWithTheBytesWhereverTheyAreCut) {
     const std::string whole = "<!DOCTYPE r SYSTEM 'x' [<!ENTITY % e 'f'> %e; <!ENTITY g \"h\"><!-- c --><?p q?>]>"
                               "<r a='1'><!-- c --><![CDATA[d]]><?p q?><i b = \"&amp;&g;\" /></r>";

@@ -235,6 +235,24 @@ TEST_F(SaveCalls, WithoutRightsForANewFileFailTheSave) {
     ExpectWholeAfter(1);
 }
 
+TEST_F(SaveCalls, WithoutRightsAndANameForTheirUserMakeNoFileThatOthersMayOpen) {
+    for (const char* const name : {"OpenProcessToken", "GetTokenInformation", "ConvertSidToStringSidW"}) {
+        std::wstring rights = L"none";
+        EXPECT_EQ(SaveWatched([&](std::size_t, const SystemCall& call) {
+                      if (call.name.starts_with("ConvertStringSecurity")) {
+                          rights = call.path;
+                      }
+                      const bool bFails = call.name == "GetFileSecurityW" || call.name == name;
+                      return Fate{bFails ? DWORD{ERROR_ACCESS_DENIED} : 0};
+                  }),
+                  1)
+            << name;
+        EXPECT_EQ(rights, L"D:P(A;;FA;;;)") << name;
+        ExpectWholeAfter(1);
+        EXPECT_EQ(Names(), kCopyAlone);
+    }
+}
+
 TEST_F(SaveCalls, NameTheirTemporaryFilesAsNobodyCanForesee) {
     std::set<std::wstring> names;
     for (int save = 0; save < 10; ++save) {
@@ -293,6 +311,24 @@ TEST_F(SaveCalls, RemoveTheFilesOfSeveralKilledProcesses) {
     WriteFile(LeftoverPath().replace_filename("~cordelbox-22-1.tmp"), "");
     EXPECT_EQ(Save(), 0);
     EXPECT_EQ(Names(), kCopyAlone);
+}
+
+TEST_F(SaveCalls, LeaveALinkOrAFolderAloneThatIsNamedLikeALeftover) {
+    for (const DWORD attribute : {FILE_ATTRIBUTE_REPARSE_POINT, FILE_ATTRIBUTE_DIRECTORY}) {
+        WriteFile(LeftoverPath(), "half a document");
+        bool bLooksForLeftovers = false;
+        EXPECT_EQ(SaveWatched([&](std::size_t, const SystemCall& call) {
+                      bLooksForLeftovers =
+                          call.name == "FindFirstFileW" || (bLooksForLeftovers && call.name != "FindClose");
+                      Fate fate;
+                      fate.nAttributes = bLooksForLeftovers ? attribute : 0;
+                      return fate;
+                  }),
+                  0);
+        EXPECT_EQ(ReadFile(LeftoverPath()), "half a document") << attribute;
+        EXPECT_EQ(Save(), 0);
+        EXPECT_EQ(Names(), kCopyAlone);
+    }
 }
 
 TEST_F(SaveCalls, NeverTouchTheCopyItselfButToReplaceIt) {

@@ -73,9 +73,12 @@ DWORD WINAPI WatchedGetFileType(HANDLE file) {
 }
 
 BOOL WINAPI WatchedGetFileInformationByHandle(HANDLE file, LPBY_HANDLE_FILE_INFORMATION information) {
-    return Fails(NoteFile("GetFileInformationByHandle", file))
-               ? FALSE
-               : Real(&::GetFileInformationByHandle, "GetFileInformationByHandle")(file, information);
+    const Fate fate = NoteFile("GetFileInformationByHandle", file);
+    if (Fails(fate) || Real(&::GetFileInformationByHandle, "GetFileInformationByHandle")(file, information) == FALSE) {
+        return FALSE;
+    }
+    information->dwFileAttributes |= fate.nAttributes;
+    return TRUE;
 }
 
 DWORD WINAPI WatchedGetFinalPathNameByHandleW(HANDLE file, LPWSTR path, DWORD size, DWORD flags) {
@@ -168,7 +171,23 @@ BOOL WINAPI WatchedConvertStringSecurityDescriptorToSecurityDescriptorW(LPCWSTR 
     return TRUE;
 }
 
-BOOL WINAPI CountedConvertSidToStringSidW(PSID user, LPWSTR* name) {
+BOOL WINAPI WatchedOpenProcessToken(HANDLE process, DWORD access, PHANDLE token) {
+    return Fails(NotePath("OpenProcessToken", L""))
+               ? FALSE
+               : Real(&::OpenProcessToken, "OpenProcessToken", "advapi32.dll")(process, access, token);
+}
+
+BOOL WINAPI WatchedGetTokenInformation(HANDLE token, TOKEN_INFORMATION_CLASS which, LPVOID buffer, DWORD size,
+                                       PDWORD length) {
+    return Fails(NotePath("GetTokenInformation", L"")) ? FALSE
+                                                       : Real(&::GetTokenInformation, "GetTokenInformation",
+                                                              "advapi32.dll")(token, which, buffer, size, length);
+}
+
+BOOL WINAPI WatchedConvertSidToStringSidW(PSID user, LPWSTR* name) {
+    if (Fails(NotePath("ConvertSidToStringSidW", L""))) {
+        return FALSE;
+    }
     const BOOL result = Real(&::ConvertSidToStringSidW, "ConvertSidToStringSidW", "advapi32.dll")(user, name);
     g_nBlocks += result != FALSE ? 1 : 0;
     return result;
@@ -240,7 +259,9 @@ decltype(&::FindClose) __imp_FindClose = WatchedFindClose;
 decltype(&::WriteFile) __imp_WriteFile = WatchedWriteFile;
 decltype(&::ReadFile) __imp_ReadFile = WatchedReadFile;
 decltype(&::GetFileInformationByHandleEx) __imp_GetFileInformationByHandleEx = WatchedGetFileInformationByHandleEx;
-decltype(&::ConvertSidToStringSidW) __imp_ConvertSidToStringSidW = CountedConvertSidToStringSidW;
+decltype(&::OpenProcessToken) __imp_OpenProcessToken = WatchedOpenProcessToken;
+decltype(&::GetTokenInformation) __imp_GetTokenInformation = WatchedGetTokenInformation;
+decltype(&::ConvertSidToStringSidW) __imp_ConvertSidToStringSidW = WatchedConvertSidToStringSidW;
 decltype(&::LocalFree) __imp_LocalFree = CountedLocalFree;
 decltype(&::FlushFileBuffers) __imp_FlushFileBuffers = WatchedFlushFileBuffers;
 decltype(&::GetFileSizeEx) __imp_GetFileSizeEx = WatchedGetFileSizeEx;

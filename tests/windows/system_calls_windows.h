@@ -24,6 +24,7 @@ struct Fate {
     DWORD nAtMost = 0xFFFFFFFF; // a write takes only so many bytes
     bool bTakesEffect = false;  // the length of a file is set, although that fails
     LONGLONG nSize = -1;        // a file is said to have this size
+    DWORD nAttributes = 0;      // a file is said to have these attributes too
     bool bRepeats = false;      // a search gives the same file once more
     int nChance = -1;           // chance is this byte, again and again
 };
