@@ -42,6 +42,14 @@ TEST_F(SaveInPlace, IsNotDoneToAFileThatHasAnotherName) {
     fs::create_hard_link(UserMainPath(), other);
     EXPECT_EQ(SaveWithoutNewFile(ERROR_ACCESS_DENIED), 1);
     EXPECT_FALSE(m_bWroteCopy);
+    CReason reason;
+    {
+        const CSystemCallWatch watch(
+            [](std::size_t, const SystemCall& call) { return Fate{call.bCreates ? DWORD{ERROR_ACCESS_DENIED} : 0}; });
+        platform::ReplaceContents(UserMainPath().string().c_str(), "new", &reason, [] { return true; });
+    }
+    EXPECT_EQ(reason.m_kind, ReasonKind::NotPermitted);
+    EXPECT_EQ(reason.m_strWords, "the file has other names, and they would lead to it");
     fs::remove(other);
     ExpectWholeAfter(1);
 }
