@@ -242,6 +242,7 @@ TEST(RowAccess, AddsAContainerThatOperationsThenFind) {
     EXPECT_TRUE(AddContainer(&document.Object(), "Jobs"));
     EXPECT_EQ(AddContainer(&document.Object(), "Jobs").m_what, What::AlreadyThere);
     EXPECT_EQ(AddContainer(&document.Object(), "a b").m_what, What::Failed);
+    EXPECT_EQ(AddContainer(&document.Object(), "q:Jobs").m_what, What::Failed) << "a prefix that nobody declares";
     EXPECT_EQ(WriteItem(&document.Object(), &item), 0);
     EXPECT_EQ(document.Text("Jobs"), "<Jobs><Item Name=\"x\"/></Jobs>");
 }
