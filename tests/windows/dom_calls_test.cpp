@@ -239,6 +239,15 @@ TEST_F(DomCalls, FindNothingInADocumentWithoutAnElement) {
     EXPECT_FALSE(dom->FirstElementNamed(L"Files"));
 }
 
+TEST_F(DomCalls, AppendAContainerToTheDocumentElement) {
+    const auto dom = DomDocument::Create();
+    ASSERT_TRUE(dom->Load(UserMainPath().string().c_str()));
+    const DomNode documentElement = dom->DocumentElement();
+    ASSERT_TRUE(documentElement);
+    EXPECT_TRUE(dom->AppendElement(documentElement, L"New", {}));
+    EXPECT_TRUE(dom->FirstElementNamed(L"New"));
+}
+
 TEST_F(DomCalls, SetNoTextOfANodeThatHasNoAttributes) {
     const auto dom = DomDocument::Create();
     CopyMainForUser(Document("<Files>text</Files>"));
