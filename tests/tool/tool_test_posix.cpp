@@ -3,22 +3,13 @@
 #include "scratch_folder.h"
 #include "tool_test.h"
 
-#include <cstdlib>
 #include <fcntl.h>
+#include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-namespace {
-
-/// In the child: makes a file one of the standard streams.
-void Redirect(const std::filesystem::path& path, int flags, int stream) {
-    const int file = ::open(path.c_str(), flags, 0600);
-    if (file < 0 || ::dup2(file, stream) < 0) {
-        ::_exit(127);
-    }
-}
-
-} // namespace
+#include <cstdlib>
+#include <string_view>
 
 std::filesystem::path ToolTest::NewFolder() {
     std::filesystem::create_directories(RUN_PATH);
@@ -42,14 +33,28 @@ int ToolTest::RunProgram(const std::vector<std::string>& arguments, const std::f
     }
     parameters.push_back(nullptr);
 
-    const pid_t child = ::fork();
-    if (child == 0) {
-        ::setenv("XDG_CONFIG_HOME", UserFolder().c_str(), 1);
-        Redirect(input, O_RDONLY, STDIN_FILENO);
-        Redirect(output, O_WRONLY | O_CREAT | O_TRUNC, STDOUT_FILENO);
-        Redirect(errors, O_WRONLY | O_CREAT | O_TRUNC, STDERR_FILENO);
-        ::execv(program.c_str(), parameters.data());
-        ::_exit(127);
+    const std::string name = "XDG_CONFIG_HOME=";
+    std::string userFolder = name + UserFolder().string();
+    std::vector<char*> environment{userFolder.data()};
+    for (char** variable = environ; *variable != nullptr; ++variable) {
+        if (!std::string_view(*variable).starts_with(name)) {
+            environment.push_back(*variable);
+        }
+    }
+    environment.push_back(nullptr);
+
+    posix_spawn_file_actions_t streams;
+    ::posix_spawn_file_actions_init(&streams);
+    constexpr int written = O_WRONLY | O_CREAT | O_TRUNC;
+    ::posix_spawn_file_actions_addopen(&streams, STDIN_FILENO, input.c_str(), O_RDONLY, 0);
+    ::posix_spawn_file_actions_addopen(&streams, STDOUT_FILENO, output.c_str(), written, 0600);
+    ::posix_spawn_file_actions_addopen(&streams, STDERR_FILENO, errors.c_str(), written, 0600);
+    pid_t child = 0;
+    const int failure =
+        ::posix_spawn(&child, program.c_str(), &streams, nullptr, parameters.data(), environment.data());
+    ::posix_spawn_file_actions_destroy(&streams);
+    if (failure != 0) {
+        return 127;
     }
     int status = 0;
     ::waitpid(child, &status, 0);
