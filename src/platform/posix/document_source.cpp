@@ -86,7 +86,7 @@ public:
     /// Converts all of `text`; false when some of it is not in the encoding, or the result is larger than
     /// kMaxDocumentBytes.
     bool Convert(std::string_view text, std::string& converted) {
-        std::string piece(std::size_t{16} << 10, '\0'); // not on the stack: hosts' threads may have little
+        std::string piece(std::size_t{64} << 10, '\0'); // not on the stack: hosts' threads may have little
         while (!text.empty()) {
             char* input = const_cast<char*>(text.data()); // which iconv only reads
             const std::size_t length = CanCompose() ? SeparateLength(text) : text.size();
