@@ -3,6 +3,7 @@
 #include "doctor/checks.h"
 
 #include "document/tree_view.h"
+#include "records/field_text.h"
 #include "schema/schema.h"
 
 #include <algorithm>
@@ -14,7 +15,6 @@ namespace {
 constexpr std::array<std::string_view, 10> kRow{"FileID", "Component", "ID",   "Type",       "Volume",
                                                 "Path",   "LocalPath", "Size", "CreateDate", "checked"};
 constexpr std::size_t kFieldsRead = 7; // the first of them go into fields of a record
-constexpr std::size_t kFieldLength = 255;
 constexpr std::string_view kTypes[] = {"1", "2", "5", "6", "8"};
 
 class CFileRowCheck {

@@ -3,6 +3,7 @@
 #include "doctor/checks.h"
 
 #include "document/tree_view.h"
+#include "records/field_text.h"
 #include "schema/schema.h"
 
 #include <algorithm>
@@ -10,8 +11,6 @@
 #include <set>
 
 namespace {
-
-constexpr std::size_t kFieldLength = 255;
 
 bool IsKnown(std::string_view name) { return FindContainerSchema(name) != nullptr; }
 
