@@ -35,7 +35,7 @@ function(tidy_sources target)
     list(REMOVE_ITEM files ${tidy_ALONE})
 
     set(number 0)
-    set(together 12)
+    set(together 24)
     while(files)
         math(EXPR number "${number} + 1")
         list(SUBLIST files 0 ${together} some)
