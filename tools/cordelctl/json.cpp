@@ -11,7 +11,7 @@ namespace {
 using Library = nlohmann::ordered_json;
 
 /// Takes the parser's events: no tree of the library is made, whose depth nothing bounds.
-class CValueBuilder : public nlohmann::json_sax<nlohmann::json> {
+class CValueBuilder : public nlohmann::json_sax<Library> {
 public:
     bool null() override { return Put({}); }
     bool boolean(bool truth) override { return Put(truth); }
@@ -80,35 +80,59 @@ private:
     std::string m_strError;
 };
 
-Library ToLibrary(const Value& value) {
+std::string Quoted(const std::string& text) {
+    return Library(text).dump(-1, ' ', false, Library::error_handler_t::replace);
+}
+
+/// What stands within brackets: each item on a line of its own.
+template <class Items, class WriteItem>
+void WriteItems(std::string& json, const char* brackets, const Items& items, std::size_t depth, WriteItem writeItem) {
+    json += brackets[0];
+    const char* separator = "";
+    for (const auto& item : items) {
+        json.append(separator).append(1, '\n').append(2 * (depth + 1), ' ');
+        writeItem(item);
+        separator = ",";
+    }
+    if (!items.empty()) {
+        json.append(1, '\n').append(2 * depth, ' ');
+    }
+    json += brackets[1];
+}
+
+void Write(std::string& json, const Value& value, std::size_t depth) {
     if (value.IsRecord()) {
-        Library object = Library::object();
-        for (const auto& [name, member] : value.Members()) {
-            object.emplace(name, ToLibrary(member));
+        std::vector<const Value::Member*> members;
+        for (const Value::Member& member : value.Members()) {
+            if (value.Find(member.first) == &member.second) {
+                members.push_back(&member);
+            }
         }
-        return object;
+        WriteItems(json, "{}", members, depth, [&](const Value::Member* member) {
+            json.append(Quoted(member->first)).append(": ");
+            Write(json, member->second, depth + 1);
+        });
+    } else if (value.IsList()) {
+        WriteItems(json, "[]", value.Items(), depth, [&](const Value& item) { Write(json, item, depth + 1); });
+    } else if (value.IsNumber()) {
+        json += value.Text();
+    } else if (value.IsText()) {
+        json += Quoted(value.Text());
+    } else {
+        json += value.IsNull() ? "null" : value.IsTrue() ? "true" : "false";
     }
-    if (value.IsList()) {
-        Library array = Library::array();
-        for (const Value& item : value.Items()) {
-            array.push_back(ToLibrary(item));
-        }
-        return array;
-    }
-    if (value.IsNumber()) {
-        return Library::parse(value.Text());
-    }
-    return value.IsNull() ? Library() : value.IsBool() ? Library(value.IsTrue()) : Library(value.Text());
 }
 
 } // namespace
 
 Value ParseJson(std::istream& stream) {
     CValueBuilder builder;
-    nlohmann::json::sax_parse(stream, &builder);
+    Library::sax_parse(stream, &builder);
     return builder.Result();
 }
 
 std::string FormatJson(const Value& value) {
-    return ToLibrary(value).dump(2, ' ', false, Library::error_handler_t::replace);
+    std::string json;
+    Write(json, value, 0);
+    return json;
 }
