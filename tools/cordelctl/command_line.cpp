@@ -93,10 +93,14 @@ void RequireChoices(const Slots& slots) {
 /// The verbs of the table, each word of a name a subcommand.
 class CVerbTree {
 public:
-    CVerbTree(CLI::App& app, std::span<const Verb> verbs) {
+    /// Of the verbs that the line can mean: those whose first word is one of its own.
+    CVerbTree(CLI::App& app, std::span<const Verb> verbs, const std::vector<std::string>& line) {
         for (const Verb& verb : verbs) {
-            CLI::App* parent = &app;
             const std::vector<std::string> words = WordsOf(verb.name);
+            if (std::find(line.begin(), line.end(), words.front()) == line.end()) {
+                continue;
+            }
+            CLI::App* parent = &app;
             for (const std::string& word : words) {
                 parent = Child(*parent, word);
             }
@@ -266,17 +270,6 @@ void TakeGlobals(const Slots& slots, Globals& globals) {
 std::span<const Option> GlobalOptions() { return kGlobalOptions; }
 
 Command ReadCommandLine(const std::vector<std::string>& words, std::span<const Verb> verbs, const Globals& defaults) {
-    CLI::App app("", "cordelctl");
-    app.set_help_flag();
-    app.fallthrough();                      // the options of the program may stand anywhere
-    app.allow_windows_style_options(false); // a path may begin with a slash on every system
-    app.allow_extras();
-    Slots globals;
-    for (const Option& option : kGlobalOptions) {
-        AddOption(app, option, globals);
-    }
-    const CVerbTree tree(app, verbs);
-
     // Help is asked for by a word anywhere before "--", and must not fail for what else is missing.
     const auto end = std::find(words.begin(), words.end(), "--");
     const auto asks = [&](std::string_view word) { return std::find(words.begin(), end, word) != end; };
@@ -290,6 +283,16 @@ Command ReadCommandLine(const std::vector<std::string>& words, std::span<const V
         command.text = HelpFor(words, verbs);
         return command;
     }
+    CLI::App app("", "cordelctl");
+    app.set_help_flag();
+    app.fallthrough();                      // the options of the program may stand anywhere
+    app.allow_windows_style_options(false); // a path may begin with a slash on every system
+    app.allow_extras();
+    Slots globals;
+    for (const Option& option : kGlobalOptions) {
+        AddOption(app, option, globals);
+    }
+    const CVerbTree tree(app, verbs, words);
     try {
         std::vector<std::string> reversed(words.rbegin(), words.rend()); // it takes them from the back
         const auto operands = std::find(reversed.rbegin(), reversed.rend(), "--");
