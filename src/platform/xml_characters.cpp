@@ -12,7 +12,7 @@ struct Range {
     char32_t last;
 };
 
-constexpr Range kText[] = {{0x20, 0xD7FF}, {0x9, 0xA}, {0xD, 0xD}, {0xE000, 0xFFFD}, {0x10000, 0x10FFFF}};
+constexpr Range kText[] = {{0x9, 0xA}, {0xD, 0xD}, {0x20, 0xD7FF}, {0xE000, 0xFFFD}, {0x10000, 0x10FFFF}};
 
 constexpr Range kNameStart[] = {{':', ':'},       {'A', 'Z'},       {'_', '_'},       {'a', 'z'},
                                 {0xC0, 0xD6},     {0xD8, 0xF6},     {0xF8, 0x2FF},    {0x370, 0x37D},
@@ -38,7 +38,9 @@ bool IsIn(char32_t codePoint, const Range (&ranges)[count]) noexcept {
 
 bool IsXmlText(std::basic_string_view<DomChar> text) noexcept {
     for (std::size_t position = 0; position < text.size();) {
-        if (!IsIn(platform::NextCodePoint(text, position), kText)) {
+        if (text[position] >= ' ' && text[position] <= '~') { // as nearly all are
+            ++position;
+        } else if (!IsIn(platform::NextCodePoint(text, position), kText)) {
             return false;
         }
     }

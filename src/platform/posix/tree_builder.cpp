@@ -24,7 +24,9 @@ constexpr std::size_t kFirstChunk = std::size_t{256} << 10;
 constexpr const char* kUnreadEntity = "reference to an entity that is not read";
 
 bool IsWhiteSpace(std::string_view text) noexcept {
-    return text.find_first_not_of(" \t\r\n") == std::string_view::npos;
+    return std::all_of(text.begin(), text.end(), [](char character) {
+        return character == ' ' || character == '\n' || character == '\t' || character == '\r';
+    });
 }
 
 /// Makes every line end a line feed, as Expat does in what it passes on.
