@@ -190,7 +190,7 @@ ssize_t write(int file, const void* bytes, std::size_t count) {
     if (!CSystemCallWatch::IsOn()) {
         return real(file, bytes, count);
     }
-    const Fate fate = Note({"write", PathOf(file), {}, std::string(static_cast<const char*>(bytes), count)});
+    const Fate fate = Note({"write", PathOf(file), {}, {}, false, {static_cast<const char*>(bytes), count}});
     return Fails(fate) ? -1 : real(file, bytes, std::min(count, fate.nAtMost));
 }
 

@@ -7,13 +7,15 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 
 struct SystemCall {
     std::string name;
     std::string path;   // of the file, or of the folder; of a converter its encoding
     std::string target; // of a rename; of an attribute its name
-    std::string bytes;  // of a write or an attribute; of a pause how many nanoseconds it takes
+    std::string bytes;  // of an attribute; of a pause how many nanoseconds it takes
     bool bCreates = false;
+    std::string_view written{}; // while it is judged: what a write is asked to write
 };
 
 /// What becomes of a call.
