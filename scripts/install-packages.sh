@@ -61,7 +61,7 @@ packages_of() {
         ;;
     packages)
         packages_of build
-        echo debhelper doxygen dpkg-dev fakeroot lintian nsis
+        echo build-essential debhelper doxygen dpkg-dev fakeroot lintian nsis
         ;;
     bare)
         echo debootstrap git
