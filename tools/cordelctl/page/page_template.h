@@ -44,7 +44,7 @@ ul.slots { list-style: none; padding: 0; display: flex; flex-wrap: wrap; gap: .3
 ul.slots li { border: 1px solid var(--line); border-radius: .3rem; padding: .15rem .5rem; background: var(--panel); max-width: 100%; }
 ul.slots li.taken { border-color: var(--used); } ul.slots li.clashing { border: 2px solid var(--bad); color: var(--bad); }
 ul.findings { padding-left: 1.2rem; } nav ul { columns: 14rem; padding-left: 1.2rem; }
-@media (max-width: 40rem) { body { padding: .6rem; } th, td { padding: .25rem .35rem; font-size: .92rem; }
+@media (max-width: 40rem) { body { padding: .6rem; } th, td { padding: .25rem; font-size: .92rem; }
   td.number { min-width: 5.6em; } }
 @media print { :root { color-scheme: light; --ground: #fff; --ink: #000; --quiet: #444; --line: #999; --panel: #fff; --used: #0b5cad;
   --added: #8a5a00; --bad: #b3261e; --good: #1a6b34; --rest: #eee; } body { max-width: none; padding: 0; font-size: 10pt; }
