@@ -205,9 +205,9 @@ target_compile_options(cordelbox_core PRIVATE -w -O1 -g0 -D_GLIBCXX_ASSERTIONS)
     def _refuse(self, log, chosen):
         """Takes back what the compiler complains of. False when that is nothing of what was changed."""
         taken = set()
-        blocks = re.split(r"(?m)^(?=\S+?:\d+:\d+: (?:fatal )?error:)", log)[1:]
+        blocks = re.split(r"(?m)^(?=[^\n:]+:\d+:\d+: (?:fatal )?error:)", log)[1:]
         for block in blocks:
-            for path, line in re.findall(r"(?m)^(\S+?):(\d+):", block):
+            for path, line in re.findall(r"(?m)^([^\n:]+):(\d+):", block):
                 path = pathlib.Path(path)
                 path = path if path.is_absolute() else self.binaries / path
                 path = path.resolve()
@@ -227,7 +227,7 @@ target_compile_options(cordelbox_core PRIVATE -w -O1 -g0 -D_GLIBCXX_ASSERTIONS)
 
     def _constants_of(self, block, chosen):
         """What the complaint's first line needs as a constant, and a place elsewhere makes a variable."""
-        path, line = re.match(r"(\S+?):(\d+):", block).groups()
+        path, line = re.match(r"([^\n:]+):(\d+):", block).groups()
         path = (self.binaries / path).resolve()
         lines = path.read_text(encoding="utf-8").splitlines() if path.is_relative_to(self.tree) else []
         if path.is_relative_to(self.tree / "src"):
