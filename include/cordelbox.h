@@ -48,12 +48,14 @@
 #ifndef CORDELBOX_H
 #define CORDELBOX_H
 
-/// The version of this header. The first number changes when a host must be built anew.
+/// First number of this header's version: it changes when a host must be built anew.
 #define CORDELBOX_VERSION_MAJOR 1
+/// Second number of this header's version.
 #define CORDELBOX_VERSION_MINOR 1
+/// Third number of this header's version.
 #define CORDELBOX_VERSION_PATCH 0
 
-/// Whether this header has at least that version. For the preprocessor: #if CORDELBOX_VERSION_AT_LEAST(1, 1, 0)
+/// Whether this header has at least that version: `#if CORDELBOX_VERSION_AT_LEAST(1, 1, 0)`, for the preprocessor.
 #define CORDELBOX_VERSION_AT_LEAST(major, minor, patch)                                                                \
     (CORDELBOX_VERSION_MAJOR > (major) ||                                                                              \
      (CORDELBOX_VERSION_MAJOR == (major) &&                                                                            \
